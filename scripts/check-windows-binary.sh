@@ -1,0 +1,23 @@
+#!/bin/bash
+# Checks a Windows binary: a console executable of the expected format that
+# imports nothing but system DLLs (the runtimes are linked in).
+# Usage: check-windows-binary.sh FILE FORMAT MACHINE   (e.g. PE32 Intel)
+set -euo pipefail
+file="$1"; format="$2"; machine="$3"
+description="$(file -b "$file")"
+echo "$file: $description"
+case "$description" in
+    "$format executable (console) $machine"*) ;;
+    *) echo "FAIL: expected a $format console executable for $machine"; exit 1 ;;
+esac
+objdump=$( [ "$format" = PE32 ] && echo i686-w64-mingw32-objdump || echo x86_64-w64-mingw32-objdump )
+imports="$($objdump -p "$file" | sed -n 's/^\s*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)"
+echo "imports: $(echo $imports)"
+allowed=" kernel32.dll msvcrt.dll advapi32.dll netapi32.dll secur32.dll user32.dll "
+for dll in $imports; do
+    case "$allowed" in
+        *" $dll "*) ;;
+        *) echo "FAIL: imports $dll, which is not a system DLL we allow"; exit 1 ;;
+    esac
+done
+echo "check passed"

@@ -1,0 +1,25 @@
+#!/bin/bash
+# Sets up a fresh Debian 12 machine, builds all three targets and runs every
+# test: Linux native (with ASan and UBSan), Windows x64 under wine64, and the
+# Windows x86 build, which is built and checked but cannot run here.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+if [ "$(id -u)" -eq 0 ]; then
+    scripts/install-deps.sh
+else
+    sudo scripts/install-deps.sh
+fi
+
+cmake --preset linux
+cmake --build --preset linux
+ctest --preset linux
+
+cmake --preset win64
+cmake --build --preset win64
+ctest --preset win64
+
+cmake --preset win32
+cmake --build --preset win32
+scripts/check-windows-binary.sh build/win32/ZORGetInstallLog.exe PE32 Intel
+scripts/check-windows-binary.sh build/win64/ZORGetInstallLog.exe PE32+ x86-64

@@ -1,0 +1,59 @@
+#include "history/CHistoryStore.h"
+
+#include <iostream>
+#include <string>
+
+#include "history/CIniFile.h"
+#include "history/HistoryPaths.h"
+#include "platform/FileSystem.h"
+
+namespace {
+
+const char* const kStoreSection = "History";
+const char* const kCountKey = "Count";
+
+// One level of the store's tree: true if the folder is there or could be made.
+bool EnsureFolder(const std::string& path)
+{
+    return DirectoryExists(path.c_str()) || platform::CreateFolder(path);
+}
+
+}  // namespace
+
+CHistoryStore::CHistoryStore() : Count(0)
+{
+    CIniFile ini(GetHistoryIniPath());
+    int missingCount = 0;
+    Count = ini.GetInt(kStoreSection, kCountKey, missingCount);
+}
+
+CHistoryStore::~CHistoryStore()
+{
+}
+
+void CHistoryStore::WriteCount(int count)
+{
+    CIniFile ini(GetHistoryIniPath());
+    ini.WriteString(kStoreSection, kCountKey, std::to_string(count));
+}
+
+// Makes the maker's folder and the history folder below the machine's
+// application data folder, which must exist already, and lays down History.ini
+// with a count of 0 if it is missing. A store that stands complete is left
+// exactly as it is. The first folder fails in silence; the second tells the
+// user which path it could not make, without a line end, so that the
+// recorder's own message follows on the same line.
+bool CHistoryStore::Initialize()
+{
+    const std::string base = GetCommonAppDataFolder();
+    if (!EnsureFolder(base + "\\TAQ"))
+        return false;
+    const std::string historyFolder = base + "\\TAQ\\" + "ZORHistory";
+    if (!EnsureFolder(historyFolder)) {
+        std::cout << " Failed to create path:" << historyFolder;
+        return false;
+    }
+    if (!FileExists(GetHistoryIniPath().c_str()))
+        WriteCount(0);
+    return true;
+}

@@ -1,0 +1,94 @@
+// Where the history store lies, and the small file and clock helpers. Nothing
+// is cached: every call asks the platform again.
+#include "history/HistoryPaths.h"
+
+#include <cstring>
+#include <ctime>
+#include <new>
+
+#include "platform/FileSystem.h"
+#include "platform/SpecialFolder.h"
+#include "platform/SystemVersion.h"
+
+std::string GetSpecialFolder(int folderId)
+{
+    return platform::LookUpSpecialFolder(folderId);
+}
+
+std::string GetCommonAppDataFolder()
+{
+    std::string folder = GetSpecialFolder(platform::kFolderCommonAppData);
+    if (folder.empty())
+        folder = "C:\\Documents and Settings\\All Users\\Application Data";
+    return folder;
+}
+
+std::string GetHistoryFolder()
+{
+    return GetCommonAppDataFolder() + "\\TAQ\\" + "ZORHistory";
+}
+
+std::string GetHistoryIniPath()
+{
+    return GetHistoryFolder() + "\\" + "History.ini";
+}
+
+namespace {
+
+// The path with one double quote taken off its front and one off its end,
+// then asked of the runtime's stat.
+platform::PathStatus StatUnquoted(const char* path)
+{
+    if (path == nullptr)
+        return platform::PathStatus();
+    const std::size_t length = std::strlen(path);
+    char* scratch = new (std::nothrow) char[length + 1];
+    if (scratch == nullptr)
+        return platform::PathStatus();
+    std::strcpy(scratch, path[0] == '"' ? path + 1 : path);
+    const std::size_t copied = std::strlen(scratch);
+    if (copied > 0 && scratch[copied - 1] == '"')
+        scratch[copied - 1] = '\0';
+    const platform::PathStatus status = platform::StatPath(scratch);
+    delete[] scratch;
+    return status;
+}
+
+}  // namespace
+
+bool FileExists(const char* path)
+{
+    return StatUnquoted(path).regularFile;
+}
+
+bool DirectoryExists(const char* path)
+{
+    return StatUnquoted(path).directory;
+}
+
+std::string GetTimeStamp()
+{
+    char buffer[128] = {};
+    const std::time_t now = std::time(nullptr);
+    const std::tm* local = std::localtime(&now);
+    if (local != nullptr)
+        std::strftime(buffer, sizeof buffer, "%Y%m%d %H:%M:%S", local);
+    return buffer;
+}
+
+bool IsWindowsNT()
+{
+    const platform::SystemVersion version = platform::GetSystemVersion();
+    return IsWindowsNTVersion(version.majorVersion, version.minorVersion, version.platformId);
+}
+
+// Only the Windows 95 family answers false: 4.0 on the Windows platform id,
+// 4.10 (Windows 98) and 4.90 (Windows Me).
+bool IsWindowsNTVersion(unsigned major, unsigned minor, unsigned platformId)
+{
+    if (major != 4)
+        return true;
+    if (minor == 0)
+        return platformId != platform::kPlatformWindows;
+    return minor != 10 && minor != 90;
+}

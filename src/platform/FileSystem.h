@@ -1,0 +1,116 @@
+// Files and folders, in the system's terms. Paths above this layer use the
+// backslash, as the stored format does; the POSIX implementation turns it into
+// "/" whenever it calls the operating system.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace platform {
+
+// Attribute words as Windows reports them.
+constexpr std::uint32_t kInvalidFileAttributes = 0xFFFFFFFFu;
+constexpr std::uint32_t kAttributeReadOnly = 0x1;
+constexpr std::uint32_t kAttributeDirectory = 0x10;
+constexpr std::uint32_t kAttributeArchive = 0x20;
+constexpr std::uint32_t kAttributeNormal = 0x80;
+
+// The platform's path limit, terminator included.
+constexpr std::size_t kMaxPath = 260;
+
+// Calendar fields of a moment, as the system's SYSTEMTIME holds them.
+struct CalendarTime {
+    std::uint16_t year = 0;
+    std::uint16_t month = 0;  // 1 to 12
+    std::uint16_t dayOfWeek = 0;
+    std::uint16_t day = 0;
+    std::uint16_t hour = 0;
+    std::uint16_t minute = 0;
+    std::uint16_t second = 0;
+    std::uint16_t milliseconds = 0;
+};
+
+// GetFullPathNameA: the full path of a possibly relative name, resolved against
+// the current directory. False when it can't be resolved or doesn't fit in
+// `limit` characters with its terminator.
+bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fullPath);
+
+// GetFileAttributesA: the attribute word, or kInvalidFileAttributes.
+std::uint32_t GetFileAttributes(const std::string& path);
+
+// The runtime's stat: whether the path exists, and as what.
+struct PathStatus {
+    bool exists = false;
+    bool regularFile = false;
+    bool directory = false;
+};
+PathStatus StatPath(const std::string& path);
+
+// One entry of a folder search.
+struct FolderEntry {
+    std::string name;
+    std::uint32_t attributes = 0;
+    CalendarTime lastWriteLocal;  // last-write time as local calendar fields
+};
+
+// FindFirstFileA / FindNextFileA / FindClose. The pattern is a path whose last
+// component may be "*" or "*.*" (every entry, names without a dot included,
+// "." and ".." too) or a plain name (that entry alone). Entries come in the
+// order in which the file system lists them.
+class FolderSearch {
+public:
+    FolderSearch();
+    ~FolderSearch();
+    FolderSearch(const FolderSearch&) = delete;
+    FolderSearch& operator=(const FolderSearch&) = delete;
+
+    bool First(const std::string& pattern, FolderEntry& entry);
+    bool Next(FolderEntry& entry);
+    void Close();
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+// CreateFileA(GENERIC_READ, share mode 0, OPEN_EXISTING), ReadFile, CloseHandle.
+// The open is exclusive: it fails while the file is held open for writing,
+// by this process or (where the system can tell) another.
+class ExclusiveReadFile {
+public:
+    ExclusiveReadFile();
+    ~ExclusiveReadFile();
+    ExclusiveReadFile(const ExclusiveReadFile&) = delete;
+    ExclusiveReadFile& operator=(const ExclusiveReadFile&) = delete;
+
+    bool Open(const std::string& path);
+    // Reads up to `size` bytes; false on a failed read. `bytesRead` 0 at the end.
+    bool Read(void* buffer, std::uint32_t size, std::uint32_t& bytesRead);
+    void Close();
+
+private:
+    std::intptr_t handle_;
+};
+
+// CreateDirectoryA with default security: one level, fails if it exists.
+bool CreateFolder(const std::string& path);
+
+// CopyFileA(source, target, TRUE): never overwrites an existing target.
+bool CopyFileNoOverwrite(const std::string& source, const std::string& target);
+
+// MoveFileA: moves a file or a whole folder; fails if the target exists.
+bool MovePath(const std::string& source, const std::string& target);
+
+// Whether a path is absolute: on Windows it names a drive (has a ":"),
+// on POSIX it begins with "/" or "\".
+bool IsAbsolutePath(const std::string& path);
+
+// The path in the form that the C and C++ runtimes' file calls take
+// (std::ofstream, fopen); unchanged on Windows.
+std::string SystemPath(const std::string& path);
+
+// What a text-mode stream writes for "\n" on this platform.
+extern const char* const kTextLineEnd;
+
+}  // namespace platform

@@ -1,0 +1,265 @@
+// Files and folders on POSIX systems. Paths arrive with backslashes and are
+// turned into "/" paths whenever the operating system is called.
+#include "platform/FileSystem.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <ctime>
+#include <vector>
+
+#include "platform/posix/PosixFiles.h"
+
+namespace platform {
+
+const char* const kTextLineEnd = "\n";
+
+std::string SystemPath(const std::string& path)
+{
+    std::string converted = path;
+    std::replace(converted.begin(), converted.end(), '\\', '/');
+    return converted;
+}
+
+bool IsAbsolutePath(const std::string& path)
+{
+    return !path.empty() && (path[0] == '/' || path[0] == '\\');
+}
+
+namespace {
+
+std::string CurrentDirectory()
+{
+    std::vector<char> buffer(PATH_MAX + 1, '\0');
+    if (getcwd(buffer.data(), buffer.size()) == nullptr)
+        return std::string();
+    return std::string(buffer.data());
+}
+
+// The path's components with "." dropped, ".." taking back the one before
+// (never above the root) and repeated separators folded, as Windows does.
+std::vector<std::string> FoldedComponents(const std::string& absolutePath)
+{
+    std::vector<std::string> components;
+    std::size_t start = 0;
+    while (start <= absolutePath.size()) {
+        std::size_t end = absolutePath.find('/', start);
+        if (end == std::string::npos)
+            end = absolutePath.size();
+        const std::string component = absolutePath.substr(start, end - start);
+        if (component == "..") {
+            if (!components.empty())
+                components.pop_back();
+        } else if (!component.empty() && component != ".") {
+            components.push_back(component);
+        }
+        start = end + 1;
+    }
+    return components;
+}
+
+bool EndsWithSeparator(const std::string& path)
+{
+    return !path.empty() && path.back() == '/';
+}
+
+}  // namespace
+
+// The result is given in the form that the paths above this layer use: with
+// backslashes, the way the Windows call gives them.
+bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fullPath)
+{
+    fullPath.clear();
+    std::string path = SystemPath(name);
+    if (path.empty())
+        return false;
+    if (path[0] != '/') {
+        const std::string current = CurrentDirectory();
+        if (current.empty())
+            return false;
+        path = current + "/" + path;
+    }
+    std::string result;
+    for (const std::string& component : FoldedComponents(path))
+        result += "\\" + component;
+    if (result.empty() || (EndsWithSeparator(path) && result != "\\"))
+        result += "\\";
+    if (result.size() + 1 > limit)
+        return false;
+    fullPath = result;
+    return true;
+}
+
+namespace posix {
+
+std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& status)
+{
+    if (S_ISDIR(status.st_mode))
+        return kAttributeDirectory;
+    std::uint32_t attributes = kAttributeArchive;
+    if (access(systemPath.c_str(), W_OK) != 0)
+        attributes |= kAttributeReadOnly;
+    return attributes;
+}
+
+CalendarTime LocalLastWriteTime(const struct stat& status)
+{
+    CalendarTime time;
+    struct tm local = {};
+    if (localtime_r(&status.st_mtim.tv_sec, &local) == nullptr)
+        return time;
+    time.year = static_cast<std::uint16_t>(local.tm_year + 1900);
+    time.month = static_cast<std::uint16_t>(local.tm_mon + 1);
+    time.dayOfWeek = static_cast<std::uint16_t>(local.tm_wday);
+    time.day = static_cast<std::uint16_t>(local.tm_mday);
+    time.hour = static_cast<std::uint16_t>(local.tm_hour);
+    time.minute = static_cast<std::uint16_t>(local.tm_min);
+    time.second = static_cast<std::uint16_t>(local.tm_sec);
+    time.milliseconds = static_cast<std::uint16_t>(status.st_mtim.tv_nsec / 1000000);
+    return time;
+}
+
+}  // namespace posix
+
+std::uint32_t GetFileAttributes(const std::string& path)
+{
+    const std::string systemPath = SystemPath(path);
+    struct stat status;
+    if (path.empty() || stat(systemPath.c_str(), &status) != 0)
+        return kInvalidFileAttributes;
+    return posix::AttributesOf(systemPath, status);
+}
+
+PathStatus StatPath(const std::string& path)
+{
+    PathStatus result;
+    struct stat status;
+    if (path.empty() || stat(SystemPath(path).c_str(), &status) != 0)
+        return result;
+    result.exists = true;
+    result.regularFile = S_ISREG(status.st_mode);
+    result.directory = S_ISDIR(status.st_mode);
+    return result;
+}
+
+bool CreateFolder(const std::string& path)
+{
+    return !path.empty() && mkdir(SystemPath(path).c_str(), 0777) == 0;
+}
+
+namespace {
+
+bool WriteAll(int descriptor, const char* data, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t written = write(descriptor, data, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return false;
+        data += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+bool CopyBytes(int source, int target)
+{
+    char block[65536];
+    for (;;) {
+        const ssize_t got = read(source, block, sizeof block);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return false;
+        if (got == 0)
+            return true;
+        if (!WriteAll(target, block, static_cast<std::size_t>(got)))
+            return false;
+    }
+}
+
+// The copy takes the source's mode and last-write time, as the Windows copy
+// keeps the source's attributes and times.
+bool TakeOverModeAndTime(int target, const struct stat& sourceStatus)
+{
+    const struct timespec times[2] = {sourceStatus.st_atim, sourceStatus.st_mtim};
+    return fchmod(target, sourceStatus.st_mode & 07777) == 0 && futimens(target, times) == 0;
+}
+
+bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string& targetPath)
+{
+    const int target = open(targetPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (target < 0)
+        return false;
+    bool copied = CopyBytes(source, target) && TakeOverModeAndTime(target, sourceStatus);
+    if (close(target) != 0)
+        copied = false;
+    if (!copied)
+        unlink(targetPath.c_str());
+    return copied;
+}
+
+}  // namespace
+
+bool CopyFileNoOverwrite(const std::string& source, const std::string& target)
+{
+    if (source.empty() || target.empty())
+        return false;
+    const int input = open(SystemPath(source).c_str(), O_RDONLY | O_CLOEXEC);
+    if (input < 0)
+        return false;
+    struct stat status;
+    bool copied = fstat(input, &status) == 0 && !S_ISDIR(status.st_mode) &&
+                  CopyOpenFile(input, status, SystemPath(target));
+    close(input);
+    return copied;
+}
+
+namespace {
+
+#ifndef RENAME_NOREPLACE
+#define RENAME_NOREPLACE (1 << 0)
+#endif
+
+// renameat2 with RENAME_NOREPLACE; -1 with ENOSYS or EINVAL where the kernel
+// or the file system doesn't offer it.
+int RenameNoReplace(const std::string& source, const std::string& target)
+{
+#ifdef SYS_renameat2
+    return static_cast<int>(syscall(SYS_renameat2, AT_FDCWD, source.c_str(), AT_FDCWD,
+                                    target.c_str(), RENAME_NOREPLACE));
+#else
+    (void)source;
+    (void)target;
+    errno = ENOSYS;
+    return -1;
+#endif
+}
+
+}  // namespace
+
+bool MovePath(const std::string& source, const std::string& target)
+{
+    if (source.empty() || target.empty())
+        return false;
+    const std::string from = SystemPath(source);
+    const std::string to = SystemPath(target);
+    if (RenameNoReplace(from, to) == 0)
+        return true;
+    if (errno != ENOSYS && errno != EINVAL)
+        return false;
+    struct stat status;
+    if (lstat(to.c_str(), &status) == 0)
+        return false;
+    return rename(from.c_str(), to.c_str()) == 0;
+}
+
+}  // namespace platform

@@ -1,0 +1,76 @@
+// Files and folders on Windows: the kernel's own calls, with the arguments the
+// system has always given them.
+#include "platform/FileSystem.h"
+
+#include <windows.h>
+// The layer's own names, not the header's macros for the ANSI calls.
+#undef GetFullPathName
+#undef GetFileAttributes
+
+#include <sys/stat.h>
+#include <sys/types.h>
+
+#include <vector>
+
+namespace platform {
+
+const char* const kTextLineEnd = "\r\n";
+
+std::string SystemPath(const std::string& path)
+{
+    return path;
+}
+
+// A path is absolute when it names a drive.
+bool IsAbsolutePath(const std::string& path)
+{
+    return path.find(':') != std::string::npos;
+}
+
+bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fullPath)
+{
+    fullPath.clear();
+    if (limit == 0 || limit > MAXDWORD)
+        return false;
+    std::vector<char> buffer(limit, '\0');
+    const DWORD length = GetFullPathNameA(name.c_str(), static_cast<DWORD>(limit), buffer.data(), nullptr);
+    // Too small a buffer gives the size it would need, terminator included.
+    if (length == 0 || length >= limit)
+        return false;
+    fullPath.assign(buffer.data(), length);
+    return true;
+}
+
+std::uint32_t GetFileAttributes(const std::string& path)
+{
+    return GetFileAttributesA(path.c_str());
+}
+
+PathStatus StatPath(const std::string& path)
+{
+    PathStatus result;
+    struct _stat status;
+    if (_stat(path.c_str(), &status) != 0)
+        return result;
+    result.exists = true;
+    result.regularFile = (status.st_mode & _S_IFREG) != 0;
+    result.directory = (status.st_mode & _S_IFDIR) != 0;
+    return result;
+}
+
+bool CreateFolder(const std::string& path)
+{
+    return CreateDirectoryA(path.c_str(), nullptr) != FALSE;
+}
+
+bool CopyFileNoOverwrite(const std::string& source, const std::string& target)
+{
+    return CopyFileA(source.c_str(), target.c_str(), TRUE) != FALSE;
+}
+
+bool MovePath(const std::string& source, const std::string& target)
+{
+    return MoveFileA(source.c_str(), target.c_str()) != FALSE;
+}
+
+}  // namespace platform

@@ -1,0 +1,43 @@
+// The special-folder look-up on Windows: SHGetFolderPathA, found by name in
+// "shfolder.dll" at run time, so that a machine without it still runs.
+#include "platform/SpecialFolder.h"
+
+#include <windows.h>
+
+namespace platform {
+
+namespace {
+
+using ShellFolderPathCall = HRESULT(WINAPI*)(HWND, int, HANDLE, DWORD, LPSTR);
+
+// The default path of the folder, not the one it may have been moved to.
+constexpr DWORD kFolderDefaultPath = 1;
+
+// The folder is kept in 256 bytes: at most 255 characters.
+constexpr std::size_t kFolderLength = 255;
+
+std::string CallShellFolderPath(FARPROC found, int folderId)
+{
+    // The call may write a whole MAX_PATH buffer; it gets one, and a zero behind.
+    char buffer[MAX_PATH + 1] = {};
+    const auto call = reinterpret_cast<ShellFolderPathCall>(reinterpret_cast<void (*)()>(found));
+    call(nullptr, folderId, nullptr, kFolderDefaultPath, buffer);
+    return std::string(buffer).substr(0, kFolderLength);
+}
+
+}  // namespace
+
+std::string LookUpSpecialFolder(int folderId)
+{
+    const HMODULE module = LoadLibraryA("shfolder.dll");
+    if (module == nullptr)
+        return std::string();
+    const FARPROC found = GetProcAddress(module, "SHGetFolderPathA");
+    std::string folder;
+    if (found != nullptr)
+        folder = CallShellFolderPath(found, folderId);
+    FreeLibrary(module);
+    return folder;
+}
+
+}  // namespace platform

@@ -1,0 +1,46 @@
+// Opening the event log for a call, and the lines of the log that need no
+// report of their own: the two banners and a message.
+#include <ios>
+#include <ostream>
+
+#include "history/HistoryPaths.h"
+#include "recorder/CInstallEvent.h"
+#include "recorder/CLogger.h"
+
+// A -start begins the log afresh; every other call adds to its end, creating
+// the file if the folder is there.
+bool CInstallEvent::OpenLog()
+{
+    const std::ios_base::openmode mode =
+        Mode == "-start" ? std::ios_base::out : std::ios_base::app;
+    CLogger::Instance().Open(EventLogPath, static_cast<int>(mode));
+    return true;
+}
+
+// The values are this call's options, as given.
+void CInstallEvent::WriteStartBanner()
+{
+    if (Mode != "-start")
+        return;
+    CLogger& log = CLogger::Instance();
+    log << "---------- ZOR Installation History Logger ( Start )----------" << GetTimeStamp()
+        << std::endl;
+    log << "EventID       :" << EventID << std::endl;
+    log << "Product       :" << Product << std::endl;
+    log << "Service Level :" << ServiceLevel << std::endl;
+    log << "CommandLine   :" << CommandLine << std::endl;
+}
+
+void CInstallEvent::WriteEndBanner()
+{
+    CLogger& log = CLogger::Instance();
+    log << std::endl;
+    log << "---------- ZOR Installation History Logger ( End ) ----------" << GetTimeStamp()
+        << std::endl;
+}
+
+// The message as given: no time, no EventID, no prefix.
+void CInstallEvent::WriteLogMessage()
+{
+    CLogger::Instance() << Message << std::endl;
+}

@@ -1,0 +1,38 @@
+#include "recorder/CLogger.h"
+
+#include "platform/FileSystem.h"
+
+CLogger::CLogger()
+{
+}
+
+CLogger::~CLogger()
+{
+}
+
+CLogger& CLogger::Instance()
+{
+    static CLogger logger;
+    return logger;
+}
+
+// The file is opened through the stream's buffer rather than through
+// std::ofstream::open, which would clear the state on success: once an open has
+// failed, every later insertion of this process does nothing, even into a file
+// that opens. The buffer's open goes to the C runtime's fopen, which on Windows
+// opens with a sharing mode that denies nothing to other readers and writers.
+void CLogger::Open(std::string path, int mode)
+{
+    if (rdbuf()->is_open() && rdbuf()->close() == nullptr)
+        setstate(std::ios_base::failbit);
+    const std::ios_base::openmode openMode =
+        static_cast<std::ios_base::openmode>(mode) | std::ios_base::out;
+    if (rdbuf()->open(platform::SystemPath(path), openMode) == nullptr)
+        setstate(std::ios_base::failbit);
+}
+
+void CLogger::Close()
+{
+    if (rdbuf()->is_open() && rdbuf()->close() == nullptr)
+        setstate(std::ios_base::failbit);
+}

@@ -1,0 +1,439 @@
+#include "zip/CZipper.h"
+
+#include <cctype>
+#include <cstring>
+#include <string>
+
+#include "platform/Clock.h"
+#include "zip.h"
+#include "zip/PathParts.h"
+
+namespace {
+
+constexpr std::uint32_t kCopyBlockSize = 2048;
+
+bool IsSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
+
+char AsciiLower(char c)
+{
+    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// Path characters compare without regard to ASCII case, and "\" and "/" are
+// the same separator, as the file system takes them.
+bool SamePathCharacter(char one, char other)
+{
+    return AsciiLower(one) == AsciiLower(other) || (IsSeparator(one) && IsSeparator(other));
+}
+
+bool IsWhiteSpace(char c)
+{
+    return std::isspace(static_cast<unsigned char>(c)) != 0;
+}
+
+// "..\" (or "../") at the front: the path climbs out of the root.
+bool ClimbsOutOfRoot(const char* path)
+{
+    return path[0] == '.' && path[1] == '.' && IsSeparator(path[2]);
+}
+
+// ".\" (or "./") at the front: the path starts in the root itself.
+bool StartsInRoot(const char* path)
+{
+    return path[0] == '.' && IsSeparator(path[1]);
+}
+
+// A name inside the archive may not be absolute: neither with a drive (a ":"),
+// which readers on Windows take for a place on disk, nor absolute in this
+// system's own terms.
+bool IsAbsoluteEntryName(const char* name)
+{
+    return name != nullptr && (std::strchr(name, ':') != nullptr || platform::IsAbsolutePath(name));
+}
+
+zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attributes)
+{
+    zip_fileinfo info;
+    std::memset(&info, 0, sizeof info);
+    info.tmz_date.tm_sec = time.second;
+    info.tmz_date.tm_min = time.minute;
+    info.tmz_date.tm_hour = time.hour;
+    info.tmz_date.tm_mday = time.day;
+    // A time that couldn't be read has month 0, which makes this -1.
+    info.tmz_date.tm_mon = static_cast<uInt>(static_cast<int>(time.month) - 1);
+    info.tmz_date.tm_year = time.year;
+    info.dosDate = 0;
+    info.internal_fa = 0;
+    info.external_fa = attributes;
+    return info;
+}
+
+int OpenEntry(void* zipHandle, const char* name, const zip_fileinfo& info)
+{
+    return zipOpenNewFileInZip(zipHandle, name, &info, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
+                               Z_DEFAULT_COMPRESSION);
+}
+
+}  // namespace
+
+CZipper::CZipper(const char* zipPath, const char* rootFolder, bool append)
+    : zipHandle(nullptr), rootFolder{}, counters()
+{
+    if (zipPath != nullptr)
+        Open(zipPath, rootFolder, append);
+}
+
+CZipper::~CZipper()
+{
+    if (IsOpen())
+        zipClose(zipHandle, nullptr);
+}
+
+bool CZipper::IsOpen() const
+{
+    return zipHandle != nullptr;
+}
+
+bool CZipper::Open(const char* zipPath, const char* rootFolder, bool append)
+{
+    if (IsOpen())
+        zipClose(zipHandle, nullptr);
+    zipHandle = nullptr;
+    this->rootFolder[0] = '\0';
+    counters = ZipCounters();
+
+    if (zipPath == nullptr || *zipPath == '\0')
+        return false;
+    std::string fullPath;
+    if (!platform::GetFullPathName(zipPath, platform::kMaxPath, fullPath))
+        return false;
+    // A root that the buffer can't hold fails before the archive is touched.
+    if (rootFolder != nullptr && std::strlen(rootFolder) >= kPathBufferSize)
+        return false;
+    if (append && platform::GetFileAttributes(fullPath) == platform::kInvalidFileAttributes)
+        append = false;
+    zipHandle = zipOpen(platform::SystemPath(fullPath).c_str(),
+                        append ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE);
+    if (!IsOpen())
+        return false;
+
+    if (rootFolder == nullptr) {
+        const PathParts parts = SplitPath(fullPath.c_str());
+        StorePath(this->rootFolder, kPathBufferSize, MakePath(parts.drive, parts.directory, "", ""));
+    } else {
+        StorePath(this->rootFolder, kPathBufferSize, rootFolder);
+    }
+    if (this->rootFolder[0] != '\0')
+        TrimPathEnd(this->rootFolder);
+    return true;
+}
+
+bool CZipper::Close()
+{
+    bool closed = true;
+    if (IsOpen())
+        closed = zipClose(zipHandle, nullptr) == ZIP_OK;
+    zipHandle = nullptr;
+    rootFolder[0] = '\0';
+    return closed;
+}
+
+ZipCounters CZipper::GetCounters() const
+{
+    return counters;
+}
+
+void CZipper::TrimPathEnd(char* path)
+{
+    if (path == nullptr || *path == '\0')
+        return;
+    std::size_t end = std::strlen(path);  // one behind the character reached
+    while (end > 0 && IsWhiteSpace(path[end - 1]))
+        --end;
+    if (end > 0 && path[end - 1] == '\\') {
+        while (end > 0 && path[end - 1] == '\\')
+            --end;
+    }
+    path[end] = '\0';
+}
+
+void CZipper::TrimEntryName(char* name)
+{
+    if (name == nullptr || *name == '\0')
+        return;
+    TrimPathEnd(name);
+    // A leading "/" goes as a leading "\" does: either would make the name
+    // absolute inside the archive.
+    std::size_t start = 0;
+    while (IsWhiteSpace(name[start]))
+        ++start;
+    if (IsSeparator(name[start])) {
+        while (IsSeparator(name[start]))
+            ++start;
+    }
+    if (start > 0)
+        std::memmove(name, name + start, std::strlen(name + start) + 1);
+}
+
+void CZipper::ResolveSourcePath(char* path)
+{
+    if (path == nullptr || platform::IsAbsolutePath(path))
+        return;
+    StorePath(path, kPathBufferSize, MakePath("", rootFolder, path, ""));
+}
+
+bool CZipper::ModificationTime(const char* path, platform::CalendarTime* time)
+{
+    if (time == nullptr)
+        return false;
+    *time = platform::CalendarTime();
+    if (path == nullptr || platform::GetFileAttributes(path) == platform::kInvalidFileAttributes)
+        return false;
+    platform::FolderSearch search;
+    platform::FolderEntry entry;
+    if (!search.First(path, entry))
+        return false;
+    search.Close();
+    *time = entry.lastWriteLocal;
+    return true;
+}
+
+// The root compare is a plain prefix compare over the root's length.
+bool CZipper::IsUnderRoot(const char* path) const
+{
+    for (std::size_t i = 0; rootFolder[i] != '\0'; ++i) {
+        if (path[i] == '\0' || !SamePathCharacter(path[i], rootFolder[i]))
+            return false;
+    }
+    return true;
+}
+
+// Copies `path` into the buffer `fullPath` and resolves it against the root;
+// false when the path or its resolved form doesn't fit.
+bool CZipper::ResolveCopy(const char* path, char* fullPath)
+{
+    if (path == nullptr || !StorePath(fullPath, kPathBufferSize, path))
+        return false;
+    ResolveSourcePath(fullPath);
+    return *path == '\0' || *fullPath != '\0';
+}
+
+bool CZipper::AddFolder(const char* path, bool ignorePath)
+{
+    if (!IsOpen())
+        return false;
+    ++counters.folderCount;
+    char fullPath[kPathBufferSize];
+    if (!ResolveCopy(path, fullPath))
+        return false;
+    char name[kPathBufferSize];
+    if (!FolderEntryName(fullPath, ignorePath, name))
+        return false;
+    TrimEntryName(name);
+    if (name[0] != '\0')
+        WriteFolderEntry(fullPath, name);
+    AddFolderContents(fullPath, ignorePath);
+    return true;
+}
+
+bool CZipper::FolderEntryName(const char* fullPath, bool ignorePath, char* name) const
+{
+    if (ignorePath) {
+        const PathParts parts = SplitPath(fullPath);
+        return StorePath(name, kPathBufferSize, parts.name + parts.extension);
+    }
+    if (!IsUnderRoot(fullPath))
+        return false;
+    return StorePath(name, kPathBufferSize, fullPath + std::strlen(rootFolder));
+}
+
+// A folder's own entry has no data; the results of minizip are dropped.
+void CZipper::WriteFolderEntry(const char* fullPath, const char* name)
+{
+    platform::CalendarTime time;
+    ModificationTime(fullPath, &time);
+    const std::uint32_t attributes = platform::GetFileAttributes(fullPath) | platform::kAttributeDirectory;
+    OpenEntry(zipHandle, name, MakeFileInfo(time, attributes));
+    zipCloseFileInZip(zipHandle);
+}
+
+// Walks the folder in the order in which the file system lists it. Names with
+// a leading dot are passed over, "." and ".." with them; nothing that fails
+// below reaches the caller.
+void CZipper::AddFolderContents(const char* fullPath, bool ignorePath)
+{
+    const PathParts parts = SplitPath(fullPath);
+    const std::string folder = parts.directory + parts.name + parts.extension;
+    const std::string pattern = MakePath(parts.drive, folder, "*", "*");
+    if (pattern.size() >= kPathBufferSize)
+        return;
+    platform::FolderSearch search;
+    platform::FolderEntry entry;
+    if (!search.First(pattern, entry))
+        return;
+    do {
+        if (entry.name.empty() || entry.name[0] == '.')
+            continue;
+        char childPath[kPathBufferSize];
+        if (!StorePath(childPath, kPathBufferSize, MakePath(parts.drive, folder, entry.name, "")))
+            continue;
+        if ((entry.attributes & platform::kAttributeDirectory) != 0)
+            AddFolder(childPath, ignorePath);
+        else
+            AddFile(childPath, ignorePath);
+    } while (search.Next(entry));
+    search.Close();
+}
+
+bool CZipper::AddFile(const char* path, bool ignorePath)
+{
+    if (!IsOpen() || path == nullptr)
+        return false;
+    if (!ignorePath && ClimbsOutOfRoot(path))
+        return false;
+    char fullPath[kPathBufferSize];
+    if (!ResolveCopy(path, fullPath))
+        return false;
+    char name[kPathBufferSize] = {};
+    if (!FileEntryName(path, ignorePath, name))
+        return false;
+    TrimEntryName(name);
+    // The attributes are those of the path as it was given; only the date
+    // comes from the resolved path.
+    const std::uint32_t attributes = platform::GetFileAttributes(path) & ~platform::kAttributeReadOnly;
+    platform::ExclusiveReadFile file;
+    if (!file.Open(fullPath))
+        return false;
+    return AddOpenFile(name, attributes, fullPath, file);
+}
+
+bool CZipper::FileEntryName(const char* path, bool ignorePath, char* name) const
+{
+    if (ignorePath) {
+        const PathParts parts = SplitPath(path);
+        return StorePath(name, kPathBufferSize, parts.name + parts.extension);
+    }
+    if (platform::IsAbsolutePath(path)) {
+        if (!IsUnderRoot(path))
+            return false;
+        return StorePath(name, kPathBufferSize, path + std::strlen(rootFolder));
+    }
+    if (StartsInRoot(path))
+        return StorePath(name, kPathBufferSize, path + 2);
+    return StorePath(name, kPathBufferSize, path);
+}
+
+bool CZipper::AddFileAs(const char* path, const char* folderInZip)
+{
+    if (!IsOpen() || IsAbsoluteEntryName(folderInZip))
+        return false;
+    char fullPath[kPathBufferSize];
+    if (!ResolveCopy(path, fullPath))
+        return false;
+    const std::uint32_t attributes = platform::GetFileAttributes(fullPath);
+    platform::ExclusiveReadFile file;
+    if (!file.Open(fullPath))
+        return false;
+    const PathParts parts = SplitPath(path);
+    char name[kPathBufferSize];
+    if (!StorePath(name, kPathBufferSize,
+                   MakePath("", folderInZip != nullptr ? folderInZip : "", parts.name, parts.extension)))
+        return false;
+    TrimEntryName(name);
+    return AddOpenFile(name, attributes, fullPath, file);
+}
+
+// Writes one entry from an opened file, dated by the file's last write. The
+// entry is closed in every case, also when it couldn't be begun.
+bool CZipper::AddOpenFile(const char* name, std::uint32_t attributes, const char* fullPath,
+                          platform::ExclusiveReadFile& file)
+{
+    platform::CalendarTime time;
+    ModificationTime(fullPath, &time);
+    int result = OpenEntry(zipHandle, name, MakeFileInfo(time, attributes));
+    if (result == ZIP_OK) {
+        ++counters.fileCount;
+        result = CopyFileData(file);
+    }
+    zipCloseFileInZip(zipHandle);
+    file.Close();
+    return result == ZIP_OK;
+}
+
+// Copies until the end of the file or a failed read, whose data so far stands
+// as the entry; stops at the first failed write. Every block read is counted.
+int CZipper::CopyFileData(platform::ExclusiveReadFile& file)
+{
+    char block[kCopyBlockSize];
+    int result = ZIP_OK;
+    std::uint32_t bytesRead = 0;
+    while (file.Read(block, kCopyBlockSize, bytesRead) && bytesRead > 0) {
+        counters.uncompressedBytes += bytesRead;
+        result = zipWriteInFileInZip(zipHandle, block, bytesRead);
+        if (result != ZIP_OK)
+            break;
+    }
+    return result;
+}
+
+bool CZipper::AddBuffer(const void* data, std::uint32_t length, const char* name)
+{
+    if (!IsOpen() || IsAbsoluteEntryName(name))
+        return false;
+    char entryName[kPathBufferSize];
+    if (!StorePath(entryName, kPathBufferSize, name != nullptr ? name : ""))
+        return false;
+    TrimEntryName(entryName);
+    if (data == nullptr)
+        length = 0;
+    int result = OpenEntry(zipHandle, entryName,
+                           MakeFileInfo(platform::CurrentUtcTime(), platform::kAttributeNormal));
+    if (result == ZIP_OK) {
+        ++counters.fileCount;
+        result = WriteBufferData(data, length);
+        counters.uncompressedBytes += length;
+    }
+    zipCloseFileInZip(zipHandle);
+    return result == ZIP_OK;
+}
+
+int CZipper::WriteBufferData(const void* data, std::uint32_t length)
+{
+    const char* next = static_cast<const char*>(data);
+    int result = ZIP_OK;
+    while (length > 0 && result == ZIP_OK) {
+        const std::uint32_t block = length < kCopyBlockSize ? length : kCopyBlockSize;
+        result = zipWriteInFileInZip(zipHandle, next, block);
+        next += block;
+        length -= block;
+    }
+    return result;
+}
+
+bool CZipper::ZipOneFile(const char* path)
+{
+    if (path == nullptr)
+        return false;
+    const PathParts parts = SplitPath(path);
+    const std::string zipPath = MakePath(parts.drive, parts.directory, parts.name, "zip");
+    CZipper zipper(nullptr, nullptr, false);
+    if (!zipper.Open(zipPath.c_str(), nullptr, false))
+        return false;
+    return zipper.AddFile(path, false);
+}
+
+bool CZipper::ZipWholeFolder(const char* path, bool ignorePath)
+{
+    if (path == nullptr)
+        return false;
+    const PathParts parts = SplitPath(path);
+    const std::string zipPath =
+        MakePath(parts.drive, parts.directory, parts.name + parts.extension, "zip");
+    CZipper zipper(nullptr, nullptr, false);
+    if (!zipper.Open(zipPath.c_str(), path, false))
+        return false;
+    return zipper.AddFolder(path, ignorePath);
+}

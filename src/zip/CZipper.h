@@ -1,0 +1,80 @@
+// CZipper writes zip archives from files and folders on disk, on top of
+// minizip. An archive has a root folder: entry names are paths relative to it,
+// and whatever doesn't lie under it is refused. One archive is open at a time,
+// and the counters tell what went into it.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/FileSystem.h"
+#include "zip/ZipCounters.h"
+
+namespace platform {
+class ExclusiveReadFile;
+}
+
+class CZipper {
+public:
+    // Size of the path and entry-name buffers: the platform's 260 characters
+    // and the terminator.
+    static constexpr std::size_t kPathBufferSize = platform::kMaxPath + 1;
+
+    // With a null zipPath the object only starts empty (closed); otherwise it
+    // opens as Open does and a failed open leaves it closed.
+    CZipper(const char* zipPath, const char* rootFolder, bool append);
+    virtual ~CZipper();
+    CZipper(const CZipper&) = delete;
+    CZipper& operator=(const CZipper&) = delete;
+
+    // Creates (or, with append, extends) the archive; a null rootFolder makes
+    // the archive's own folder the root, an empty one leaves no root.
+    bool Open(const char* zipPath, const char* rootFolder, bool append);
+    // Ends the archive; the counters stay until the next Open.
+    bool Close();
+
+    // Adds a folder's own entry and, recursively, everything in it.
+    bool AddFolder(const char* path, bool ignorePath);
+    // Adds one file; with ignorePath the entry is named by the bare file name.
+    bool AddFile(const char* path, bool ignorePath);
+    // Adds one file under folderInZip, named by its file name.
+    bool AddFileAs(const char* path, const char* folderInZip);
+    // Adds an entry from memory, dated now (UTC).
+    bool AddBuffer(const void* data, std::uint32_t length, const char* name);
+
+    ZipCounters GetCounters() const;
+
+    // Last-write time of a file or folder as local calendar fields; all zero
+    // and false when the path can't be found.
+    static bool ModificationTime(const char* path, platform::CalendarTime* time);
+    // Cuts trailing white space and then, if one stands there, the trailing backslashes.
+    static void TrimPathEnd(char* path);
+    // TrimPathEnd, then leading white space and, behind it, leading backslashes.
+    static void TrimEntryName(char* name);
+
+    // A relative path becomes rootFolder + "\" + path; an absolute one stays.
+    // `path` is a buffer of kPathBufferSize bytes; a result that doesn't fit
+    // empties it.
+    void ResolveSourcePath(char* path);
+
+    // Zips a file into <its folder>\<its base name>.zip.
+    static bool ZipOneFile(const char* path);
+    // Zips a folder, as its root, into <its name>.zip beside it.
+    static bool ZipWholeFolder(const char* path, bool ignorePath);
+
+private:
+    bool IsOpen() const;
+    bool IsUnderRoot(const char* path) const;
+    bool ResolveCopy(const char* path, char* fullPath);
+    bool FolderEntryName(const char* fullPath, bool ignorePath, char* name) const;
+    bool FileEntryName(const char* path, bool ignorePath, char* name) const;
+    void WriteFolderEntry(const char* fullPath, const char* name);
+    void AddFolderContents(const char* fullPath, bool ignorePath);
+    bool AddOpenFile(const char* name, std::uint32_t attributes, const char* fullPath,
+                     platform::ExclusiveReadFile& file);
+    int CopyFileData(platform::ExclusiveReadFile& file);
+    int WriteBufferData(const void* data, std::uint32_t length);
+
+    void* zipHandle;
+    char rootFolder[kPathBufferSize];
+    ZipCounters counters;
+};

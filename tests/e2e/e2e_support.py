@@ -1,0 +1,101 @@
+"""Support for the end-to-end tests: runs the real programs, natively or under
+wine64, against the private store of this build, and reads what they leave.
+
+Each test script calls main(globals()): every function named test_* runs in
+file order with a fresh store, and the script prints "N passed, N failed"."""
+import argparse
+import os
+import pathlib
+import shlex
+import shutil
+import subprocess
+import sys
+import traceback
+import zipfile
+
+
+class Env:
+    def __init__(self, args):
+        self.bin_dir = pathlib.Path(args.bin_dir)
+        self.suffix = args.exe_suffix
+        self.runner = shlex.split(args.runner)
+        self.appdata = pathlib.Path(args.appdata)
+        self.work = pathlib.Path(args.work_dir)
+        self.windows = self.suffix == ".exe"
+        # What a text-mode stream writes for a line end, in files and on the console.
+        self.eol = "\r\n" if self.windows else "\n"
+
+    # -- the store -------------------------------------------------------
+    @property
+    def store(self):
+        """The history folder on the host."""
+        return self.appdata / "TAQ" / "ZORHistory"
+
+    @property
+    def store_as_program_sees_it(self):
+        """The history folder in the program's own form, as stored in History.ini."""
+        if self.windows:
+            return "C:\\ProgramData\\TAQ\\ZORHistory"
+        return str(self.appdata) + "\\TAQ\\ZORHistory"
+
+    def program_path(self, host_path):
+        """A host path as the program takes it on its command line."""
+        host_path = str(host_path)
+        if self.windows:
+            return "Z:" + host_path.replace("/", "\\")
+        return host_path
+
+    def reset(self):
+        shutil.rmtree(self.appdata / "TAQ", ignore_errors=True)
+        shutil.rmtree(self.work, ignore_errors=True)
+        self.appdata.mkdir(parents=True, exist_ok=True)
+        self.work.mkdir(parents=True, exist_ok=True)
+
+    # -- running ---------------------------------------------------------
+    def run(self, program, *args, cwd=None):
+        """Runs bin_dir/program with args; returns (exit code, stdout text)."""
+        exe = str(self.bin_dir / (program + self.suffix))
+        result = subprocess.run(self.runner + [exe, *args], cwd=cwd or self.work,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=300)
+        return result.returncode, result.stdout.decode("latin-1")
+
+    def lines(self, *lines):
+        """The console or file text of these lines, each with its line end."""
+        return "".join(line + self.eol for line in lines)
+
+
+def check_archive(path):
+    """Checks an archive with Python's zipfile and unzip -t; returns its ZipInfo list."""
+    with zipfile.ZipFile(path) as z:
+        assert z.testzip() is None, f"testzip found a bad entry in {path}"
+        infos = z.infolist()
+    unzip = subprocess.run(["unzip", "-t", str(path)], capture_output=True, text=True)
+    if infos:
+        assert unzip.returncode == 0, f"unzip -t failed on {path}: {unzip.stdout}{unzip.stderr}"
+    return infos
+
+
+def expect_equal(actual, expected, what=""):
+    if actual != expected:
+        raise AssertionError(f"{what}\n  expected: {expected!r}\n  actual:   {actual!r}")
+
+
+def main(namespace):
+    parser = argparse.ArgumentParser()
+    for option in ("--bin-dir", "--exe-suffix", "--runner", "--appdata", "--work-dir"):
+        parser.add_argument(option, default="")
+    env = Env(parser.parse_args())
+    tests = [(name, f) for name, f in namespace.items() if name.startswith("test_") and callable(f)]
+    passed = failed = 0
+    for name, test in tests:
+        env.reset()
+        try:
+            test(env)
+            passed += 1
+            print(f"PASS {name}")
+        except Exception:
+            failed += 1
+            print(f"FAIL {name}")
+            traceback.print_exc(file=sys.stdout)
+    print(f"{passed} passed, {failed} failed")
+    sys.exit(1 if failed or not passed else 0)

@@ -1,0 +1,22 @@
+// File helpers for tests. Paths are in the system's own form (backslashes
+// allowed); they go through platform::SystemPath before the C++ library sees them.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+std::string ReadWholeFile(const std::string& path);
+void WriteWholeFile(const std::string& path, const std::string& content);
+bool PathExists(const std::string& path);
+void MakeFolders(const std::string& path);
+// Names of the entries of a folder, sorted, without "." and "..".
+std::vector<std::string> FolderNames(const std::string& path);
+
+// Lines joined, each ended by the line end that a text-mode stream writes here.
+std::string TextLines(std::initializer_list<std::string> lines);
+// The text with each "\n" replaced by the platform's text line end.
+std::string WithPlatformLineEnds(const std::string& text);
+
+// Keeps a copy of an archive for the independent readers that run after the tests.
+void KeepArchiveForCheck(const std::string& zipPath, const std::string& name);

@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "history/CHistoryStore.h"
+#include "support/TestFiles.h"
+#include "support/TestMachine.h"
+#include "unit/front/ConsoleCapture.h"
+#include "unit/zip/ZipTestReader.h"
+#include "unit/zip/ZipTestSupport.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+const char* const kNoHistoryLine =
+    "There is no ZOR Installation History Log ( no ZOR V9 or Later is installed )\n";
+
+std::string SuccessLine(const std::string& name)
+{
+    return "The file '" + name + "' is created successfully\n";
+}
+
+std::string FailureLine(const std::string& name)
+{
+    return " Failed to create file '" + name + "'\n";
+}
+
+}  // namespace
+
+class CHistoryStoreCollect : public ::testing::Test {
+protected:
+    std::string InStore(const std::string& relative) const { return machine.HistoryFolder() + "\\" + relative; }
+
+    void FillStore() const
+    {
+        MakeFolders(InStore("Copy1\\E1"));
+        WriteWholeFile(InStore("Copy1\\E1\\ZORInstallEvent.Log"), "event log");
+        WriteWholeFile(InStore("Copy1\\Summary.txt"), "copy summary");
+        MakeFolders(InStore("E2"));
+        WriteWholeFile(InStore(".hidden"), "left out");
+    }
+
+    ZipTestArchive Kept(const std::string& zipPath) const
+    {
+        KeepThisTestsArchive(zipPath);
+        ZipTestArchive archive = ReadZipDirectory(zipPath);
+        EXPECT_TRUE(archive.valid) << zipPath;
+        return archive;
+    }
+
+    TestMachine machine;
+};
+
+TEST_F(CHistoryStoreCollect, WithoutAHistoryFolderOnlyTheNoHistoryLineIsPrintedAndNoFileMade)
+{
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_FALSE(store.CreateZip(zipPath));
+    EXPECT_EQ(console.Text(), kNoHistoryLine);
+    EXPECT_FALSE(PathExists(zipPath));
+}
+
+TEST_F(CHistoryStoreCollect, CollectingWithoutAHistoryFolderFailsWithTheNoHistoryLine)
+{
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_FALSE(store.CollectHistory(zipPath));
+    EXPECT_EQ(console.Text(), kNoHistoryLine);
+    EXPECT_FALSE(PathExists(zipPath));
+    EXPECT_FALSE(PathExists(machine.HistoryFolder()));
+}
+
+TEST_F(CHistoryStoreCollect, TheWholeHistoryFolderIsPackedWithItsEntryNamesRelativeToIt)
+{
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_TRUE(store.CreateZip(zipPath));
+    EXPECT_EQ(console.Text(), SuccessLine(zipPath));
+    const ZipTestArchive archive = Kept(zipPath);
+    EXPECT_EQ(archive.Names(), ExpectedWalk(machine.HistoryFolder()));
+    Names sorted = archive.Names();
+    std::sort(sorted.begin(), sorted.end());
+    EXPECT_EQ(sorted, (Names{"Copy1", "Copy1\\E1", "Copy1\\E1\\ZORInstallEvent.Log", "Copy1\\Summary.txt", "E2"}));
+}
+
+TEST_F(CHistoryStoreCollect, CollectingPacksTheStoreAndTellsTheNameAsGiven)
+{
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = machine.Root() + "\\collected";
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_TRUE(store.CollectHistory(zipPath));
+    EXPECT_EQ(console.Text(), SuccessLine(zipPath));
+    const ZipTestArchive archive = Kept(zipPath);
+    EXPECT_NE(archive.Find("Copy1\\E1\\ZORInstallEvent.Log"), nullptr);
+    EXPECT_FALSE(PathExists(zipPath + ".zip"));
+}
+
+TEST_F(CHistoryStoreCollect, AnEmptyHistoryFolderGivesAnArchiveWithoutEntries)
+{
+    machine.MakeHistoryFolder();
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_TRUE(store.CreateZip(zipPath));
+    EXPECT_EQ(console.Text(), SuccessLine(zipPath));
+    EXPECT_TRUE(Kept(zipPath).entries.empty());
+}
+
+TEST_F(CHistoryStoreCollect, AnArchiveThatCannotBeCreatedGivesTheFailureLine)
+{
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = machine.Root() + "\\missing\\x.zip";
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_FALSE(store.CreateZip(zipPath));
+    EXPECT_EQ(console.Text(), FailureLine(zipPath));
+    EXPECT_FALSE(PathExists(zipPath));
+}
+
+TEST_F(CHistoryStoreCollect, AnExistingArchiveIsReplacedNotExtended)
+{
+    machine.MakeHistoryFolder();
+    WriteWholeFile(InStore("new.txt"), "new");
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    WriteWholeFile(zipPath, "an older file of that name");
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_TRUE(store.CreateZip(zipPath));
+    EXPECT_EQ(Kept(zipPath).Names(), Names{"new.txt"});
+}
+
+TEST_F(CHistoryStoreCollect, AnArchiveInsideTheHistoryFolderLeavesItselfOut)
+{
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = InStore("inside.zip");
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_TRUE(store.CreateZip(zipPath));
+    EXPECT_EQ(console.Text(), SuccessLine(zipPath));
+    const ZipTestArchive archive = Kept(zipPath);
+    EXPECT_EQ(archive.Find("inside.zip"), nullptr);
+    EXPECT_NE(archive.Find("Copy1\\E1\\ZORInstallEvent.Log"), nullptr);
+}

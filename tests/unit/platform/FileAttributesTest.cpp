@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/FileSystem.h"
+#include "support/TestFiles.h"
+#include "support/TestMachine.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void TakeWriteAway(const std::string& path, bool take)
+{
+    const fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    fs::permissions(platform::SystemPath(path), write,
+                    take ? fs::perm_options::remove : fs::perm_options::add);
+}
+
+bool CanWriteAnyway(const std::string& path)
+{
+    std::ofstream out(platform::SystemPath(path), std::ios::app);
+    return out.is_open();
+}
+
+}  // namespace
+
+TEST(FileAttributes, PlainFileHasArchiveBitAndNoOther)
+{
+    TestMachine machine;
+    const std::string file = machine.Root() + "\\plain.txt";
+    WriteWholeFile(file, "content");
+
+    const std::uint32_t attributes = platform::GetFileAttributes(file);
+
+    EXPECT_NE(platform::kInvalidFileAttributes, attributes);
+    EXPECT_EQ(0x20u, attributes & 0x20u);
+    EXPECT_EQ(0u, attributes & 0x10u);
+    EXPECT_EQ(0u, attributes & 0x1u);
+}
+
+TEST(FileAttributes, FolderHasDirectoryBit)
+{
+    TestMachine machine;
+    const std::string folder = machine.Root() + "\\sub";
+    MakeFolders(folder);
+
+    const std::uint32_t attributes = platform::GetFileAttributes(folder);
+
+    EXPECT_NE(platform::kInvalidFileAttributes, attributes);
+    EXPECT_EQ(0x10u, attributes & 0x10u);
+}
+
+TEST(FileAttributes, FileWithoutWriteAccessHasReadOnlyBit)
+{
+    TestMachine machine;
+    const std::string file = machine.Root() + "\\locked.txt";
+    WriteWholeFile(file, "content");
+    TakeWriteAway(file, true);
+    const bool privileged = CanWriteAnyway(file);
+
+    const std::uint32_t attributes = platform::GetFileAttributes(file);
+
+    TakeWriteAway(file, false);
+    if (privileged)
+        GTEST_SKIP() << "this account may write any file";
+    EXPECT_EQ(0x1u, attributes & 0x1u);
+    EXPECT_EQ(0u, attributes & 0x10u);
+}
+
+TEST(FileAttributes, MissingPathIsInvalid)
+{
+    TestMachine machine;
+    EXPECT_EQ(0xFFFFFFFFu, platform::GetFileAttributes(machine.Root() + "\\missing.txt"));
+}
+
+TEST(StatPath, TellsFileFolderAndMissing)
+{
+    TestMachine machine;
+    const std::string file = machine.Root() + "\\f.txt";
+    WriteWholeFile(file, "x");
+
+    const platform::PathStatus ofFile = platform::StatPath(file);
+    const platform::PathStatus ofFolder = platform::StatPath(machine.Root());
+    const platform::PathStatus ofMissing = platform::StatPath(machine.Root() + "\\none");
+
+    EXPECT_TRUE(ofFile.exists && ofFile.regularFile && !ofFile.directory);
+    EXPECT_TRUE(ofFolder.exists && ofFolder.directory && !ofFolder.regularFile);
+    EXPECT_FALSE(ofMissing.exists || ofMissing.regularFile || ofMissing.directory);
+}
