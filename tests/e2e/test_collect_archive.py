@@ -63,15 +63,23 @@ def date_every_entry(env):
     return moments
 
 
-def walk_in_listing_order(folder, prefix=""):
-    """The entries a walk should give, folder before contents, in the host's listing order."""
+def listing_order(env, folder):
+    """A folder's names in the order in which the program's file system lists them: the
+    host's own order natively; under Wine, which sorts a folder's names by their
+    upper-case form, that order instead."""
+    names = os.listdir(folder)
+    return sorted(names, key=str.upper) if env.windows else names
+
+
+def walk_in_listing_order(env, folder, prefix=""):
+    """The entries a walk should give, folder before contents, in listing order."""
     names = []
-    for name in os.listdir(folder):
+    for name in listing_order(env, folder):
         if name.startswith("."):
             continue
         names.append(prefix + name)
         if (folder / name).is_dir():
-            names.extend(walk_in_listing_order(folder / name, prefix + name + "\\"))
+            names.extend(walk_in_listing_order(env, folder / name, prefix + name + "\\"))
     return names
 
 
@@ -92,7 +100,7 @@ def test_entries_come_folder_first_then_contents_in_listing_order(env):
     lay_down_store(env)
     collect(env, "x.zip")
     infos = check_archive(env.work / "x.zip")
-    expect_equal([info.filename for info in infos], walk_in_listing_order(env.store), "order of the walk")
+    expect_equal([info.filename for info in infos], walk_in_listing_order(env, env.store), "order of the walk")
 
 
 def test_file_entries_hold_the_files_data(env):

@@ -2,6 +2,8 @@
 
 #include <time.h>
 
+#include "platform/posix/PosixFiles.h"
+
 namespace platform {
 
 CalendarTime CurrentUtcTime()
@@ -10,16 +12,7 @@ CalendarTime CurrentUtcTime()
     clock_gettime(CLOCK_REALTIME, &now);
     struct tm fields = {};
     gmtime_r(&now.tv_sec, &fields);
-    CalendarTime time;
-    time.year = static_cast<std::uint16_t>(fields.tm_year + 1900);
-    time.month = static_cast<std::uint16_t>(fields.tm_mon + 1);
-    time.dayOfWeek = static_cast<std::uint16_t>(fields.tm_wday);
-    time.day = static_cast<std::uint16_t>(fields.tm_mday);
-    time.hour = static_cast<std::uint16_t>(fields.tm_hour);
-    time.minute = static_cast<std::uint16_t>(fields.tm_min);
-    time.second = static_cast<std::uint16_t>(fields.tm_sec);
-    time.milliseconds = static_cast<std::uint16_t>(now.tv_nsec / 1000000);
-    return time;
+    return posix::CalendarTimeOf(fields, now.tv_nsec);
 }
 
 }  // namespace platform

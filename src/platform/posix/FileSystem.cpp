@@ -104,25 +104,31 @@ std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& sta
     if (S_ISDIR(status.st_mode))
         return kAttributeDirectory;
     std::uint32_t attributes = kAttributeArchive;
-    if (access(systemPath.c_str(), W_OK) != 0)
+    const bool noWriteBit = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+    if (noWriteBit || access(systemPath.c_str(), W_OK) != 0)
         attributes |= kAttributeReadOnly;
     return attributes;
 }
 
 CalendarTime LocalLastWriteTime(const struct stat& status)
 {
-    CalendarTime time;
     struct tm local = {};
     if (localtime_r(&status.st_mtim.tv_sec, &local) == nullptr)
-        return time;
-    time.year = static_cast<std::uint16_t>(local.tm_year + 1900);
-    time.month = static_cast<std::uint16_t>(local.tm_mon + 1);
-    time.dayOfWeek = static_cast<std::uint16_t>(local.tm_wday);
-    time.day = static_cast<std::uint16_t>(local.tm_mday);
-    time.hour = static_cast<std::uint16_t>(local.tm_hour);
-    time.minute = static_cast<std::uint16_t>(local.tm_min);
-    time.second = static_cast<std::uint16_t>(local.tm_sec);
-    time.milliseconds = static_cast<std::uint16_t>(status.st_mtim.tv_nsec / 1000000);
+        return CalendarTime();
+    return CalendarTimeOf(local, status.st_mtim.tv_nsec);
+}
+
+CalendarTime CalendarTimeOf(const struct tm& fields, long nanoseconds)
+{
+    CalendarTime time;
+    time.year = static_cast<std::uint16_t>(fields.tm_year + 1900);
+    time.month = static_cast<std::uint16_t>(fields.tm_mon + 1);
+    time.dayOfWeek = static_cast<std::uint16_t>(fields.tm_wday);
+    time.day = static_cast<std::uint16_t>(fields.tm_mday);
+    time.hour = static_cast<std::uint16_t>(fields.tm_hour);
+    time.minute = static_cast<std::uint16_t>(fields.tm_min);
+    time.second = static_cast<std::uint16_t>(fields.tm_sec);
+    time.milliseconds = static_cast<std::uint16_t>(nanoseconds / 1000000);
     return time;
 }
 

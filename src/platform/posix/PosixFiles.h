@@ -3,6 +3,7 @@
 #pragma once
 
 #include <sys/stat.h>
+#include <time.h>
 
 #include <cstdint>
 #include <string>
@@ -19,6 +20,9 @@ std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& sta
 
 // The entry's last-write time as local calendar fields.
 CalendarTime LocalLastWriteTime(const struct stat& status);
+
+// Calendar fields from the C library's broken-down time.
+CalendarTime CalendarTimeOf(const struct tm& fields, long nanoseconds);
 
 }  // namespace posix
 }  // namespace platform

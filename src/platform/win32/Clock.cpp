@@ -1,6 +1,6 @@
 #include "platform/Clock.h"
 
-#include <windows.h>
+#include "platform/win32/Win32Time.h"
 
 namespace platform {
 
@@ -8,16 +8,7 @@ CalendarTime CurrentUtcTime()
 {
     SYSTEMTIME now;
     GetSystemTime(&now);
-    CalendarTime time;
-    time.year = now.wYear;
-    time.month = now.wMonth;
-    time.dayOfWeek = now.wDayOfWeek;
-    time.day = now.wDay;
-    time.hour = now.wHour;
-    time.minute = now.wMinute;
-    time.second = now.wSecond;
-    time.milliseconds = now.wMilliseconds;
-    return time;
+    return win32::CalendarTimeOf(now);
 }
 
 }  // namespace platform

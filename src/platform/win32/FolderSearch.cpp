@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "platform/FileSystem.h"
+#include "platform/win32/Win32Time.h"
 
 namespace platform {
 
@@ -10,20 +11,11 @@ namespace {
 
 CalendarTime LocalCalendarTime(const FILETIME& universal)
 {
-    CalendarTime time;
     FILETIME local;
     SYSTEMTIME fields;
     if (!FileTimeToLocalFileTime(&universal, &local) || !FileTimeToSystemTime(&local, &fields))
-        return time;
-    time.year = fields.wYear;
-    time.month = fields.wMonth;
-    time.dayOfWeek = fields.wDayOfWeek;
-    time.day = fields.wDay;
-    time.hour = fields.wHour;
-    time.minute = fields.wMinute;
-    time.second = fields.wSecond;
-    time.milliseconds = fields.wMilliseconds;
-    return time;
+        return CalendarTime();
+    return win32::CalendarTimeOf(fields);
 }
 
 void Fill(const WIN32_FIND_DATAA& found, FolderEntry& entry)

@@ -16,25 +16,7 @@ using Names = std::vector<std::string>;
 
 }  // namespace
 
-// An open archive x.zip whose root is <temporary folder>\store.
-class CZipperAddFile : public ZipperFixture {
-protected:
-    void SetUp() override
-    {
-        PutFolder("store");
-        zipPath = At("x.zip");
-        ASSERT_TRUE(zipper.Open(zipPath.c_str(), At("store").c_str(), false));
-    }
-
-    ZipTestArchive CloseAndRead()
-    {
-        EXPECT_TRUE(zipper.Close());
-        return Kept(zipPath);
-    }
-
-    std::string zipPath;
-    CZipper zipper{nullptr, nullptr, false};
-};
+using CZipperAddFile = OpenArchiveFixture;
 
 TEST_F(CZipperAddFile, AnAbsolutePathUnderTheRootIsNamedRelativeToIt)
 {

@@ -18,25 +18,7 @@ std::uint32_t DosMoment(std::uint16_t date, std::uint16_t time)
 
 }  // namespace
 
-// An open archive x.zip whose root is <temporary folder>\store.
-class CZipperSideOperations : public ZipperFixture {
-protected:
-    void SetUp() override
-    {
-        PutFolder("store");
-        zipPath = At("x.zip");
-        ASSERT_TRUE(zipper.Open(zipPath.c_str(), At("store").c_str(), false));
-    }
-
-    ZipTestArchive CloseAndRead()
-    {
-        EXPECT_TRUE(zipper.Close());
-        return Kept(zipPath);
-    }
-
-    std::string zipPath;
-    CZipper zipper{nullptr, nullptr, false};
-};
+using CZipperSideOperations = OpenArchiveFixture;
 
 TEST_F(CZipperSideOperations, AddFileAsPutsTheFileUnderTheFolderInZip)
 {

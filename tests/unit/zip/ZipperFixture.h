@@ -45,3 +45,23 @@ protected:
 
     TestMachine machine;
 };
+
+// An open archive x.zip in the temporary folder, whose root is <temporary folder>\store.
+class OpenArchiveFixture : public ZipperFixture {
+protected:
+    void SetUp() override
+    {
+        PutFolder("store");
+        zipPath = At("x.zip");
+        ASSERT_TRUE(zipper.Open(zipPath.c_str(), At("store").c_str(), false));
+    }
+
+    ZipTestArchive CloseAndRead()
+    {
+        EXPECT_TRUE(zipper.Close());
+        return Kept(zipPath);
+    }
+
+    std::string zipPath;
+    CZipper zipper{nullptr, nullptr, false};
+};

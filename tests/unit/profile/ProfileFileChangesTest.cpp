@@ -1,0 +1,139 @@
+// Every call sees the file as it is on disk now, whoever changed it, and a
+// write that can't be made leaves the file as it was.
+#include "platform/Profile.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "history/CIniFile.h"
+#include "platform/FileSystem.h"
+#include "unit/profile/ProfileFolder.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Another writer that replaces the file through a new one renamed over it.
+void ReplaceThroughRename(const std::string& path, const std::string& content)
+{
+    const std::string temporary = path + ".new";
+    WriteWholeFile(temporary, content);
+    fs::rename(platform::SystemPath(temporary), platform::SystemPath(path));
+}
+
+// Whether the permissions of a read-only folder stop this process from
+// creating a file in it (they don't stop an administrator or root).
+bool PermissionsBind(const std::string& folder)
+{
+    const std::string probe = folder + "\\probe.txt";
+    { std::ofstream attempt(platform::SystemPath(probe)); }
+    if (!PathExists(probe))
+        return true;
+    fs::remove(platform::SystemPath(probe));
+    return false;
+}
+
+// Whether the permissions of a read-only file stop this process from opening
+// it for writing.
+bool FilePermissionsBind(const std::string& path)
+{
+    std::ofstream attempt(platform::SystemPath(path), std::ios::app);
+    return !attempt.is_open();
+}
+
+void SetWritable(const std::string& path, bool writable)
+{
+    const auto write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    fs::permissions(platform::SystemPath(path), write,
+                    writable ? fs::perm_options::add : fs::perm_options::remove);
+}
+
+class ProfileFileChangesTest : public testing::Test {
+protected:
+    ProfileFolder folder;
+    std::string path = folder.PathOf("History.ini");
+    CIniFile ini{path};
+};
+
+}  // namespace
+
+TEST_F(ProfileFileChangesTest, FileReplacedBehindTheCallsBackWithTheSameSizeIsReadAgain)
+{
+    ini.WriteString("EVT_1", "Result", "AAAA");
+    EXPECT_EQ(ini.GetString("EVT_1", "Result", "", 256), "AAAA");
+    const std::string replacement = ProfileText({"[EVT_1]", "Result=BBBB"});
+    ASSERT_EQ(replacement.size(), ReadWholeFile(path).size());
+    ReplaceThroughRename(path, replacement);
+    EXPECT_EQ(ini.GetString("EVT_1", "Result", "", 256), "BBBB");
+    EXPECT_EQ(ini.GetSectionNames(), (std::vector<std::string>{"EVT_1"}));
+}
+
+TEST_F(ProfileFileChangesTest, FileRewrittenInPlaceIsReadAgain)
+{
+    ini.WriteString("EVT_1", "Result", "short");
+    EXPECT_EQ(ini.GetString("EVT_1", "Result", "", 256), "short");
+    WriteWholeFile(path, ProfileText({"[EVT_2]", "Result=a longer value"}));
+    EXPECT_EQ(ini.GetString("EVT_1", "Result", "gone", 256), "gone");
+    EXPECT_EQ(ini.GetString("EVT_2", "Result", "", 256), "a longer value");
+}
+
+TEST_F(ProfileFileChangesTest, WriteAfterAChangeBehindItsBackKeepsThatChange)
+{
+    ini.WriteString("History", "Count", "1");
+    ReplaceThroughRename(path, ProfileText({"[History]", "Count=5", "[EVT_9]"}));
+    ini.WriteString("EVT_9", "Result", "ok");
+    EXPECT_EQ(ReadWholeFile(path), ProfileText({"[History]", "Count=5", "[EVT_9]", "Result=ok"}));
+}
+
+TEST_F(ProfileFileChangesTest, RemovedFileReadsAsDefaultAndIsMadeAnewByTheNextWrite)
+{
+    ini.WriteString("History", "Count", "3");
+    EXPECT_EQ(ini.GetString("History", "Count", "", 256), "3");
+    fs::remove(platform::SystemPath(path));
+    EXPECT_EQ(ini.GetString("History", "Count", "none", 256), "none");
+    EXPECT_TRUE(ini.GetSectionNames().empty());
+    ini.WriteString("EVT_1", "Result", "ok");
+    EXPECT_EQ(ReadWholeFile(path), "[EVT_1]\r\nResult=ok\r\n");
+}
+
+TEST_F(ProfileFileChangesTest, WritesLeaveNoOtherFileBeside)
+{
+    ini.WriteString("History", "Count", "0");
+    for (int i = 0; i < 5; ++i)
+        ini.WriteString("EVT_" + std::to_string(i), "Event_ID", "EVT_" + std::to_string(i));
+    EXPECT_EQ(FolderNames(folder.Folder()), (std::vector<std::string>{"History.ini"}));
+}
+
+TEST_F(ProfileFileChangesTest, WriteIntoReadOnlyFolderFailsSilentlyAndLeavesTheOldFile)
+{
+    ini.WriteString("History", "Count", "1");
+    SetWritable(folder.Folder(), false);
+    if (!PermissionsBind(folder.Folder())) {
+        SetWritable(folder.Folder(), true);
+        GTEST_SKIP() << "folder permissions don't bind this user; run unprivileged to test this";
+    }
+    EXPECT_EQ(ini.WriteString("History", "Count", "2"), 0);
+    EXPECT_FALSE(platform::WriteProfileString("EVT_1", "Result", "ok", path));
+    EXPECT_EQ(ReadWholeFile(path), "[History]\r\nCount=1\r\n");
+    EXPECT_EQ(ini.GetString("History", "Count", "", 256), "1");
+    SetWritable(folder.Folder(), true);
+    EXPECT_EQ(FolderNames(folder.Folder()), (std::vector<std::string>{"History.ini"}));
+}
+
+TEST_F(ProfileFileChangesTest, WriteToReadOnlyFileFailsSilentlyAndLeavesIt)
+{
+    ini.WriteString("History", "Count", "1");
+    SetWritable(path, false);
+    if (!FilePermissionsBind(path)) {
+        SetWritable(path, true);
+        GTEST_SKIP() << "file permissions don't bind this user; run unprivileged to test this";
+    }
+    EXPECT_FALSE(platform::WriteProfileString("History", "Count", "2", path));
+    EXPECT_EQ(ini.WriteString("History", "Count", "3"), 0);
+    EXPECT_EQ(ReadWholeFile(path), "[History]\r\nCount=1\r\n");
+    SetWritable(path, true);
+}
