@@ -13,14 +13,13 @@ export WINEDLLOVERRIDES="mscoree,mshtml="
 mkdir -p "$(dirname "$prefix")"
 (
     flock 9
-    exec </dev/null >/dev/null 2>&1 9>&-
     if [ ! -f "$prefix/system.reg" ]; then
-        wineboot --init
-        wineserver -w
+        wineboot --init </dev/null >/dev/null 2>&1 9>&-
+        wineserver -w </dev/null >/dev/null 2>&1 9>&-
     fi
     # Exits with 2 when the server of this prefix runs already.
-    if wineserver -p; then
-        wine cmd.exe /c exit
+    if wineserver -p </dev/null >/dev/null 2>&1 9>&-; then
+        wine cmd.exe /c exit </dev/null >/dev/null 2>&1 9>&-
     fi
 ) 9>"$prefix.lock"
 exec wine "$@"

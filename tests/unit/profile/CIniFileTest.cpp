@@ -19,12 +19,7 @@ std::string Letters(std::size_t count)
     return text;
 }
 
-class CIniFileTest : public testing::Test {
-protected:
-    ProfileFolder folder;
-    std::string path = folder.PathOf("History.ini");
-    CIniFile ini{path};
-};
+class CIniFileTest : public HistoryIniTest {};
 
 }  // namespace
 

@@ -52,12 +52,7 @@ void SetWritable(const std::string& path, bool writable)
                     writable ? fs::perm_options::add : fs::perm_options::remove);
 }
 
-class ProfileFileChangesTest : public testing::Test {
-protected:
-    ProfileFolder folder;
-    std::string path = folder.PathOf("History.ini");
-    CIniFile ini{path};
-};
+class ProfileFileChangesTest : public HistoryIniTest {};
 
 }  // namespace
 
