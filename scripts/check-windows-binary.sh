@@ -1,14 +1,18 @@
 #!/bin/bash
-# Checks a Windows binary: a console executable of the expected format that
+# Checks a Windows binary: a console executable (or DLL) of the expected format that
 # imports nothing but system DLLs (the runtimes are linked in).
 # Usage: check-windows-binary.sh FILE FORMAT MACHINE   (e.g. PE32 Intel)
 set -euo pipefail
 file="$1"; format="$2"; machine="$3"
 description="$(file -b "$file")"
 echo "$file: $description"
+kind="executable (console)"
+case "$file" in
+    *.dll) kind="executable (DLL) (console)" ;;
+esac
 case "$description" in
-    "$format executable (console) $machine"*) ;;
-    *) echo "FAIL: expected a $format console executable for $machine"; exit 1 ;;
+    "$format $kind $machine"*) ;;
+    *) echo "FAIL: expected a $format $kind for $machine"; exit 1 ;;
 esac
 objdump=$( [ "$format" = PE32 ] && echo i686-w64-mingw32-objdump || echo x86_64-w64-mingw32-objdump )
 imports="$($objdump -p "$file" | sed -n 's/^\s*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)"

@@ -21,5 +21,7 @@ ctest --preset win64
 
 cmake --preset win32
 cmake --build --preset win32
-scripts/check-windows-binary.sh build/win32/ZORGetInstallLog.exe PE32 Intel
-scripts/check-windows-binary.sh build/win64/ZORGetInstallLog.exe PE32+ x86-64
+for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORRecorder.dll; do
+    scripts/check-windows-binary.sh "build/win32/$program" PE32 Intel
+    scripts/check-windows-binary.sh "build/win64/$program" PE32+ x86-64
+done
