@@ -12,6 +12,7 @@
 #include "collect/CopyGroup.h"
 #include "history/CHistoryStore.h"
 #include "history/CIniFile.h"
+#include "history/HistoryKeys.h"
 #include "history/HistoryPaths.h"
 #include "platform/FileSystem.h"
 #include "platform/Process.h"
@@ -19,7 +20,6 @@
 
 namespace {
 
-const char* const kStoreSection = "History";
 const char* const kSummaryFileName = "Summary.txt";
 
 const char* const kShortRule = "--------------------------------------------------------------";
@@ -142,7 +142,7 @@ std::vector<std::string>& CHistoryStore::ListEvents(std::vector<std::string>& ev
     events = ini.GetSectionNames();
     std::size_t cursor = 0;
     while (cursor != events.size()) {
-        if (events[cursor] == kStoreSection)
+        if (events[cursor] == kHistorySection)
             events.erase(events.begin() + static_cast<std::ptrdiff_t>(cursor));
         if (cursor == events.size())
             platform::StopOnInvalidParameter();

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "front/Usage.h"
+#include "history/AsciiText.h"
 #include "history/CHistoryStore.h"
 
 namespace {
@@ -10,7 +11,7 @@ namespace {
 // "-f", with the ASCII letters compared without regard to case.
 bool IsFileOption(const char* argument)
 {
-    return argument[0] == '-' && (argument[1] == 'f' || argument[1] == 'F') && argument[2] == '\0';
+    return EqualIgnoringAsciiCase(argument, "-f");
 }
 
 // The value behind the first "-f" that has one; empty when there is none.

@@ -1,16 +1,14 @@
 #include "history/CHistoryStore.h"
 
-#include <iostream>
 #include <string>
 
 #include "history/CIniFile.h"
+#include "history/ConsoleMessages.h"
+#include "history/HistoryKeys.h"
 #include "history/HistoryPaths.h"
 #include "platform/FileSystem.h"
 
 namespace {
-
-const char* const kStoreSection = "History";
-const char* const kCountKey = "Count";
 
 // One level of the store's tree: true if the folder is there or could be made.
 bool EnsureFolder(const std::string& path)
@@ -24,7 +22,7 @@ CHistoryStore::CHistoryStore() : Count(0)
 {
     CIniFile ini(GetHistoryIniPath());
     int missingCount = 0;
-    Count = ini.GetInt(kStoreSection, kCountKey, missingCount);
+    Count = ini.GetInt(kHistorySection, kCountKey, missingCount);
 }
 
 CHistoryStore::~CHistoryStore()
@@ -34,7 +32,7 @@ CHistoryStore::~CHistoryStore()
 void CHistoryStore::WriteCount(int count)
 {
     CIniFile ini(GetHistoryIniPath());
-    ini.WriteString(kStoreSection, kCountKey, std::to_string(count));
+    ini.WriteString(kHistorySection, kCountKey, std::to_string(count));
 }
 
 // Makes the maker's folder and the history folder below the machine's
@@ -50,7 +48,7 @@ bool CHistoryStore::Initialize()
         return false;
     const std::string historyFolder = base + "\\TAQ\\" + "ZORHistory";
     if (!EnsureFolder(historyFolder)) {
-        std::cout << " Failed to create path:" << historyFolder;
+        PrintFailedToCreatePath(historyFolder);
         return false;
     }
     if (!FileExists(GetHistoryIniPath().c_str()))

@@ -10,9 +10,17 @@
 #include "platform/SpecialFolder.h"
 #include "platform/SystemVersion.h"
 
+namespace {
+
+// The shell's folder call fills a buffer of 256 bytes: a longer folder is
+// kept to its first 255 characters.
+constexpr std::size_t kSpecialFolderBufferSize = 256;
+
+}  // namespace
+
 std::string GetSpecialFolder(int folderId)
 {
-    return platform::LookUpSpecialFolder(folderId);
+    return platform::LookUpSpecialFolder(folderId).substr(0, kSpecialFolderBufferSize - 1);
 }
 
 std::string GetCommonAppDataFolder()

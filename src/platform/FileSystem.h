@@ -39,9 +39,8 @@ bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fu
 // GetFileAttributesA: the attribute word, or kInvalidFileAttributes.
 std::uint32_t GetFileAttributes(const std::string& path);
 
-// The runtime's stat: whether the path exists, and as what.
+// The runtime's stat: what the path is, if it exists.
 struct PathStatus {
-    bool exists = false;
     bool regularFile = false;
     bool directory = false;
 };
@@ -99,7 +98,9 @@ bool CreateFolder(const std::string& path);
 // CopyFileA(source, target, TRUE): never overwrites an existing target.
 bool CopyFileNoOverwrite(const std::string& source, const std::string& target);
 
-// MoveFileA: moves a file or a whole folder; fails if the target exists.
+// MoveFileA: moves a file or a whole folder; fails if the target exists, and
+// while this process holds the file, or any file below the folder, open (the
+// runtime's files are opened without leave to delete them).
 bool MovePath(const std::string& source, const std::string& target);
 
 // Whether a path is absolute: on Windows it names a drive (has a ":"),

@@ -3,6 +3,7 @@
 
 #include "history/CHistoryStore.h"
 #include "recorder/CInstallEvent.h"
+#include "recorder/EventTexts.h"
 
 // Set-up runs for every call, valid or not. Only a valid -start counts.
 int CHistoryStore::Record(int& argc, char** argv)
@@ -14,7 +15,7 @@ int CHistoryStore::Record(int& argc, char** argv)
     CInstallEvent event(argc, argv);
     if (!event.Valid)
         return 2;
-    if (event.Mode == "-start") {
+    if (event.Mode == texts::kStartMode) {
         Count += 1;
         WriteCount(Count);
     }

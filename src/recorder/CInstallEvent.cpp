@@ -2,21 +2,24 @@
 // call does its work.
 #include "recorder/CInstallEvent.h"
 
-#include <iostream>
 #include <string>
 
+#include "history/AsciiText.h"
+#include "history/ConsoleMessages.h"
 #include "history/HistoryPaths.h"
 #include "platform/FileSystem.h"
 #include "recorder/CLogger.h"
+#include "recorder/EventTexts.h"
 
 namespace {
 
-const char* const kStartMode = "-start";
-const char* const kEndMode = "-end";
-const char* const kLogMessageMode = "-logmessage";
+using texts::kEndMode;
+using texts::kLogMessageMode;
+using texts::kStartMode;
 
 // One recognised option: the member that takes its value, and the mode that it
-// sets, if it is one of the three mode options.
+// sets, if it is one of the three mode options. A mode option is named as the
+// mode that it sets.
 struct Option {
     const char* name;
     std::string CInstallEvent::*value;
@@ -25,9 +28,9 @@ struct Option {
 
 // Matched in this order; the first match wins.
 const Option kOptions[] = {
-    {"-start", &CInstallEvent::EventID, kStartMode},
-    {"-end", &CInstallEvent::EventID, kEndMode},
-    {"-logmessage", &CInstallEvent::EventID, kLogMessageMode},
+    {kStartMode, &CInstallEvent::EventID, kStartMode},
+    {kEndMode, &CInstallEvent::EventID, kEndMode},
+    {kLogMessageMode, &CInstallEvent::EventID, kLogMessageMode},
     {"-Command", &CInstallEvent::CommandLine, nullptr},
     {"-message", &CInstallEvent::Message, nullptr},
     {"-CopyName", &CInstallEvent::CopyName, nullptr},
@@ -43,27 +46,12 @@ const Option kOptions[] = {
     {"-u", &CInstallEvent::ResponseFile, nullptr},
 };
 
-char LowerAscii(char c)
-{
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-// Options compare without regard to case, letter by letter, as _stricmp does.
-bool EqualIgnoringCase(const char* text, const char* name)
-{
-    for (; *text != '\0' && *name != '\0'; ++text, ++name) {
-        if (LowerAscii(*text) != LowerAscii(*name))
-            return false;
-    }
-    return *text == *name;
-}
-
 const Option* FindOption(const char* element)
 {
     if (element == nullptr)
         return nullptr;
     for (const Option& option : kOptions) {
-        if (EqualIgnoringCase(element, option.name))
+        if (EqualIgnoringAsciiCase(element, option.name))
             return &option;
     }
     return nullptr;
@@ -87,7 +75,7 @@ CInstallEvent::CInstallEvent(int& argc, char** argv)
     if (!Valid)
         return;
     EventFolder = GetHistoryFolder() + "\\" + EventID;
-    EventLogPath = EventFolder + "\\" + "ZORInstallEvent.Log";
+    EventLogPath = EventFolder + "\\" + texts::kEventLogName;
     if (Mode == kStartMode) {
         InitializeSection();
         MakeEventFolder();
@@ -120,7 +108,7 @@ void CInstallEvent::MakeEventFolder()
     if (DirectoryExists(EventFolder.c_str()))
         return;
     if (!platform::CreateFolder(EventFolder))
-        std::cout << " Failed to create path:" << EventFolder;
+        PrintFailedToCreatePath(EventFolder);
 }
 
 // Each step goes on whatever the step before it achieved; the log is closed

@@ -5,6 +5,7 @@
 #include "history/HistoryPaths.h"
 #include "platform/FileSystem.h"
 #include "recorder/CInstallEvent.h"
+#include "recorder/EventTexts.h"
 
 // Every failure is silent and leaves the event where it is, still valid. Only
 // the last level of the copy folder is made, so a name with a separator needs
@@ -19,5 +20,5 @@ void CInstallEvent::HandOver()
         return;
     if (!platform::MovePath(EventFolder, targetFolder))
         return;
-    SetEventLogFile(targetFolder + "\\ZORInstallEvent.Log");
+    SetEventLogFile(targetFolder + "\\" + texts::kEventLogName);
 }

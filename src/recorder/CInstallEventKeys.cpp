@@ -5,6 +5,7 @@
 
 #include "history/HistoryPaths.h"
 #include "recorder/CInstallEvent.h"
+#include "recorder/EventTexts.h"
 
 namespace {
 
@@ -113,8 +114,8 @@ void CInstallEvent::InitializeSection()
     SetVersion(empty);
     SetServiceLevel(empty);
     SetPath(empty);
-    SetCopyName("(Unknown)");
-    SetCompleteFlag("FALSE");
+    SetCopyName(texts::kUnknownCopy);
+    SetCompleteFlag(texts::kIncomplete);
     SetLogFileName(kNoFile);
     SetTraceFile(kNoFile);
     SetResponseFile(kNoFile);

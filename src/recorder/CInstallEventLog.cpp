@@ -6,13 +6,14 @@
 #include "history/HistoryPaths.h"
 #include "recorder/CInstallEvent.h"
 #include "recorder/CLogger.h"
+#include "recorder/EventTexts.h"
 
 // A -start begins the log afresh; every other call adds to its end, creating
 // the file if the folder is there.
 bool CInstallEvent::OpenLog()
 {
     const std::ios_base::openmode mode =
-        Mode == "-start" ? std::ios_base::out : std::ios_base::app;
+        Mode == texts::kStartMode ? std::ios_base::out : std::ios_base::app;
     CLogger::Instance().Open(EventLogPath, static_cast<int>(mode));
     return true;
 }
@@ -20,7 +21,7 @@ bool CInstallEvent::OpenLog()
 // The values are this call's options, as given.
 void CInstallEvent::WriteStartBanner()
 {
-    if (Mode != "-start")
+    if (Mode != texts::kStartMode)
         return;
     CLogger& log = CLogger::Instance();
     log << "---------- ZOR Installation History Logger ( Start )----------" << GetTimeStamp()

@@ -4,6 +4,7 @@
 
 #include "history/HistoryPaths.h"
 #include "recorder/CInstallEvent.h"
+#include "recorder/EventTexts.h"
 
 // Every key gets this call's value, empty or not; the copy stays unknown until
 // the -end names it.
@@ -17,8 +18,8 @@ void CInstallEvent::WriteEventStart()
     SetType(Type);
     SetPath(Path);
     SetAction(Action);
-    SetCopyName("(Unknown)");
-    SetCompleteFlag("FALSE");
+    SetCopyName(texts::kUnknownCopy);
+    SetCompleteFlag(texts::kIncomplete);
     SetLogFileName(LogFileName);
     SetTraceFile(TraceFile);
     SetResponseFile(ResponseFile);
@@ -32,7 +33,7 @@ void CInstallEvent::WriteEventEnd()
 {
     SetEndTime(GetTimeStamp());
     SetCopyName(CopyName);
-    SetCompleteFlag("TRUE");
+    SetCompleteFlag(texts::kComplete);
     if (!Action.empty())
         SetAction(Action);
     SetResult(Result);

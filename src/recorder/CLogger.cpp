@@ -1,3 +1,5 @@
+// The event log's stream: the one instance of the process, and the opening
+// and closing of its file, which keep a failed state for the rest of the process.
 #include "recorder/CLogger.h"
 
 #include "platform/FileSystem.h"

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string>
 
+#include "history/AsciiText.h"
 #include "platform/Clock.h"
 #include "zip.h"
 #include "zip/PathParts.h"
@@ -11,16 +12,6 @@
 namespace {
 
 constexpr std::uint32_t kCopyBlockSize = 2048;
-
-bool IsSeparator(char c)
-{
-    return c == '\\' || c == '/';
-}
-
-char AsciiLower(char c)
-{
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
 
 // Path characters compare without regard to ASCII case, and "\" and "/" are
 // the same separator, as the file system takes them.
@@ -46,12 +37,12 @@ bool StartsInRoot(const char* path)
     return path[0] == '.' && IsSeparator(path[1]);
 }
 
-// A name inside the archive may not be absolute: neither with a drive (a ":"),
-// which readers on Windows take for a place on disk, nor absolute in this
-// system's own terms.
-bool IsAbsoluteEntryName(const char* name)
+// A name inside the archive may not name a drive: readers on Windows would
+// take it for a place on disk. It is a name, not a path on this machine, so
+// the rule is the same everywhere; a leading "\" or "/" is trimmed off anyway.
+bool NamesADrive(const char* name)
 {
-    return name != nullptr && (std::strchr(name, ':') != nullptr || platform::IsAbsolutePath(name));
+    return name != nullptr && std::strchr(name, ':') != nullptr;
 }
 
 zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attributes)
@@ -79,11 +70,11 @@ int OpenEntry(void* zipHandle, const char* name, const zip_fileinfo& info)
 
 }  // namespace
 
-CZipper::CZipper(const char* zipPath, const char* rootFolder, bool append)
+CZipper::CZipper(const char* zipPath, const char* root, bool append)
     : zipHandle(nullptr), rootFolder{}, counters()
 {
     if (zipPath != nullptr)
-        Open(zipPath, rootFolder, append);
+        Open(zipPath, root, append);
 }
 
 CZipper::~CZipper()
@@ -97,12 +88,12 @@ bool CZipper::IsOpen() const
     return zipHandle != nullptr;
 }
 
-bool CZipper::Open(const char* zipPath, const char* rootFolder, bool append)
+bool CZipper::Open(const char* zipPath, const char* root, bool append)
 {
     if (IsOpen())
         zipClose(zipHandle, nullptr);
     zipHandle = nullptr;
-    this->rootFolder[0] = '\0';
+    rootFolder[0] = '\0';
     counters = ZipCounters();
 
     if (zipPath == nullptr || *zipPath == '\0')
@@ -111,7 +102,7 @@ bool CZipper::Open(const char* zipPath, const char* rootFolder, bool append)
     if (!platform::GetFullPathName(zipPath, platform::kMaxPath, fullPath))
         return false;
     // A root that the buffer can't hold fails before the archive is touched.
-    if (rootFolder != nullptr && std::strlen(rootFolder) >= kPathBufferSize)
+    if (root != nullptr && std::strlen(root) >= kPathBufferSize)
         return false;
     if (append && platform::GetFileAttributes(fullPath) == platform::kInvalidFileAttributes)
         append = false;
@@ -120,14 +111,14 @@ bool CZipper::Open(const char* zipPath, const char* rootFolder, bool append)
     if (!IsOpen())
         return false;
 
-    if (rootFolder == nullptr) {
+    if (root == nullptr) {
         const PathParts parts = SplitPath(fullPath.c_str());
-        StorePath(this->rootFolder, kPathBufferSize, MakePath(parts.drive, parts.directory, "", ""));
+        StorePath(rootFolder, kPathBufferSize, MakePath(parts.drive, parts.directory, "", ""));
     } else {
-        StorePath(this->rootFolder, kPathBufferSize, rootFolder);
+        StorePath(rootFolder, kPathBufferSize, root);
     }
-    if (this->rootFolder[0] != '\0')
-        TrimPathEnd(this->rootFolder);
+    if (rootFolder[0] != '\0')
+        TrimPathEnd(rootFolder);
     return true;
 }
 
@@ -328,12 +319,13 @@ bool CZipper::FileEntryName(const char* path, bool ignorePath, char* name) const
 
 bool CZipper::AddFileAs(const char* path, const char* folderInZip)
 {
-    if (!IsOpen() || IsAbsoluteEntryName(folderInZip))
+    if (!IsOpen() || NamesADrive(folderInZip))
         return false;
     char fullPath[kPathBufferSize];
     if (!ResolveCopy(path, fullPath))
         return false;
-    const std::uint32_t attributes = platform::GetFileAttributes(fullPath);
+    // As in AddFile, the attributes are those of the path as it was given.
+    const std::uint32_t attributes = platform::GetFileAttributes(path);
     platform::ExclusiveReadFile file;
     if (!file.Open(fullPath))
         return false;
@@ -381,7 +373,7 @@ int CZipper::CopyFileData(platform::ExclusiveReadFile& file)
 
 bool CZipper::AddBuffer(const void* data, std::uint32_t length, const char* name)
 {
-    if (!IsOpen() || IsAbsoluteEntryName(name))
+    if (!IsOpen() || NamesADrive(name))
         return false;
     char entryName[kPathBufferSize];
     if (!StorePath(entryName, kPathBufferSize, name != nullptr ? name : ""))

@@ -9,10 +9,6 @@
 #include "platform/FileSystem.h"
 #include "zip/ZipCounters.h"
 
-namespace platform {
-class ExclusiveReadFile;
-}
-
 class CZipper {
 public:
     // Size of the path and entry-name buffers: the platform's 260 characters
@@ -21,14 +17,14 @@ public:
 
     // With a null zipPath the object only starts empty (closed); otherwise it
     // opens as Open does and a failed open leaves it closed.
-    CZipper(const char* zipPath, const char* rootFolder, bool append);
+    CZipper(const char* zipPath, const char* root, bool append);
     virtual ~CZipper();
     CZipper(const CZipper&) = delete;
     CZipper& operator=(const CZipper&) = delete;
 
-    // Creates (or, with append, extends) the archive; a null rootFolder makes
-    // the archive's own folder the root, an empty one leaves no root.
-    bool Open(const char* zipPath, const char* rootFolder, bool append);
+    // Creates (or, with append, extends) the archive; a null root makes the
+    // archive's own folder the root, an empty one leaves no root.
+    bool Open(const char* zipPath, const char* root, bool append);
     // Ends the archive; the counters stay until the next Open.
     bool Close();
 

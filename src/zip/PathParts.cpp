@@ -4,17 +4,17 @@
 
 namespace {
 
-bool IsSeparator(char c)
-{
-    return c == '\\' || c == '/';
-}
-
 bool IsAsciiLetter(char c)
 {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 }  // namespace
+
+bool IsSeparator(char c)
+{
+    return c == '\\' || c == '/';
+}
 
 PathParts SplitPath(const char* path)
 {

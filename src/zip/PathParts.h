@@ -13,6 +13,9 @@ struct PathParts {
     std::string extension;  // from the last "." of the file part on, dot included, else empty
 };
 
+// "\" or "/": either separates the components of a path.
+bool IsSeparator(char c);
+
 // _splitpath of `path`; a null path splits into four empty parts.
 PathParts SplitPath(const char* path);
 

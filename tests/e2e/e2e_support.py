@@ -54,10 +54,26 @@ class Env:
     # -- running ---------------------------------------------------------
     def run(self, program, *args, cwd=None):
         """Runs bin_dir/program with args; returns (exit code, stdout text)."""
+        code, out, _ = self.run_full(program, *args, cwd=cwd)
+        return code, out
+
+    def run_full(self, program, *args, cwd=None):
+        """Runs bin_dir/program with args; returns (exit code, stdout text, stderr text)."""
         exe = str(self.bin_dir / (program + self.suffix))
         result = subprocess.run(self.runner + [exe, *args], cwd=cwd or self.work,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=300)
-        return result.returncode, result.stdout.decode("latin-1")
+        return result.returncode, result.stdout.decode("latin-1"), result.stderr.decode("latin-1")
+
+    @property
+    def native(self):
+        """True when the programs run directly, not under an emulator such as Wine."""
+        return not self.runner
+
+    def expect_no_error_output(self, err, what=""):
+        """The programs never write to the error stream. Checked on native runs
+        only: under Wine the stream also carries Wine's own messages."""
+        if self.native:
+            expect_equal(err, "", f"standard error {what}".strip())
 
     def lines(self, *lines):
         """The console or file text of these lines, each with its line end."""

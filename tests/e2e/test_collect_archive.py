@@ -84,7 +84,11 @@ def walk_in_listing_order(env, folder, prefix=""):
 
 
 def collect(env, name, cwd=None):
-    return env.run("ZORGetInstallLog", "-f", name, cwd=cwd)
+    """Runs the tool on the file name; returns (exit code, stdout text) after
+    checking that nothing went to the error stream."""
+    code, out, err = env.run_full("ZORGetInstallLog", "-f", name, cwd=cwd)
+    env.expect_no_error_output(err, f"of -f {name}")
+    return code, out
 
 
 def test_the_store_is_packed_entry_for_entry(env):

@@ -12,6 +12,14 @@ USAGE = (
 )
 
 
+def run_tool(env, *args):
+    """Runs the tool; returns (exit code, stdout text) after checking that
+    nothing went to the error stream."""
+    code, out, err = env.run_full("ZORGetInstallLog", *args)
+    env.expect_no_error_output(err, f"of {args!r}")
+    return code, out
+
+
 def lay_down_store(env):
     """A store with an index, so that a run that wrongly goes on would leave a Summary.txt."""
     env.store.mkdir(parents=True)
@@ -22,7 +30,7 @@ def lay_down_store(env):
 def expect_usage_and_nothing_touched(env, *args):
     lay_down_store(env)
     before = (env.store / "History.ini").stat().st_mtime_ns
-    code, out = env.run("ZORGetInstallLog", *args)
+    code, out = run_tool(env, *args)
     expect_equal(out, env.lines(*USAGE), f"console of {args!r}")
     expect_equal(code, 1, f"exit code of {args!r}")
     expect_equal(sorted(os.listdir(env.store)), ["History.ini", "a.txt"], "store after a usage error")
@@ -61,7 +69,7 @@ def test_a_similar_option_is_no_option(env):
 def test_the_option_in_capitals_names_the_file(env):
     env.store.mkdir(parents=True)
     (env.store / "a.txt").write_bytes(b"a")
-    code, out = env.run("ZORGetInstallLog", "-F", "x.zip")
+    code, out = run_tool(env, "-F", "x.zip")
     expect_equal(out, env.lines("The file 'x.zip' is created successfully"))
     expect_equal(code, 0)
     names = [info.filename for info in check_archive(env.work / "x.zip")]
@@ -70,7 +78,7 @@ def test_the_option_in_capitals_names_the_file(env):
 
 def test_only_the_first_option_counts_and_the_rest_is_ignored(env):
     env.store.mkdir(parents=True)
-    code, out = env.run("ZORGetInstallLog", "a", "-f", "x.zip", "b", "-f", "y.zip")
+    code, out = run_tool(env, "a", "-f", "x.zip", "b", "-f", "y.zip")
     expect_equal(out, env.lines("The file 'x.zip' is created successfully"))
     expect_equal(code, 0)
     expect_equal(sorted(os.listdir(env.work)), ["x.zip"])
@@ -79,7 +87,7 @@ def test_only_the_first_option_counts_and_the_rest_is_ignored(env):
 
 def test_an_option_behind_the_option_is_the_file_name(env):
     env.store.mkdir(parents=True)
-    code, out = env.run("ZORGetInstallLog", "-f", "-f")
+    code, out = run_tool(env, "-f", "-f")
     expect_equal(out, env.lines("The file '-f' is created successfully"))
     expect_equal(code, 0)
     expect_equal(sorted(os.listdir(env.work)), ["-f"])
@@ -88,7 +96,7 @@ def test_an_option_behind_the_option_is_the_file_name(env):
 
 def test_a_name_without_ending_gets_none(env):
     env.store.mkdir(parents=True)
-    code, out = env.run("ZORGetInstallLog", "-f", "x")
+    code, out = run_tool(env, "-f", "x")
     expect_equal(out, env.lines("The file 'x' is created successfully"))
     expect_equal(code, 0)
     expect_equal(sorted(os.listdir(env.work)), ["x"])

@@ -2,7 +2,6 @@
 // the open asks whether anyone holds the file open for writing: by a read lease,
 // which the kernel grants only while no one does, or, where leases are not to
 // be had, by a look through this process's own open descriptors.
-#include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -14,6 +13,7 @@
 #include <string>
 
 #include "platform/FileSystem.h"
+#include "platform/posix/PosixFiles.h"
 
 namespace platform {
 
@@ -85,33 +85,15 @@ bool DescriptorWrites(const std::string& descriptorName)
     return false;
 }
 
-bool SameFile(const struct stat& one, const struct stat& other)
-{
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
-
 // Whether another descriptor of this process has the file open for writing.
 bool ThisProcessWrites(int descriptor, const struct stat& file)
 {
-    DIR* descriptors = opendir("/proc/self/fd");
-    if (descriptors == nullptr)
-        return false;
-    const int own = descriptor;
-    const int listing = dirfd(descriptors);
-    bool writes = false;
-    while (const dirent* found = readdir(descriptors)) {
-        const std::string name = found->d_name;
-        if (name == "." || name == ".." || name == std::to_string(own) || name == std::to_string(listing))
-            continue;
+    const std::string own = std::to_string(descriptor);
+    return posix::AnyOwnDescriptor([&](const std::string& number, const std::string& path) {
         struct stat other;
-        if (stat(("/proc/self/fd/" + name).c_str(), &other) == 0 && SameFile(other, file) &&
-            DescriptorWrites(name)) {
-            writes = true;
-            break;
-        }
-    }
-    closedir(descriptors);
-    return writes;
+        return number != own && stat(path.c_str(), &other) == 0 && posix::SameFile(other, file) &&
+               DescriptorWrites(number);
+    });
 }
 
 bool HeldForWriting(int descriptor, const struct stat& file)

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <vector>
 
@@ -149,7 +150,6 @@ PathStatus StatPath(const std::string& path)
     struct stat status;
     if (path.empty() || stat(SystemPath(path).c_str(), &status) != 0)
         return result;
-    result.exists = true;
     result.regularFile = S_ISREG(status.st_mode);
     result.directory = S_ISDIR(status.st_mode);
     return result;
@@ -250,6 +250,49 @@ int RenameNoReplace(const std::string& source, const std::string& target)
 #endif
 }
 
+// The resolved path of an existing entry; empty if it can't be resolved.
+std::string ResolvedPath(const std::string& systemPath)
+{
+    char* resolved = realpath(systemPath.c_str(), nullptr);
+    if (resolved == nullptr)
+        return std::string();
+    const std::string path = resolved;
+    free(resolved);
+    return path;
+}
+
+// Where an open descriptor of this process leads; empty if /proc won't say.
+std::string DescriptorTarget(const std::string& descriptorPath)
+{
+    std::vector<char> buffer(PATH_MAX + 1, '\0');
+    const ssize_t length = readlink(descriptorPath.c_str(), buffer.data(), buffer.size() - 1);
+    if (length <= 0)
+        return std::string();
+    return std::string(buffer.data(), static_cast<std::size_t>(length));
+}
+
+// Whether this process holds the entry, or a file below it, open. Windows
+// refuses to move either then, as the runtime opens its files without leave to
+// delete them. An open folder (a folder search) doesn't count, nor does what a
+// symbolic link leads to, since the move takes the link alone.
+bool HoldsOpenAtOrBelow(const std::string& systemPath)
+{
+    struct stat link;
+    if (lstat(systemPath.c_str(), &link) != 0 || S_ISLNK(link.st_mode))
+        return false;
+    const std::string resolved = ResolvedPath(systemPath);
+    if (resolved.empty())
+        return false;
+    const std::string below = resolved.back() == '/' ? resolved : resolved + "/";
+    return posix::AnyOwnDescriptor([&](const std::string&, const std::string& path) {
+        struct stat held;
+        if (stat(path.c_str(), &held) != 0 || S_ISDIR(held.st_mode))
+            return false;
+        return posix::SameFile(held, link) ||
+               DescriptorTarget(path).compare(0, below.size(), below) == 0;
+    });
+}
+
 }  // namespace
 
 bool MovePath(const std::string& source, const std::string& target)
@@ -258,6 +301,8 @@ bool MovePath(const std::string& source, const std::string& target)
         return false;
     const std::string from = SystemPath(source);
     const std::string to = SystemPath(target);
+    if (HoldsOpenAtOrBelow(from))
+        return false;
     if (RenameNoReplace(from, to) == 0)
         return true;
     if (errno != ENOSYS && errno != EINVAL)

@@ -1,11 +1,13 @@
 // What the POSIX file operations share: the attribute word and the local
-// last-write time of an entry, worked out from what stat reports.
+// last-write time of an entry, worked out from what stat reports, and a look
+// through the files that this process holds open.
 #pragma once
 
 #include <sys/stat.h>
 #include <time.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "platform/FileSystem.h"
@@ -23,6 +25,15 @@ CalendarTime LocalLastWriteTime(const struct stat& status);
 
 // Calendar fields from the C library's broken-down time.
 CalendarTime CalendarTimeOf(const struct tm& fields, long nanoseconds);
+
+// Whether two stat results name one and the same file.
+bool SameFile(const struct stat& one, const struct stat& other);
+
+// Whether `matches` holds for one of this process's open descriptors, each
+// given by its number as text and its path below /proc/self/fd. The descriptor
+// of the look itself is passed over. False where /proc can't be read.
+bool AnyOwnDescriptor(
+    const std::function<bool(const std::string& number, const std::string& path)>& matches);
 
 }  // namespace posix
 }  // namespace platform

@@ -5,18 +5,11 @@
 
 namespace platform {
 
-namespace {
-
-// The Windows call fills a buffer of 256 bytes: at most 255 characters.
-constexpr std::size_t kFolderBufferSize = 256;
-
-}  // namespace
-
 std::string LookUpSpecialFolder(int folderId)
 {
     if (folderId != kFolderCommonAppData)
         return std::string();
-    return std::string(ZOR_COMMON_APPDATA).substr(0, kFolderBufferSize - 1);
+    return ZOR_COMMON_APPDATA;
 }
 
 }  // namespace platform

@@ -52,7 +52,6 @@ PathStatus StatPath(const std::string& path)
     struct _stat status;
     if (_stat(path.c_str(), &status) != 0)
         return result;
-    result.exists = true;
     result.regularFile = (status.st_mode & _S_IFREG) != 0;
     result.directory = (status.st_mode & _S_IFDIR) != 0;
     return result;

@@ -13,16 +13,14 @@ using ShellFolderPathCall = HRESULT(WINAPI*)(HWND, int, HANDLE, DWORD, LPSTR);
 // The default path of the folder, not the one it may have been moved to.
 constexpr DWORD kFolderDefaultPath = 1;
 
-// The folder is kept in 256 bytes: at most 255 characters.
-constexpr std::size_t kFolderLength = 255;
-
 std::string CallShellFolderPath(FARPROC found, int folderId)
 {
-    // The call may write a whole MAX_PATH buffer; it gets one, and a zero behind.
+    // The call may write a whole MAX_PATH buffer; it gets one, and a zero
+    // behind, so that whatever it writes ends in the buffer.
     char buffer[MAX_PATH + 1] = {};
     const auto call = reinterpret_cast<ShellFolderPathCall>(reinterpret_cast<void (*)()>(found));
     call(nullptr, folderId, nullptr, kFolderDefaultPath, buffer);
-    return std::string(buffer).substr(0, kFolderLength);
+    return std::string(buffer);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+// The store's set-up and its count: which folders and which History.ini the
+// set-up leaves, what it tells, and how the count is read and written.
 #include "history/CHistoryStore.h"
 
 #include <gtest/gtest.h>
@@ -42,7 +44,10 @@ TEST(HistoryStoreSetUp, CompleteStoreIsLeftExactlyAsItIs)
 {
     TestMachine machine;
     machine.MakeHistoryFolder();
-    const std::string ini = IniText({"[History]", "Count=7", "[EVT]", "Event_ID=EVT"});
+    // Bare line feeds, blanks around "=" and a count with leading zeros: a write
+    // of any key through the profile calls, even of the count that is there,
+    // would lay the file down again in their own form.
+    const std::string ini = "[History]\nCount = 007\n[EVT]\nEvent_ID = EVT\n";
     WriteWholeFile(IniPathOf(machine), ini);
 
     bool result = false;

@@ -1,3 +1,5 @@
+// A stored event's section: one accessor pair per key, each reading and writing
+// History.ini at every call, and the placeholders that a -start lays down.
 #include "recorder/CInstallEvent.h"
 
 #include <gtest/gtest.h>
@@ -187,6 +189,7 @@ TEST(StoredEvent, StartLaysDownEveryKeyWithItsPlaceholder)
     for (std::string& word : words)
         argv.push_back(&word[0]);
     int argc = static_cast<int>(argv.size());
+    argv.push_back(nullptr);  // as behind a program's own arguments
 
     testing::internal::CaptureStdout();
     CInstallEvent event(argc, argv.data());

@@ -9,11 +9,21 @@
 
 namespace {
 
-std::string LocalStampOf(std::time_t moment)
+std::string StampOf(const std::tm* calendar)
 {
     char text[32] = {};
-    std::strftime(text, sizeof text, "%Y%m%d %H:%M:%S", std::localtime(&moment));
+    std::strftime(text, sizeof text, "%Y%m%d %H:%M:%S", calendar);
     return text;
+}
+
+std::string LocalStampOf(std::time_t moment)
+{
+    return StampOf(std::localtime(&moment));
+}
+
+std::string UtcStampOf(std::time_t moment)
+{
+    return StampOf(std::gmtime(&moment));
 }
 
 void SetVersion(TestMachine& machine, unsigned major, unsigned minor, unsigned platformId)
@@ -35,7 +45,11 @@ TEST(TimeStamp, HasSeventeenCharactersDateBlankTime)
 
 TEST(TimeStamp, IsTheLocalTimeNow)
 {
+    // Local time can only be told from UTC in a zone away from it: the test
+    // runs with the zone IST-5:30 (set by the test's environment).
     const std::time_t before = std::time(nullptr);
+    ASSERT_NE(LocalStampOf(before), UtcStampOf(before))
+        << "this test needs a time zone away from UTC, e.g. TZ=IST-5:30";
     const std::string stamp = GetTimeStamp();
     const std::time_t after = std::time(nullptr);
 

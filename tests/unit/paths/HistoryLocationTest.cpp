@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "history/HistoryPaths.h"
 #include "support/TestMachine.h"
 
@@ -53,4 +55,26 @@ TEST(HistoryLocation, EveryCallAsksTheMachineAgain)
     EXPECT_EQ("E:\\First\\TAQ\\ZORHistory\\History.ini", first);
     EXPECT_EQ("F:\\Second\\TAQ\\ZORHistory\\History.ini", second);
     EXPECT_EQ("C:\\Documents and Settings\\All Users\\Application Data\\TAQ\\ZORHistory", third);
+}
+
+TEST(HistoryLocation, AFolderLongerThanTheBufferOf256BytesIsCutTo255Characters)
+{
+    TestMachine machine;
+    machine.Machine().commonAppData = "D:\\" + std::string(300, 'a');
+
+    const std::string first255 = "D:\\" + std::string(252, 'a');
+    EXPECT_EQ(first255, GetSpecialFolder(0x23));
+    EXPECT_EQ(first255, GetCommonAppDataFolder());
+    EXPECT_EQ(first255 + "\\TAQ\\ZORHistory", GetHistoryFolder());
+}
+
+TEST(HistoryLocation, AFolderOf255CharactersIsKeptWhole)
+{
+    TestMachine machine;
+    const std::string whole = "D:\\" + std::string(252, 'b');
+    machine.Machine().commonAppData = whole;
+    EXPECT_EQ(whole, GetCommonAppDataFolder());
+
+    machine.Machine().commonAppData = whole + "c";
+    EXPECT_EQ(whole, GetCommonAppDataFolder());
 }

@@ -89,13 +89,16 @@ TEST_F(EventLifecycle, EndReplacesOnlyTheOptionalValuesItGives)
     EXPECT_EQ(stored.GetType(), "GUI");
 }
 
-TEST_F(EventLifecycle, EndWithoutStartWritesOnlyEndKeysAndMakesCopyFolder)
+TEST_F(EventLifecycle, EndWithoutStartWritesOnlyItsKeysInItsOrderAndMakesCopyFolder)
 {
     Record({"-start", "other"});
-    EXPECT_EQ(Record({"-end", "x", "-CopyName", "copy", "-Result", "Failed", "-l", "s.log"}), 0);
+    EXPECT_EQ(Record({"-end", "x", "-u", "s.rsp", "-Path", "C:\\ZOR", "-t", "s.trc", "-l",
+                      "s.log", "-Result", "Failed", "-Action", "Upgrade", "-CopyName", "copy"}),
+              0);
     ExpectLinesMatch(SectionLines(HistoryIni(), "x"),
-                     {"End_Time=<time>", "Copy_Name=copy", "Complete_Flag=TRUE", "Result=Failed",
-                      "Log_File_Name=s.log"});
+                     {"End_Time=<time>", "Copy_Name=copy", "Complete_Flag=TRUE", "Action=Upgrade",
+                      "Result=Failed", "Log_File_Name=s.log", "Trace_File=s.trc",
+                      "Response_File=s.rsp", "Path=C:\\ZOR"});
     EXPECT_EQ(StoredCount(), 1);
     EXPECT_TRUE(PathExists(machine.HistoryFolder() + "\\copy"));
     EXPECT_TRUE(FolderNames(machine.HistoryFolder() + "\\copy").empty());

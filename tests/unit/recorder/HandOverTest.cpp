@@ -6,8 +6,11 @@
 #include <gtest/gtest.h>
 
 #include "RecorderCalls.h"
+#include "platform/FileSystem.h"
 #include "recorder/CInstallEvent.h"
+#include "recorder/CLogger.h"
 #include "support/TestFiles.h"
+#include "support/WineHost.h"
 
 namespace {
 
@@ -45,6 +48,25 @@ TEST_F(HandOver, MovedLogHoldsTheWholeEvent)
     ExpectLinesMatch({log.front(), log.back()},
                      {"---------- ZOR Installation History Logger ( Start )----------<time>",
                       "---------- ZOR Installation History Logger ( End ) ----------<time>"});
+}
+
+// The -end writes the log in this process, and a folder that holds an open file
+// can't be moved: the hand-over succeeds only because the log is closed first.
+TEST_F(HandOver, EventLogIsClosedBeforeItsFolderMoves)
+{
+    if (RunsUnderWine())
+        GTEST_SKIP() << kWineMovesHeldFolders;
+    Record({"-start", "x"});
+    CLogger::Instance().Open(EventLog("x"), static_cast<int>(std::ios_base::app));
+    EXPECT_FALSE(platform::MovePath(EventFolder("x"), machine.HistoryFolder() + "\\elsewhere"));
+    CLogger::Instance().Close();
+
+    EXPECT_EQ(Record({"-end", "x", "-CopyName", "copy"}), 0);
+    const std::string movedLog = machine.HistoryFolder() + "\\copy\\x\\ZORInstallEvent.Log";
+    EXPECT_FALSE(PathExists(EventFolder("x")));
+    EXPECT_EQ(CInstallEvent("x").GetEventLogFile(), movedLog);
+    ExpectLinesMatch(LastLines(FileLines(movedLog), 1),
+                     {"---------- ZOR Installation History Logger ( End ) ----------<time>"});
 }
 
 TEST_F(HandOver, ExistingTargetFolderKeepsEventInPlace)

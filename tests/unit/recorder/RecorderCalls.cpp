@@ -1,5 +1,8 @@
+// Calls of the recorder's entry made the way an installer makes them, and the
+// readers that compare what they leave with lines written by hand.
 #include "RecorderCalls.h"
 
+#include <algorithm>
 #include <iostream>
 #include <regex>
 

@@ -14,6 +14,15 @@ namespace {
 
 using Names = std::vector<std::string>;
 
+// The same path with another drive letter in front: C:, or D: when the path
+// lies on C: itself.
+std::string OnAnotherDrive(const std::string& path)
+{
+    std::string moved = path;
+    moved[0] = (moved[0] == 'C' || moved[0] == 'c') ? 'D' : 'C';
+    return moved;
+}
+
 }  // namespace
 
 using CZipperAddFile = OpenArchiveFixture;
@@ -65,6 +74,24 @@ TEST_F(CZipperAddFile, AnAbsolutePathOutsideTheRootFails)
     EXPECT_FALSE(zipper.AddFile(At("other\\f.txt").c_str(), false));
     EXPECT_EQ(zipper.GetCounters().fileCount, 0u);
     EXPECT_TRUE(CloseAndRead().entries.empty());
+}
+
+TEST_F(CZipperAddFile, APathOnAnotherDriveThanTheRootFails)
+{
+    if (!platform::IsAbsolutePath("C:\\x"))
+        GTEST_SKIP() << "paths name no drives on this platform";
+    const std::string path = PutFile("store\\f.txt", "abc");
+    ASSERT_EQ(path[1], ':') << path;
+    // The file lies under the fixture's root, on the temporary folder's drive;
+    // a second archive has the same root on another drive.
+    CZipper otherDrive(At("y.zip").c_str(), OnAnotherDrive(At("store")).c_str(), false);
+    EXPECT_FALSE(otherDrive.AddFile(path.c_str(), false));
+    EXPECT_EQ(otherDrive.GetCounters().fileCount, 0u);
+    EXPECT_TRUE(otherDrive.Close());
+    EXPECT_TRUE(Kept(At("y.zip"), ".other-drive").entries.empty());
+
+    ASSERT_TRUE(zipper.AddFile(path.c_str(), false));
+    EXPECT_EQ(CloseAndRead().Names(), Names{"f.txt"});
 }
 
 TEST_F(CZipperAddFile, IgnorePathNamesTheEntryByTheBareFileNameWhereverItLies)

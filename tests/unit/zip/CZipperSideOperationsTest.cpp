@@ -52,13 +52,22 @@ TEST_F(CZipperSideOperations, AddFileAsTakesARelativePathFromTheRoot)
     EXPECT_EQ(CloseAndRead().Names(), Names{"logs\\a.txt"});
 }
 
-TEST_F(CZipperSideOperations, AddFileAsRefusesAFolderInZipWithADrive)
+TEST_F(CZipperSideOperations, AddFileAsRefusesAFolderInZipWithAColon)
 {
     const std::string path = PutFile("x\\a.txt", "abc");
     EXPECT_FALSE(zipper.AddFileAs(path.c_str(), "C:\\logs"));
     EXPECT_FALSE(zipper.AddFileAs(path.c_str(), "logs:old"));
+    EXPECT_FALSE(zipper.AddFileAs(path.c_str(), ":"));
     EXPECT_EQ(zipper.GetCounters().fileCount, 0u);
     EXPECT_TRUE(CloseAndRead().entries.empty());
+}
+
+TEST_F(CZipperSideOperations, AddFileAsTakesTheLeadingSeparatorOffTheFolderInZip)
+{
+    const std::string path = PutFile("x\\a.txt", "abc");
+    ASSERT_TRUE(zipper.AddFileAs(path.c_str(), "\\logs"));
+    ASSERT_TRUE(zipper.AddFileAs(path.c_str(), "/logs"));
+    EXPECT_EQ(CloseAndRead().Names(), (Names{"logs\\a.txt", "logs\\a.txt"}));
 }
 
 TEST_F(CZipperSideOperations, AddFileAsKeepsTheAttributesAsTheyAre)
@@ -68,6 +77,21 @@ TEST_F(CZipperSideOperations, AddFileAsKeepsTheAttributesAsTheyAre)
     const ZipTestArchive archive = CloseAndRead();
     ASSERT_EQ(archive.entries.size(), 1u);
     EXPECT_EQ(archive.entries[0].externalAttributes, platform::GetFileAttributes(path));
+}
+
+TEST_F(CZipperSideOperations, AddFileAsTakesTheAttributesOfThePathAsGivenNotAsResolved)
+{
+    // The relative name resolves under the root for the data, but the
+    // attributes are asked of the name as it stands, in the current directory,
+    // where no such file is: the invalid word goes in unchanged.
+    const std::string name = "only-under-the-root.txt";
+    ASSERT_FALSE(PathExists(name));
+    PutFile("store\\" + name, "abc");
+    ASSERT_TRUE(zipper.AddFileAs(name.c_str(), "logs"));
+    const ZipTestArchive archive = CloseAndRead();
+    ASSERT_EQ(archive.Names(), Names{"logs\\" + name});
+    EXPECT_EQ(archive.entries[0].externalAttributes, 0xFFFFFFFFu);
+    EXPECT_EQ(archive.entries[0].crc, ZipCrc32("abc"));
 }
 
 TEST_F(CZipperSideOperations, AddFileAsIsDatedWithTheFilesLastWriteTime)
@@ -114,6 +138,13 @@ TEST_F(CZipperSideOperations, AddBufferWritesTheDataUnderTheTrimmedName)
     EXPECT_EQ(archive.entries[0].externalAttributes, platform::kAttributeNormal);
 }
 
+TEST_F(CZipperSideOperations, AddBufferTakesTheLeadingSeparatorOffTheName)
+{
+    ASSERT_TRUE(zipper.AddBuffer("one", 3, "\\x.txt"));
+    ASSERT_TRUE(zipper.AddBuffer("two", 3, "/x.txt"));
+    EXPECT_EQ(CloseAndRead().Names(), (Names{"x.txt", "x.txt"}));
+}
+
 TEST_F(CZipperSideOperations, AddBufferOfNoBytesGivesAnEmptyEntry)
 {
     ASSERT_TRUE(zipper.AddBuffer("", 0, "empty.txt"));
@@ -127,6 +158,7 @@ TEST_F(CZipperSideOperations, AddBufferWithAColonInTheNameFailsAndLeavesTheArchi
     ASSERT_TRUE(zipper.AddBuffer("first", 5, "first.txt"));
     EXPECT_FALSE(zipper.AddBuffer("second", 6, "C:second.txt"));
     EXPECT_FALSE(zipper.AddBuffer("second", 6, "dir\\a:b.txt"));
+    EXPECT_FALSE(zipper.AddBuffer("second", 6, ":"));
     EXPECT_EQ(zipper.GetCounters().fileCount, 1u);
     EXPECT_EQ(zipper.GetCounters().uncompressedBytes, 5u);
     EXPECT_EQ(CloseAndRead().Names(), Names{"first.txt"});

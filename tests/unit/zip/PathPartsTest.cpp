@@ -97,3 +97,13 @@ TEST(PathParts, StoringAPathThatDoesNotFitLeavesTheBufferEmpty)
     EXPECT_FALSE(StorePath(buffer, sizeof buffer, std::string(261, 'a')));
     EXPECT_EQ(std::string(buffer), "");
 }
+
+TEST(PathParts, BackslashAndSlashAreTheOnlySeparators)
+{
+    EXPECT_TRUE(IsSeparator('\\'));
+    EXPECT_TRUE(IsSeparator('/'));
+    EXPECT_FALSE(IsSeparator(':'));
+    EXPECT_FALSE(IsSeparator('.'));
+    EXPECT_FALSE(IsSeparator(' '));
+    EXPECT_FALSE(IsSeparator('\0'));
+}
