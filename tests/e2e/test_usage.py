@@ -76,31 +76,26 @@ def test_the_option_in_capitals_names_the_file(env):
     expect_equal(names, ["a.txt"])
 
 
-def test_only_the_first_option_counts_and_the_rest_is_ignored(env):
+def expect_only_archive_made(env, name, *args):
+    """Runs the tool over an empty store; exactly the archive `name` comes into being."""
     env.store.mkdir(parents=True)
-    code, out = run_tool(env, "a", "-f", "x.zip", "b", "-f", "y.zip")
-    expect_equal(out, env.lines("The file 'x.zip' is created successfully"))
+    code, out = run_tool(env, *args)
+    expect_equal(out, env.lines(f"The file '{name}' is created successfully"))
     expect_equal(code, 0)
-    expect_equal(sorted(os.listdir(env.work)), ["x.zip"])
-    check_archive(env.work / "x.zip")
+    expect_equal(sorted(os.listdir(env.work)), [name])
+    check_archive(env.work / name)
+
+
+def test_only_the_first_option_counts_and_the_rest_is_ignored(env):
+    expect_only_archive_made(env, "x.zip", "a", "-f", "x.zip", "b", "-f", "y.zip")
 
 
 def test_an_option_behind_the_option_is_the_file_name(env):
-    env.store.mkdir(parents=True)
-    code, out = run_tool(env, "-f", "-f")
-    expect_equal(out, env.lines("The file '-f' is created successfully"))
-    expect_equal(code, 0)
-    expect_equal(sorted(os.listdir(env.work)), ["-f"])
-    check_archive(env.work / "-f")
+    expect_only_archive_made(env, "-f", "-f", "-f")
 
 
 def test_a_name_without_ending_gets_none(env):
-    env.store.mkdir(parents=True)
-    code, out = run_tool(env, "-f", "x")
-    expect_equal(out, env.lines("The file 'x' is created successfully"))
-    expect_equal(code, 0)
-    expect_equal(sorted(os.listdir(env.work)), ["x"])
-    check_archive(env.work / "x")
+    expect_only_archive_made(env, "x", "-f", "x")
 
 
 main(globals())
