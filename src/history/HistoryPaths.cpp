@@ -86,7 +86,9 @@ std::string GetTimeStamp()
 
 bool IsWindowsNT()
 {
-    const platform::SystemVersion version = platform::GetSystemVersion();
+    // The result of the call isn't looked at: a failed call leaves zeros.
+    platform::SystemVersion version;
+    platform::GetVersionEx(platform::kExtendedVersionSize, version);
     return IsWindowsNTVersion(version.majorVersion, version.minorVersion, version.platformId);
 }
 

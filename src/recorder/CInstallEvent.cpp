@@ -120,12 +120,15 @@ void CInstallEvent::Dispatch()
     if (Mode == kStartMode) {
         WriteEventStart();
         WriteStartBanner();
+        WriteSystemInfo();
+        WriteSnapshot();
         CLogger::Instance().Close();
     } else if (Mode == kLogMessageMode) {
         WriteLogMessage();
         CLogger::Instance().Close();
     } else if (Mode == kEndMode) {
         WriteEventEnd();
+        WriteSnapshot();
         WriteResultBlock();
         WriteEndBanner();
         CLogger::Instance().Close();

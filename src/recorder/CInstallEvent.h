@@ -96,6 +96,18 @@ private:
     void WriteLogMessage();
     void WriteResultBlock();
     void HandOver();
+
+    void WriteSystemInfo();
+    void WriteSnapshot();
+    void WriteSnapshotFrame();
+    void WriteSnapshotClosing();
+    void WriteSectionHeading(const char* title);
+    void WriteUsers();
+    void WriteSoftware();
+    void WriteProcesses();
+    void WriteServices();
+    void WriteZORProducts();
+    void WriteODBCDrivers();
 };
 
 // The text behind the last backslash of a path; the whole path if it has none.

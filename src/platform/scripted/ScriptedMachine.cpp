@@ -27,9 +27,28 @@ std::string LookUpSpecialFolder(int folderId)
     return machine.commonAppData;
 }
 
-SystemVersion GetSystemVersion()
+// The 148-byte structure ends before the service-pack numbers, the suite mask
+// and the product type, which stay as the caller cleared them.
+bool GetVersionEx(std::uint32_t structureSize, SystemVersion& version)
 {
-    return scripted::CurrentMachine().version;
+    const scripted::Machine& machine = scripted::CurrentMachine();
+    version = SystemVersion();
+    const bool extended = structureSize == kExtendedVersionSize;
+    if (extended ? !machine.acceptsExtendedVersion
+                 : structureSize != kVersionSize || !machine.acceptsVersion)
+        return false;
+    version.majorVersion = machine.version.majorVersion;
+    version.minorVersion = machine.version.minorVersion;
+    version.buildNumber = machine.version.buildNumber;
+    version.platformId = machine.version.platformId;
+    version.servicePack = machine.version.servicePack;
+    if (extended) {
+        version.servicePackMajor = machine.version.servicePackMajor;
+        version.servicePackMinor = machine.version.servicePackMinor;
+        version.suiteMask = machine.version.suiteMask;
+        version.productType = machine.version.productType;
+    }
+    return true;
 }
 
 }  // namespace platform

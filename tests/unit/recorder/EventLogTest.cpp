@@ -1,5 +1,6 @@
 // The event log of an event: how each call opens it, the banners and the
 // message lines.
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -86,9 +87,15 @@ TEST_F(EventLogFile, EndAddsToLogAndClosesItWithEndBanner)
     Record({"-logmessage", "x", "-message", "during the install"});
     Record({"-end", "x"});
     const Strings log = FileLines(EventLog("x"));
-    ExpectLinesMatch(LinesAt(log, 0, 6),
+    ExpectLinesMatch(LinesAt(log, 0, 5),
                      {kStartBanner, "EventID       :x", "Product       :p", "Service Level :",
-                      "CommandLine   :", "during the install"});
+                      "CommandLine   :"});
+    // The message follows the closing lines of the snapshot before the install.
+    const auto closing =
+        std::find(log.begin(), log.end(), "* End of Snapshoot for EventID: x Before  Starts  ");
+    ASSERT_NE(closing, log.end());
+    ASSERT_LT(closing + 2, log.end());
+    EXPECT_EQ(*(closing + 2), "during the install");
     ExpectLinesMatch(LastLines(log, 2), {"", kEndBanner});
 }
 

@@ -1,5 +1,6 @@
-// The operating system's version on Windows: GetVersionExA in its extended,
-// 156-byte form. Its result isn't looked at: a failed call leaves every field zero.
+// The operating system's version on Windows: GetVersionExA on the extended
+// structure, with the size field that the caller asks for. A system that knows
+// only the older structure refuses the size of the extended one.
 #include "platform/SystemVersion.h"
 
 #include <windows.h>
@@ -8,8 +9,8 @@ namespace platform {
 
 namespace {
 
-constexpr DWORD kExtendedVersionSize = 156;
 static_assert(sizeof(OSVERSIONINFOEXA) == kExtendedVersionSize, "the extended version structure");
+static_assert(sizeof(OSVERSIONINFOA) == kVersionSize, "the version structure");
 
 std::string ServicePackText(const OSVERSIONINFOEXA& info)
 {
@@ -22,13 +23,12 @@ std::string ServicePackText(const OSVERSIONINFOEXA& info)
 
 }  // namespace
 
-SystemVersion GetSystemVersion()
+bool GetVersionEx(std::uint32_t structureSize, SystemVersion& version)
 {
     OSVERSIONINFOEXA info;
     ZeroMemory(&info, sizeof info);
-    info.dwOSVersionInfoSize = kExtendedVersionSize;
-    GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&info));
-    SystemVersion version;
+    info.dwOSVersionInfoSize = structureSize;
+    const BOOL done = GetVersionExA(reinterpret_cast<OSVERSIONINFOA*>(&info));
     version.majorVersion = info.dwMajorVersion;
     version.minorVersion = info.dwMinorVersion;
     version.buildNumber = info.dwBuildNumber;
@@ -38,7 +38,7 @@ SystemVersion GetSystemVersion()
     version.servicePackMinor = info.wServicePackMinor;
     version.suiteMask = info.wSuiteMask;
     version.productType = info.wProductType;
-    return version;
+    return done != FALSE;
 }
 
 }  // namespace platform

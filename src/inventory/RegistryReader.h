@@ -1,0 +1,32 @@
+// The reads that every registry-reading collector goes through, all below
+// HKEY_LOCAL_MACHINE, silent about every failure: a key that is absent, one
+// that can't be opened and one that is empty all read as empty. Keys opened
+// here are never closed. Beside them, the process-wide selector of the
+// product's registry layout, and the wide-to-narrow text helper.
+#pragma once
+
+#include <string>
+#include <vector>
+
+// The layouts of the product's keys: before V9 one copy below the maker's key,
+// from V9 on one key per copy.
+constexpr int LAYOUT_PRE_V9 = 0;
+constexpr int LAYOUT_V9 = 1;
+
+// The root of the product's keys for the current layout; every value other
+// than LAYOUT_PRE_V9 reads as LAYOUT_V9.
+std::string GetRegistryRoot();
+int GetRegistryLayout();
+void SetRegistryLayout(const int& layout);
+
+// The value as text: REG_SZ as it stands (up to 99 characters), REG_DWORD as
+// signed decimal, every other type and every failure empty.
+std::string ReadRegistryValue(const std::string& key, const std::string& valueName);
+
+// The value names and the subkey names of a key, in the registry's order.
+std::vector<std::string> EnumRegistryValues(const std::string& key);
+std::vector<std::string> EnumRegistrySubKeys(const std::string& key);
+
+// Converts the whole wide text into `buffer` in the system's code page: 0, or
+// the error code when nothing fits, and the buffer then holds an empty name.
+int WideToMultiByte(const std::u16string& wide, char* buffer, int bufferSize);

@@ -1,0 +1,128 @@
+// The machine as one block of the event log, before the install at -start and
+// after it at -end: a frame, six numbered sections, each run by one collector,
+// and closing lines. The two forms of the frame differ, and stay so.
+#include <iomanip>
+#include <ostream>
+#include <string>
+
+#include "collectors/CComputerInfo.h"
+#include "collectors/CProcessList.h"
+#include "collectors/CProductsList.h"
+#include "collectors/CServicesList.h"
+#include "collectors/CUsersList.h"
+#include "recorder/CInstallEvent.h"
+#include "recorder/CLogger.h"
+#include "recorder/EventTexts.h"
+
+namespace {
+
+const std::string kRule(94, '*');
+const std::string kBlankFrameLine = "*" + std::string(93, ' ');
+
+// Collects and reports one collector, made and destroyed within the section so
+// that only one collector's data is held at a time.
+template <typename Collector>
+void RunCollector()
+{
+    Collector collector;
+    collector.Collect();
+    collector.Write();
+}
+
+}  // namespace
+
+void CInstallEvent::WriteSystemInfo()
+{
+    RunCollector<CComputerInfo>();
+}
+
+void CInstallEvent::WriteSnapshot()
+{
+    WriteSnapshotFrame();
+    WriteUsers();
+    WriteSoftware();
+    WriteProcesses();
+    WriteServices();
+    WriteZORProducts();
+    WriteODBCDrivers();
+    WriteSnapshotClosing();
+}
+
+// The title is one string, written behind a field width of 14 that it always
+// exceeds.
+void CInstallEvent::WriteSnapshotFrame()
+{
+    CLogger& log = CLogger::Instance();
+    if (Mode == texts::kStartMode) {
+        log << kRule << std::endl;
+        log << "*  Snapshoot for EventID: " << std::setw(14)
+            << EventID + " -- Before " + GetAction() + " Starts " << std::endl;
+        log << kBlankFrameLine << std::endl;
+        log << kRule << std::endl;
+    } else if (Mode == texts::kEndMode) {
+        log << kRule << std::endl;
+        log << kBlankFrameLine << std::endl;
+        log << "*  Snapshoot for EventID: " << std::setw(14)
+            << EventID + " -- After " + GetAction() + " Completed " << std::endl;
+        log << kBlankFrameLine << std::endl;
+        log << kRule << std::endl;
+    }
+}
+
+void CInstallEvent::WriteSnapshotClosing()
+{
+    CLogger& log = CLogger::Instance();
+    if (Mode == texts::kStartMode) {
+        log << kRule << std::endl;
+        log << "* End of Snapshoot for EventID: "
+            << EventID + " Before " + GetAction() + " Starts  " << std::endl;
+        log << kRule << std::endl;
+    } else if (Mode == texts::kEndMode) {
+        log << kRule << std::endl;
+        log << "*End of Snapshoot for EventID: "
+            << EventID + " -- After " + GetAction() + " Completed " << std::endl;
+        log << kRule << std::endl;
+    }
+}
+
+// An empty line, then the section's number, counted on, and its title.
+void CInstallEvent::WriteSectionHeading(const char* title)
+{
+    CLogger& log = CLogger::Instance();
+    log << std::endl;
+    log << SectionNumber++ << title << std::endl;
+}
+
+void CInstallEvent::WriteUsers()
+{
+    WriteSectionHeading(") User Group & User Information:");
+    RunCollector<CUsersList>();
+}
+
+void CInstallEvent::WriteSoftware()
+{
+    WriteSectionHeading(") Software Installed on the machine:");
+    RunCollector<CProductsList>();
+}
+
+void CInstallEvent::WriteProcesses()
+{
+    WriteSectionHeading(") Current Running Processes:");
+    RunCollector<CProcessList>();
+}
+
+void CInstallEvent::WriteServices()
+{
+    WriteSectionHeading(") Services & Service Status:");
+    RunCollector<CServicesList>();
+}
+
+void CInstallEvent::WriteZORProducts()
+{
+    WriteSectionHeading(") ZOR Products Installed:");
+}
+
+void CInstallEvent::WriteODBCDrivers()
+{
+    WriteSectionHeading(") ZOR ODBC Driver Info:");
+}
