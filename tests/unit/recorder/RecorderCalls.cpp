@@ -42,6 +42,14 @@ RecorderTest::RecorderTest()
 {
     CLogger::Instance().Close();
     CLogger::Instance().clear();
+    ResetLoggerFormat();
+}
+
+void ResetLoggerFormat()
+{
+    CLogger::Instance().flags(std::ios_base::skipws | std::ios_base::dec);
+    CLogger::Instance().fill(' ');
+    CLogger::Instance().width(0);
 }
 
 std::string RecorderTest::HistoryIni() const

@@ -41,8 +41,12 @@ private:
     std::streambuf* previous_;
 };
 
-// A test on its own machine, with the process-wide event log closed and its
-// state good, as in a fresh process.
+// Puts the event log stream's format back as a fresh process has it: the
+// left-adjust bit that reports turn on stays on for the rest of a process.
+void ResetLoggerFormat();
+
+// A test on its own machine, with the process-wide event log closed, its
+// state good and its format as in a fresh process.
 class RecorderTest : public ::testing::Test {
 protected:
     RecorderTest();
