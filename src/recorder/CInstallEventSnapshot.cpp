@@ -10,6 +10,9 @@
 #include "collectors/CProductsList.h"
 #include "collectors/CServicesList.h"
 #include "collectors/CUsersList.h"
+#include "inventory/CODBCDriversList.h"
+#include "inventory/CZORProductsList.h"
+#include "inventory/RegistryReader.h"
 #include "recorder/CInstallEvent.h"
 #include "recorder/CLogger.h"
 #include "recorder/EventTexts.h"
@@ -117,12 +120,29 @@ void CInstallEvent::WriteServices()
     RunCollector<CServicesList>();
 }
 
+// One list in two passes, one for each layout of the product's keys: PART A
+// for the releases before V9, PART B for V9 and later. The selector stays at
+// the V9 layout behind the section.
 void CInstallEvent::WriteZORProducts()
 {
     WriteSectionHeading(") ZOR Products Installed:");
+    SetRegistryLayout(LAYOUT_PRE_V9);
+    CZORProductsList products;
+    SetRegistryLayout(LAYOUT_PRE_V9);
+    products.Collect();
+    products.Write();
+    products.Clear();
+    SetRegistryLayout(LAYOUT_V9);
+    products.Collect();
+    products.Write();
+    products.Clear();
 }
 
+// The list of drivers is made ahead of the section's heading.
 void CInstallEvent::WriteODBCDrivers()
 {
+    CODBCDriversList drivers;
     WriteSectionHeading(") ZOR ODBC Driver Info:");
+    drivers.Collect();
+    drivers.Write();
 }

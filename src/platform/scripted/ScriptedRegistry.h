@@ -42,6 +42,13 @@ public:
     // Makes every open of the key fail with `status`.
     void RefuseKey(const std::string& path, std::int32_t status);
 
+    // Loads a registry export, as regedit writes it ("REGEDIT4" or "Windows
+    // Registry Editor Version 5.00", 8-bit text): keys below
+    // HKEY_LOCAL_MACHINE, and values of the forms "text", dword:, hex:,
+    // hex(2): and hex(7):, continued over lines by a trailing backslash.
+    // False, with what was read so far kept, on a line it can't read.
+    bool LoadExport(const std::string& text);
+
     // The key at `path`, or null.
     const RegistryKeyNode* FindKey(const std::string& path) const;
 
