@@ -511,6 +511,14 @@ TEST_F(ComputerInfo, ComputerNameOf14CharactersFitsLengthWord)
     EXPECT_EQ(Collected().computerName, "ABCDEFGHIJKLMN");
 }
 
+// The length word of 15 leaves no room for a name of 15 characters and its
+// terminator, so GetComputerNameA refuses it.
+TEST_F(ComputerInfo, ComputerNameOf15CharactersIsRefusedByLengthWord)
+{
+    Machine().computer.name = "ABCDEFGHIJKLMNO";
+    EXPECT_EQ(Collected().computerName, "");
+}
+
 // Processors.
 
 TEST_F(ComputerInfo, IntelLevel6WithPentiumTypeIsIntelPentium)
