@@ -245,7 +245,7 @@ TEST_F(Inventory, ProductWithoutVersionValuesShowsTwoDots)
 TEST_F(Inventory, DriverNamesMustHoldTAQZORInItsCase)
 {
     const std::string drivers = "SOFTWARE\\ODBC\\ODBCINST.INI\\ODBC Drivers";
-    for (const char* name : {"TAQ ZOR", "A TAQ ZOR B", "Taq Zor", "TAQ ZO", "TAQZOR"})
+    for (const char* name : {"TAQ ZOR", "A TAQ ZOR B", "Taq Zor Lower", "TAQ ZO", "TAQZOR"})
         Registry().SetString(drivers, name, "Installed");
     CODBCDriversList list;
     list.Collect();
