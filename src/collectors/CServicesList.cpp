@@ -59,17 +59,17 @@ int CServicesList::Collect()
     // The first call only learns the bytes needed; its result isn't looked at.
     platform::ServiceEnumerationWords words;
     std::vector<platform::ServiceStatusEntry> entries;
-    platform::EnumServicesStatus(manager, platform::kServiceWin32, platform::kServiceStateAll, 0,
-                                 0, words, entries, error);
+    platform::EnumerateServiceStatus(manager, platform::kServiceWin32, platform::kServiceStateAll,
+                                     0, 0, words, entries, error);
 
     const std::uint32_t bufferSize = words.bytesNeeded;
     const platform::ServiceBuffer buffer = platform::AllocateServiceBuffer(bufferSize, error);
     if (buffer == 0)
         return static_cast<int>(error);
 
-    if (!platform::EnumServicesStatus(manager, platform::kServiceWin32,
-                                      platform::kServiceStateAll, buffer, bufferSize, words,
-                                      entries, error))
+    if (!platform::EnumerateServiceStatus(manager, platform::kServiceWin32,
+                                          platform::kServiceStateAll, buffer, bufferSize, words,
+                                          entries, error))
         return static_cast<int>(error);
 
     for (const platform::ServiceStatusEntry& entry : entries)

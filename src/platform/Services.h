@@ -70,10 +70,10 @@ struct ServiceStatusEntry {
 // in `words`. A buffer of 0 with a size of 0 passes no buffer. True when the
 // call succeeds; otherwise `error` holds the GetLastError code. `entries` gets
 // the first servicesReturned entries of the buffer, in the manager's order.
-bool EnumServicesStatus(ServiceManager manager, std::uint32_t serviceType,
-                        std::uint32_t serviceState, ServiceBuffer buffer,
-                        std::uint32_t bufferSize, ServiceEnumerationWords& words,
-                        std::vector<ServiceStatusEntry>& entries, std::uint32_t& error);
+bool EnumerateServiceStatus(ServiceManager manager, std::uint32_t serviceType,
+                            std::uint32_t serviceState, ServiceBuffer buffer,
+                            std::uint32_t bufferSize, ServiceEnumerationWords& words,
+                            std::vector<ServiceStatusEntry>& entries, std::uint32_t& error);
 
 // CloseServiceHandle.
 void CloseServiceManager(ServiceManager manager);

@@ -84,10 +84,10 @@ void FreeServiceBuffer(ServiceBuffer)
 // Fills the buffer from the resume handle on with as many entries as fit; a
 // buffer too small for all of them fails with kErrorMoreData, the bytes that
 // the rest need, and the resume handle at the first entry left out.
-bool EnumServicesStatus(ServiceManager manager, std::uint32_t, std::uint32_t,
-                        ServiceBuffer buffer, std::uint32_t bufferSize,
-                        ServiceEnumerationWords& words,
-                        std::vector<ServiceStatusEntry>& entries, std::uint32_t& error)
+bool EnumerateServiceStatus(ServiceManager manager, std::uint32_t, std::uint32_t,
+                            ServiceBuffer buffer, std::uint32_t bufferSize,
+                            ServiceEnumerationWords& words,
+                            std::vector<ServiceStatusEntry>& entries, std::uint32_t& error)
 {
     scripted::Services& services = scripted::CurrentServices();
     entries.clear();

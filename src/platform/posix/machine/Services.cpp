@@ -26,9 +26,9 @@ void FreeServiceBuffer(ServiceBuffer buffer)
     std::free(reinterpret_cast<void*>(buffer));
 }
 
-bool EnumServicesStatus(ServiceManager, std::uint32_t, std::uint32_t, ServiceBuffer,
-                        std::uint32_t, ServiceEnumerationWords&,
-                        std::vector<ServiceStatusEntry>& entries, std::uint32_t& error)
+bool EnumerateServiceStatus(ServiceManager, std::uint32_t, std::uint32_t, ServiceBuffer,
+                            std::uint32_t, ServiceEnumerationWords&,
+                            std::vector<ServiceStatusEntry>& entries, std::uint32_t& error)
 {
     entries.clear();
     error = kErrorInvalidHandle;

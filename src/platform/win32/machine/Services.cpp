@@ -41,10 +41,10 @@ void FreeServiceBuffer(ServiceBuffer buffer)
     std::free(reinterpret_cast<void*>(buffer));
 }
 
-bool EnumServicesStatus(ServiceManager manager, std::uint32_t serviceType,
-                        std::uint32_t serviceState, ServiceBuffer buffer,
-                        std::uint32_t bufferSize, ServiceEnumerationWords& words,
-                        std::vector<ServiceStatusEntry>& entries, std::uint32_t& error)
+bool EnumerateServiceStatus(ServiceManager manager, std::uint32_t serviceType,
+                            std::uint32_t serviceState, ServiceBuffer buffer,
+                            std::uint32_t bufferSize, ServiceEnumerationWords& words,
+                            std::vector<ServiceStatusEntry>& entries, std::uint32_t& error)
 {
     auto* statuses = reinterpret_cast<ENUM_SERVICE_STATUSA*>(buffer);
     DWORD bytesNeeded = words.bytesNeeded;
