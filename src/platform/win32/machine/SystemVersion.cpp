@@ -5,6 +5,9 @@
 
 #include <windows.h>
 
+// The platform's own GetVersionEx, not the system's macro for GetVersionExA.
+#undef GetVersionEx
+
 namespace platform {
 
 namespace {
