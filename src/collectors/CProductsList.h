@@ -17,6 +17,10 @@ struct ProductEntry {
     std::uint32_t language = 0;
 };
 
+// The number of a product's Language text: decimal, as the runtime's
+// conversion reads it, then its 32 bits as unsigned ("-1" is 4294967295).
+std::uint32_t LanguageNumber(const std::string& text);
+
 class CProductsList : public Info {
 public:
     CProductsList();

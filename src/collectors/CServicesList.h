@@ -2,6 +2,7 @@
 // the display name holds one of the service keywords.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,9 @@ struct ServiceEntry {
     std::string displayName;
     std::string state;
 };
+
+// The words for a service's dwCurrentState; "Uknown" for any value but 1 to 7.
+std::string ServiceStateWords(std::uint32_t currentState);
 
 class CServicesList : public Info {
 public:
