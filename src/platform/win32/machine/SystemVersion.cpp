@@ -5,6 +5,10 @@
 
 #include <windows.h>
 
+// <windows.h> makes GetVersionEx a macro for GetVersionExA or GetVersionExW,
+// which would rename the platform's own operation defined below.
+#undef GetVersionEx
+
 namespace platform {
 
 namespace {
