@@ -1,4 +1,6 @@
-// The running processes, by id and executable name.
+// The running processes, by id and executable name: through the process-status
+// library "psapi.dll" on the NT family, and through the snapshot calls of
+// "kernel32.dll" on the Windows 95 family, both looked up at run time.
 #pragma once
 
 #include <cstdint>
@@ -16,10 +18,16 @@ class CProcessList : public Info {
 public:
     CProcessList();
     virtual ~CProcessList();
+    // 0, or 1 when the snapshot calls of "kernel32.dll" can't be used.
     virtual int Collect();
     virtual int Write();
 
+    // Whether the report lists the entry, by its name and ProcessKeywords.
     bool IsSelected(const ProcessEntry& entry);
 
     std::vector<ProcessEntry> processes;
+
+private:
+    int CollectFromStatusLibrary(std::uint32_t ownId);
+    int CollectFromSnapshot(std::uint32_t ownId);
 };
