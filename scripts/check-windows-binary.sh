@@ -17,7 +17,9 @@ esac
 objdump=$( [ "$format" = PE32 ] && echo i686-w64-mingw32-objdump || echo x86_64-w64-mingw32-objdump )
 imports="$($objdump -p "$file" | sed -n 's/^\s*DLL Name: //p' | tr 'A-Z' 'a-z' | sort -u)"
 echo "imports: $(echo $imports)"
-allowed=" kernel32.dll msvcrt.dll advapi32.dll netapi32.dll secur32.dll user32.dll "
+# Exactly the system DLLs that the programs link; psapi.dll and shfolder.dll are
+# loaded at run time and must never appear here.
+allowed=" kernel32.dll msvcrt.dll advapi32.dll netapi32.dll secur32.dll "
 for dll in $imports; do
     case "$allowed" in
         *" $dll "*) ;;
