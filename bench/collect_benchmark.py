@@ -29,7 +29,8 @@ import subprocess
 import sys
 import time
 
-SOURCE = pathlib.Path(__file__).resolve().parent.parent
+from private_build import SOURCE, build_program
+
 COPIES = ["ZOR_COPY_%d" % n for n in range(1, 6)]
 EVENT_LOG_BYTES = 2048
 
@@ -40,19 +41,8 @@ def stored_path(path):
 
 
 def configure_and_build(work):
-    build = work / "build"
-    appdata = work / "appdata"
-    appdata.mkdir(parents=True, exist_ok=True)
-    subprocess.run(["cmake", "-S", str(SOURCE), "-B", str(build), "-DCMAKE_BUILD_TYPE=Release",
-                    "-DZOR_SANITIZE=OFF", "-DZOR_BUILD_TESTS=OFF",
-                    "-DZOR_COMMON_APPDATA=" + str(appdata)],
-                   check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", str(build), "-j2", "--target", "ZORGetInstallLog"],
-                   check=True, stdout=subprocess.DEVNULL)
-    programs = list(build.rglob("ZORGetInstallLog"))
-    if not programs:
-        sys.exit("the build made no ZORGetInstallLog program")
-    return programs[0], appdata / "TAQ" / "ZORHistory"
+    program, appdata = build_program(work, "ZORGetInstallLog")
+    return program, appdata / "TAQ" / "ZORHistory"
 
 
 def event_section(history, index):

@@ -22,23 +22,13 @@ import subprocess
 import sys
 import time
 
-SOURCE = pathlib.Path(__file__).resolve().parent.parent
+from private_build import SOURCE, build_program
+
 
 
 def configure_and_build(work):
-    build = work / "build"
-    appdata = work / "appdata"
-    appdata.mkdir(parents=True, exist_ok=True)
-    subprocess.run(["cmake", "-S", str(SOURCE), "-B", str(build), "-DCMAKE_BUILD_TYPE=Release",
-                    "-DZOR_SANITIZE=OFF", "-DZOR_BUILD_TESTS=OFF",
-                    "-DZOR_COMMON_APPDATA=" + str(appdata)],
-                   check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", str(build), "-j2", "--target", "ZORRecordEvent"],
-                   check=True, stdout=subprocess.DEVNULL)
-    programs = [p for p in build.rglob("ZORRecordEvent") if p.is_file()]
-    if not programs:
-        sys.exit("the build made no ZORRecordEvent program")
-    return programs[0], appdata / "TAQ"
+    program, appdata = build_program(work, "ZORRecordEvent")
+    return program, appdata / "TAQ"
 
 
 def timed(command):

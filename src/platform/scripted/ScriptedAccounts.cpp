@@ -1,8 +1,7 @@
 // The logged-on user and the groups, answered from the scripted machine.
-#include <algorithm>
-#include <cstring>
 
 #include "platform/Accounts.h"
+#include "platform/common/NameAnswer.h"
 #include "platform/scripted/ScriptedMachine.h"
 
 namespace platform {
@@ -52,17 +51,7 @@ bool QueryUserNameEx(std::uint32_t format, char* buffer, std::size_t bufferSize,
     const std::string& name = accounts.samCompatibleName;
     if (format != kNameSamCompatible || accounts.refusesUserName)
         return false;
-    if (name.size() + 1 > length) {
-        length = static_cast<std::uint32_t>(name.size() + 1);
-        return false;
-    }
-    length = static_cast<std::uint32_t>(name.size());
-    if (bufferSize == 0)
-        return true;
-    const std::size_t copied = std::min(name.size(), bufferSize - 1);
-    std::memcpy(buffer, name.c_str(), copied);
-    buffer[copied] = '\0';
-    return true;
+    return AnswerUserName(name, buffer, bufferSize, length);
 }
 
 std::uint32_t GetWorkstationUser(bool& answered, WorkstationUser& user)

@@ -6,13 +6,12 @@
 // groups: their calls answer ERROR_NOT_SUPPORTED (50), as the network calls do
 // where a feature isn't there.
 #include "platform/Accounts.h"
+#include "platform/common/NameAnswer.h"
 
 #include <grp.h>
 #include <pwd.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cstring>
 
 #include "platform/ComputerName.h"
 #include "platform/TextConversion.h"
@@ -62,17 +61,7 @@ bool QueryUserNameEx(std::uint32_t format, char* buffer, std::size_t bufferSize,
     if (format != kNameSamCompatible || user.empty())
         return false;
     const std::string name = ComputerName() + "\\" + user;
-    if (name.size() + 1 > length) {
-        length = static_cast<std::uint32_t>(name.size() + 1);
-        return false;
-    }
-    length = static_cast<std::uint32_t>(name.size());
-    if (bufferSize == 0)
-        return true;
-    const std::size_t copied = std::min(name.size(), bufferSize - 1);
-    std::memcpy(buffer, name.c_str(), copied);
-    buffer[copied] = '\0';
-    return true;
+    return AnswerUserName(name, buffer, bufferSize, length);
 }
 
 std::uint32_t GetWorkstationUser(bool& answered, WorkstationUser& user)

@@ -42,26 +42,34 @@ std::int32_t QueryRegistryValue(RegistryKey key, const std::string& valueName,
     return status;
 }
 
-std::int32_t EnumRegistryValueName(RegistryKey key, std::uint32_t index, std::uint32_t nameSize,
-                                   std::string& name)
+namespace {
+
+// RegEnumValueA and RegEnumKeyExA take the same leading arguments for a name
+// alone; the rest, not asked for, are null.
+template <typename EnumCall>
+std::int32_t EnumName(EnumCall call, RegistryKey key, std::uint32_t index, std::uint32_t nameSize,
+                      std::string& name)
 {
     std::vector<char> buffer(nameSize + 1, '\0');
     DWORD length = nameSize;
-    const LONG status = RegEnumValueA(KeyOf(key), index, buffer.data(), &length, nullptr, nullptr,
-                                      nullptr, nullptr);
+    const LONG status =
+        call(KeyOf(key), index, buffer.data(), &length, nullptr, nullptr, nullptr, nullptr);
     name = status == ERROR_SUCCESS ? std::string(buffer.data(), length) : std::string();
     return status;
+}
+
+}  // namespace
+
+std::int32_t EnumRegistryValueName(RegistryKey key, std::uint32_t index, std::uint32_t nameSize,
+                                   std::string& name)
+{
+    return EnumName(RegEnumValueA, key, index, nameSize, name);
 }
 
 std::int32_t EnumRegistrySubKeyName(RegistryKey key, std::uint32_t index, std::uint32_t nameSize,
                                     std::string& name)
 {
-    std::vector<char> buffer(nameSize + 1, '\0');
-    DWORD length = nameSize;
-    const LONG status = RegEnumKeyExA(KeyOf(key), index, buffer.data(), &length, nullptr, nullptr,
-                                      nullptr, nullptr);
-    name = status == ERROR_SUCCESS ? std::string(buffer.data(), length) : std::string();
-    return status;
+    return EnumName(RegEnumKeyExA, key, index, nameSize, name);
 }
 
 void CloseRegistryKey(RegistryKey key)
