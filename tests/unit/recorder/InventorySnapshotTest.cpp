@@ -86,35 +86,51 @@ protected:
     }
 };
 
-TEST_F(InventorySnapshot, BothLayoutsRightAlignedWhenNoEarlierRowWasPrinted)
+// One registry fixture, shared with the tests under Wine, and the hand-written
+// reports it must give.
+class InventoryFixture : public InventorySnapshot,
+                         public ::testing::WithParamInterface<const char*> {
+protected:
+    std::string Fixture() const { return GetParam(); }
+    Strings Golden(const std::string& report, const char* alignment) const
+    {
+        return GoldenLines(Fixture() + "." + report + "." + alignment + ".txt");
+    }
+};
+
+TEST_P(InventoryFixture, RightAlignedWhenNoEarlierRowWasPrinted)
 {
-    LoadFixture("both_layouts.reg");
+    LoadFixture(Fixture() + ".reg");
     const Strings log = StartLog();
-    ExpectLinesMatch(ProductSection(log), GoldenLines("both_layouts.products.right.txt"));
-    ExpectLinesMatch(DriverSection(log), GoldenLines("both_layouts.odbc.right.txt"));
+    ExpectLinesMatch(ProductSection(log), Golden("products", "right"));
+    ExpectLinesMatch(DriverSection(log), Golden("odbc", "right"));
 }
 
-TEST_F(InventorySnapshot, BothLayoutsLeftAlignedAfterARowOfTheSoftwareReport)
+TEST_P(InventoryFixture, LeftAlignedAfterARowOfTheSoftwareReport)
 {
-    LoadFixture("both_layouts.reg");
+    LoadFixture(Fixture() + ".reg");
     AddSelectedInstallerProduct();
     const Strings log = StartLog();
-    ExpectLinesMatch(ProductSection(log), GoldenLines("both_layouts.products.left.txt"));
-    ExpectLinesMatch(DriverSection(log), GoldenLines("both_layouts.odbc.left.txt"));
+    ExpectLinesMatch(ProductSection(log), Golden("products", "left"));
+    ExpectLinesMatch(DriverSection(log), Golden("odbc", "left"));
 }
 
-TEST_F(InventorySnapshot, EndSnapshotReportsTheSameInventory)
+TEST_P(InventoryFixture, EndSnapshotReportsTheSameInventory)
 {
-    LoadFixture("both_layouts.reg");
+    LoadFixture(Fixture() + ".reg");
     Record({"-start", "E1"});
     Record({"-end", "E1"});
     const Strings log = FileLines(EventLog("E1"));
     const std::size_t after = IndexOf(log, "*  Snapshoot for EventID: E1 -- After  Completed ");
     ASSERT_LT(after, log.size());
     const Strings second(log.begin() + after, log.end());
-    ExpectLinesMatch(ProductSection(second), GoldenLines("both_layouts.products.right.txt"));
-    ExpectLinesMatch(DriverSection(second), GoldenLines("both_layouts.odbc.right.txt"));
+    ExpectLinesMatch(ProductSection(second), Golden("products", "right"));
+    ExpectLinesMatch(DriverSection(second), Golden("odbc", "right"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Registries, InventoryFixture,
+                         ::testing::Values("nothing_installed", "pre_v9_only", "v9_only",
+                                           "both_layouts"));
 
 TEST_F(InventorySnapshot, SelectorStaysAtTheV9LayoutBehindTheSection)
 {
