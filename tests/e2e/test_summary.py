@@ -1,6 +1,9 @@
 """ZORGetInstallLog -f over stores laid down by hand: the overall and per-copy
 Summary.txt reports, the staging of each event's files, what goes into the
 archive, and the stop when History is the last section of History.ini."""
+import resource
+import signal
+import subprocess
 import zipfile
 
 from e2e_support import main, check_archive, expect_equal
@@ -242,6 +245,53 @@ def test_history_as_the_last_section_stops_the_run(env):
     check_stop_on_history_last(env, [("EVT_1", {"Event_ID": "EVT_1"}), ("History", {"Count": "1"})])
     assert not (env.store / "EVT_1" / "Summary.txt").exists(), "a copy report was written"
 
+
+
+def test_section_names_past_10240_bytes_are_cut_in_the_report(env):
+    # "History" and 300 names of 36 characters: 8 + 276 * 37 = 10220 bytes with
+    # their zeros fit the list's 10240; the 277th name keeps the 18 characters
+    # that still fit before its two closing zeros, and names no section.
+    names = [f"EVT_{1000 + i}_" + "ABCDEFGHIJKLMNOPQRSTUVWXYZA" for i in range(300)]
+    events = [{"Event_ID": name, "Copy_Name": "C"} for name in names]
+    write_history_ini(env, [("History", {"Count": "300"})] + list(zip(names, events)))
+    code, out, _ = collect(env)
+    expect_equal((code, out), (0, env.lines("The file 'history.zip' is created successfully")),
+                 "result and console")
+    expect_equal(read_text(env.store / "Summary.txt"),
+                 overall_report(env, [("C", events[:276]), (names[276][:18], [{}])]), "overall report")
+
+
+def limit_file_size(limit):
+    """For a child process: no file may grow past `limit` bytes, and a write
+    past it fails (EFBIG) instead of stopping the process."""
+    def set_limit():
+        resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+    return set_limit
+
+
+def test_archive_whose_close_fails_is_still_reported_created(env):
+    # The archive is small enough to stay in the write buffer until the close,
+    # so only the close finds that the file may not grow to its full size.
+    def lay_down():
+        env.reset()
+        write_history_ini(env, [("History", {"Count": "1"}), ("EVT_1", {"Event_ID": "EVT_1"})])
+        make_event_folder(env, "EVT_1")
+    lay_down()
+    code, _, archive = collect(env)
+    expect_equal(code, 0, "exit code of the run without a limit")
+    size = archive.stat().st_size
+    assert size < 4096, f"the archive of {size} bytes doesn't stay in the write buffer"
+    lay_down()
+    exe = str(env.bin_dir / ("ZORGetInstallLog" + env.suffix))
+    result = subprocess.run(env.runner + [exe, "-f", "history.zip"], cwd=env.work,
+                            stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                            preexec_fn=limit_file_size(size - 1), timeout=300)
+    expect_equal((result.returncode, result.stdout.decode("latin-1")),
+                 (0, env.lines("The file 'history.zip' is created successfully")),
+                 "result and console when the close fails")
+    expect_equal(archive.stat().st_size, size - 1, "size of the archive cut at the limit")
+    assert not zipfile.is_zipfile(archive), "the cut archive still reads as a zip"
 
 if __name__ == "__main__":
     main(globals())

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "RecorderCalls.h"
+#include "history/CHistoryStore.h"
 #include "recorder/CInstallEvent.h"
 #include "support/TestFiles.h"
 
@@ -159,3 +160,61 @@ TEST_F(EventLifecycle, LogMessageDoesNotTouchHistoryIni)
 }
 
 }  // namespace
+
+// An event that a collection run finds unfinished is staged into the folder of
+// the copy "(Unknown)", which doesn't exist: the copies fail and the keys name
+// that folder. An -end given only some of the file options sets those anew;
+// the keys of the others keep their paths into "(Unknown)".
+TEST_F(EventLifecycle, EndAfterCollectingAnUnfinishedEventSetsOnlyTheFileKeysItGives)
+{
+    const std::string outside = machine.Root() + "\\outside";
+    MakeFolders(outside);
+    for (const char* name : {"setup.log", "trace.txt", "answers.iss"})
+        WriteWholeFile(outside + "\\" + name, name);
+    Record({"-start", "EVT", "-l", outside + "\\setup.log", "-t", outside + "\\trace.txt", "-u",
+            outside + "\\answers.iss"});
+    {
+        CapturedOutput console;
+        ASSERT_TRUE(CHistoryStore().CollectHistory(machine.Root() + "\\x.zip"));
+    }
+    const std::string unknown = machine.HistoryFolder() + "\\(Unknown)\\EVT\\";
+    ASSERT_EQ(CInstallEvent("EVT").GetTraceFile(), unknown + "trace.txt");
+
+    Record({"-end", "EVT", "-CopyName", "C1", "-l", outside + "\\setup2.log"});
+
+    CInstallEvent stored("EVT");
+    EXPECT_EQ(stored.GetLogFileName(), outside + "\\setup2.log");
+    EXPECT_EQ(stored.GetTraceFile(), unknown + "trace.txt");
+    EXPECT_EQ(stored.GetResponseFile(), unknown + "answers.iss");
+    EXPECT_FALSE(PathExists(machine.HistoryFolder() + "\\(Unknown)"));
+    EXPECT_EQ(ReadWholeFile(outside + "\\trace.txt"), "trace.txt");
+}
+
+// The store's own section is no event, and yet an EventID of that name is
+// recorded like any other: its keys stand beside Count, and it has its folder.
+TEST_F(EventLifecycle, StartOfEventHistoryWritesItsKeysBesideCount)
+{
+    Record({"-start", "History", "-Action", "Install"});
+    EXPECT_EQ(SectionNames(), (Strings{"History"}));
+    const Strings keys = SectionKeys(HistoryIni(), "History");
+    ASSERT_EQ(keys.size(), 18u);
+    EXPECT_EQ(keys[0], "Count");
+    EXPECT_EQ(keys[1], "Event_ID");
+    EXPECT_EQ(StoredCount(), 1);
+    EXPECT_EQ(CInstallEvent("History").GetAction(), "Install");
+    EXPECT_TRUE(PathExists(EventLog("History")));
+}
+
+// Characters that the file format reserves go to the profile calls as they
+// stand: what the store then holds is what those calls make of them.
+TEST_F(EventLifecycle, EventIDsWithReservedCharactersArePassedOnUnescaped)
+{
+    for (const char* id : {"E]1", "=E2"}) {
+        Record({"-start", id, "-Action", "Install"});
+        Record({"-end", id, "-Result", "0"});
+        EXPECT_EQ(CInstallEvent(id).GetAction(), "Install") << id;
+        EXPECT_TRUE(PathExists(EventLog(id))) << id;
+    }
+    EXPECT_EQ(SectionNames(), (Strings{"History", "E]1", "=E2"}));
+    EXPECT_EQ(StoredCount(), 2);
+}
