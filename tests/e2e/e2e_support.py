@@ -7,9 +7,12 @@ import argparse
 import os
 import pathlib
 import shlex
+import resource
 import shutil
+import signal
 import subprocess
 import sys
+import time
 import traceback
 import zipfile
 
@@ -57,11 +60,15 @@ class Env:
         code, out, _ = self.run_full(program, *args, cwd=cwd)
         return code, out
 
-    def run_full(self, program, *args, cwd=None):
-        """Runs bin_dir/program with args; returns (exit code, stdout text, stderr text)."""
+    def run_full(self, program, *args, cwd=None, file_size_limit=None):
+        """Runs bin_dir/program with args; returns (exit code, stdout text, stderr text).
+        With file_size_limit no file may grow past that many bytes: a write past it
+        fails as on a full disk (EFBIG), instead of stopping the process."""
         exe = str(self.bin_dir / (program + self.suffix))
         result = subprocess.run(self.runner + [exe, *args], cwd=cwd or self.work,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=300)
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=600,
+                                preexec_fn=None if file_size_limit is None
+                                else lambda: limit_file_size(file_size_limit))
         return result.returncode, result.stdout.decode("latin-1"), result.stderr.decode("latin-1")
 
     @property
@@ -78,6 +85,11 @@ class Env:
     def lines(self, *lines):
         """The console or file text of these lines, each with its line end."""
         return "".join(line + self.eol for line in lines)
+
+
+def limit_file_size(limit):
+    resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
+    signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
 
 
 def check_archive(path):
@@ -105,13 +117,14 @@ def main(namespace):
     passed = failed = 0
     for name, test in tests:
         env.reset()
+        began = time.monotonic()
         try:
             test(env)
             passed += 1
-            print(f"PASS {name}")
+            print(f"PASS {name} ({time.monotonic() - began:.1f} s)")
         except Exception:
             failed += 1
-            print(f"FAIL {name}")
+            print(f"FAIL {name} ({time.monotonic() - began:.1f} s)")
             traceback.print_exc(file=sys.stdout)
     print(f"{passed} passed, {failed} failed")
     sys.exit(1 if failed or not passed else 0)

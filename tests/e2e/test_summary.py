@@ -1,9 +1,6 @@
 """ZORGetInstallLog -f over stores laid down by hand: the overall and per-copy
 Summary.txt reports, the staging of each event's files, what goes into the
 archive, and the stop when History is the last section of History.ini."""
-import resource
-import signal
-import subprocess
 import zipfile
 
 from e2e_support import main, check_archive, expect_equal
@@ -261,15 +258,6 @@ def test_section_names_past_10240_bytes_are_cut_in_the_report(env):
                  overall_report(env, [("C", events[:276]), (names[276][:18], [{}])]), "overall report")
 
 
-def limit_file_size(limit):
-    """For a child process: no file may grow past `limit` bytes, and a write
-    past it fails (EFBIG) instead of stopping the process."""
-    def set_limit():
-        resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit))
-        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-    return set_limit
-
-
 def test_archive_whose_close_fails_is_still_reported_created(env):
     # The archive is small enough to stay in the write buffer until the close,
     # so only the close finds that the file may not grow to its full size.
@@ -283,15 +271,12 @@ def test_archive_whose_close_fails_is_still_reported_created(env):
     size = archive.stat().st_size
     assert size < 4096, f"the archive of {size} bytes doesn't stay in the write buffer"
     lay_down()
-    exe = str(env.bin_dir / ("ZORGetInstallLog" + env.suffix))
-    result = subprocess.run(env.runner + [exe, "-f", "history.zip"], cwd=env.work,
-                            stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                            preexec_fn=limit_file_size(size - 1), timeout=300)
-    expect_equal((result.returncode, result.stdout.decode("latin-1")),
-                 (0, env.lines("The file 'history.zip' is created successfully")),
+    code, out, _ = env.run_full("ZORGetInstallLog", "-f", "history.zip", file_size_limit=size - 1)
+    expect_equal((code, out), (0, env.lines("The file 'history.zip' is created successfully")),
                  "result and console when the close fails")
     expect_equal(archive.stat().st_size, size - 1, "size of the archive cut at the limit")
     assert not zipfile.is_zipfile(archive), "the cut archive still reads as a zip"
+
 
 if __name__ == "__main__":
     main(globals())
