@@ -60,12 +60,14 @@ class Env:
         code, out, _ = self.run_full(program, *args, cwd=cwd)
         return code, out
 
-    def run_full(self, program, *args, cwd=None, file_size_limit=None):
+    def run_full(self, program, *args, cwd=None, file_size_limit=None, environment=None):
         """Runs bin_dir/program with args; returns (exit code, stdout text, stderr text).
         With file_size_limit no file may grow past that many bytes: a write past it
-        fails as on a full disk (EFBIG), instead of stopping the process."""
+        fails as on a full disk (EFBIG), instead of stopping the process.
+        `environment` adds variables to the program's environment."""
         exe = str(self.bin_dir / (program + self.suffix))
         result = subprocess.run(self.runner + [exe, *args], cwd=cwd or self.work,
+                                env=dict(os.environ, **(environment or {})),
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=600,
                                 preexec_fn=None if file_size_limit is None
                                 else lambda: limit_file_size(file_size_limit))
