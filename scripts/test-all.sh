@@ -25,3 +25,9 @@ for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORRecorder.dll; do
     scripts/check-windows-binary.sh "build/win32/$program" PE32 Intel
     scripts/check-windows-binary.sh "build/win64/$program" PE32+ x86-64
 done
+# The x86 build has no tests of its own: its resources are read back here.
+version="$(sed -n 's/^project(ZORGetInstallLog VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)"
+for program in ZORGetInstallLog.exe ZORRecordEvent.exe; do
+    python3 scripts/check-windows-resources.py "build/win32/$program" "$version" --manifest
+done
+python3 scripts/check-windows-resources.py build/win32/ZORRecorder.dll "$version" --no-manifest
