@@ -8,8 +8,9 @@ if(WIN32)
 endif()
 install(FILES README.md DESTINATION ${_zor_doc_dir})
 install(DIRECTORY docs/ DESTINATION ${_zor_doc_dir})
-# The tested WiX sources that docs/recording.md shows.
+# The tested installer sources that docs/recording.md shows.
 install(FILES tests/installer/RecordWithProgram.wxs tests/installer/RecordWithDll.wxs
+  tests/installer/RecordEvent.nsi
   DESTINATION ${_zor_doc_dir}/examples)
 
 if(WIN32)

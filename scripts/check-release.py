@@ -17,7 +17,7 @@ import tempfile
 import zipfile
 
 DOCS = ["README.md", "event-log.md", "faults.md", "recording.md",
-        "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs"]
+        "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi"]
 WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORRecorder.dll",
                  "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"]
 LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "lib/libZORHistoryRecorder.a",

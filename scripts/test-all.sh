@@ -37,3 +37,6 @@ for program in ZORGetInstallLog.exe ZORRecordEvent.exe; do
     python3 scripts/check-windows-resources.py "build/win32/$program" "$version" --manifest
 done
 python3 scripts/check-windows-resources.py build/win32/ZORRecorder.dll "$version" --no-manifest
+# The NSIS example as the usual 32-bit installer, with the x86 DLL (the tests
+# build and run its 64-bit form).
+(cd build/win32 && makensis -NOCD -V2 -DRECORDER_DLL=ZORRecorder.dll ../../tests/installer/RecordEvent.nsi)

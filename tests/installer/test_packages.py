@@ -7,7 +7,10 @@ private prefix, checked in the store and the archive, and removed again.
 - RecordWithDll.wxs calls ZORRecordEventAction from ZORRecorder.dll in its
   Binary table, through CustomActionData, and installs nothing of ours.
 - RecordWithBrokenData.wxs calls it also with no, a modeless and a broken
-  CustomActionData before its event; the install still succeeds."""
+  CustomActionData before its event; the install still succeeds.
+
+And the NSIS example, RecordEvent.nsi, built as a 64-bit installer with
+makensis, calls ZORRecordEvent from ZORRecorder.dll in its plug-in folder."""
 import pathlib
 import shutil
 import subprocess
@@ -116,6 +119,28 @@ def test_broken_custom_action_data_records_nothing_and_the_install_succeeds(env)
     expect_equal(installed_files(env), ["readme.txt"], "installed files")
     expect_event(env, "ZOR Server (recorded through broken data)", log)
     uninstall(env, package)
+
+
+def test_nsis_installer_records_its_install(env):
+    result = subprocess.run(["makensis", "-NOCD", "-V2", "-DAMD64",
+                             "-DRECORDER_DLL=" + str(env.bin_dir / "ZORRecorder.dll"),
+                             str(SOURCES / "RecordEvent.nsi")],
+                            cwd=env.work, capture_output=True, text=True)
+    expect_equal(result.returncode, 0, f"makensis: {result.stdout}{result.stderr}")
+    setup = subprocess.run(env.runner + [env.program_path(env.work / "ZORServerSetup.exe"), "/S"],
+                           capture_output=True, timeout=600)
+    expect_equal(setup.returncode, 0, "exit code of the installer")
+    expect_equal(section_lines(env, "History"), ["Count=1"], "section History")
+    expect_lines_match(section_lines(env, EVENT), [
+        f"Event_ID={EVENT}", "Command_Line=", "Start_Time=<time>", "End_Time=<time>",
+        "Action=", "Type=", "Product=ZOR Server 9", "Version=", "Service_Level=", "Path=",
+        "Copy_Name=", "Complete_Flag=TRUE", "Log_File_Name=", "Trace_File=", "Response_File=",
+        f"Event_Log_File={env.store_as_program_sees_it}\\{EVENT}\\ZORInstallEvent.Log",
+        "Result=Success",
+    ], "section of the event")
+    # The example installs no files of its own; its folder goes again.
+    expect_equal(installed_files(env), [], "installed files")
+    shutil.rmtree(env.appdata.parent / "Program Files" / "ZOR Server", ignore_errors=True)
 
 
 if __name__ == "__main__":
