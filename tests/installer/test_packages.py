@@ -26,12 +26,11 @@ COPY = "ZORCopy1"
 INSTALL_DIR = "C:\\Program Files\\ZOR Server\\"
 
 
-def build_package(env, source, binaries):
+def build_package(env, source, binary):
     """wixl, run in a folder that holds the files the source names."""
     stage = env.work / "stage"
     stage.mkdir()
-    for name in binaries:
-        shutil.copy(env.bin_dir / name, stage / name)
+    shutil.copy(env.bin_dir / binary, stage / binary)
     (stage / "readme.txt").write_text("ZOR Server\n")
     package = env.work / "product.msi"
     result = subprocess.run(["wixl", "-a", "x64", "-o", str(package), str(SOURCES / source)],
@@ -94,31 +93,33 @@ def expect_staged_log(env, log):
     expect_equal(staged, log.read_bytes(), "the msiexec log in the archive")
 
 
-def test_package_running_the_program_records_its_install(env):
-    package = build_package(env, "RecordWithProgram.wxs", ["ZORRecordEvent.exe"])
+def record_through_package(env, source, binary, installed, product):
+    """Builds the package with one of our binaries, installs it, checks what
+    it installed and recorded, and removes it; returns the msiexec log."""
+    package = build_package(env, source, binary)
     log = install(env, package)
-    expect_equal(installed_files(env), ["ZORRecordEvent.exe"], "installed files")
-    expect_event(env, "ZOR Server (recorded by ZORRecordEvent.exe)", log)
+    text = log.read_text(errors="replace")
+    expect_equal(installed_files(env), installed, "installed files")
+    expect_event(env, product, log)
     uninstall(env, package)
+    return text
+
+
+def test_package_running_the_program_records_its_install(env):
+    record_through_package(env, "RecordWithProgram.wxs", "ZORRecordEvent.exe",
+                           ["ZORRecordEvent.exe"], "ZOR Server (recorded by ZORRecordEvent.exe)")
 
 
 def test_package_calling_the_dll_records_its_install_without_installing_it(env):
-    package = build_package(env, "RecordWithDll.wxs", ["ZORRecorder.dll"])
-    log = install(env, package)
-    expect_equal(installed_files(env), ["readme.txt"], "installed files")
-    expect_event(env, "ZOR Server (recorded by ZORRecorder.dll)", log)
-    uninstall(env, package)
+    record_through_package(env, "RecordWithDll.wxs", "ZORRecorder.dll",
+                           ["readme.txt"], "ZOR Server (recorded by ZORRecorder.dll)")
 
 
 def test_broken_custom_action_data_records_nothing_and_the_install_succeeds(env):
-    package = build_package(env, "RecordWithBrokenData.wxs", ["ZORRecorder.dll"])
-    log = install(env, package)
-    text = log.read_text(errors="replace")
+    text = record_through_package(env, "RecordWithBrokenData.wxs", "ZORRecorder.dll",
+                                  ["readme.txt"], "ZOR Server (recorded through broken data)")
     for action in ("RecordNoData", "RecordNoMode", "RecordOpenQuote"):
         assert f": {action}. Return value 1." in text, f"{action} didn't end in success"
-    expect_equal(installed_files(env), ["readme.txt"], "installed files")
-    expect_event(env, "ZOR Server (recorded through broken data)", log)
-    uninstall(env, package)
 
 
 def test_nsis_installer_records_its_install(env):
