@@ -21,7 +21,22 @@ ctest --preset win64
 
 cmake --preset win32
 cmake --build --preset win32
+
+# The release zips of both Windows builds.
+version="$(sed -n 's/^project(ZORGetInstallLog VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)"
+for arch in win32 win64; do
+    cmake --build --preset "$arch" --target package
+    python3 scripts/check-release.py zip "build/$arch/ZORGetInstallLog-$version-$arch.zip" "$arch"
+done
 for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORRecorder.dll; do
     scripts/check-windows-binary.sh "build/win32/$program" PE32 Intel
     scripts/check-windows-binary.sh "build/win64/$program" PE32+ x86-64
 done
+# The x86 build has no tests of its own: its resources are read back here.
+for program in ZORGetInstallLog.exe ZORRecordEvent.exe; do
+    python3 scripts/check-windows-resources.py "build/win32/$program" "$version" --manifest
+done
+python3 scripts/check-windows-resources.py build/win32/ZORRecorder.dll "$version" --no-manifest
+# The NSIS example as the usual 32-bit installer, with the x86 DLL (the tests
+# build and run its 64-bit form).
+(cd build/win32 && makensis -NOCD -V2 -DRECORDER_DLL=ZORRecorder.dll ../../tests/installer/RecordEvent.nsi)

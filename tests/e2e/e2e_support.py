@@ -6,6 +6,7 @@ file order with a fresh store, and the script prints "N passed, N failed"."""
 import argparse
 import os
 import pathlib
+import re
 import shlex
 import resource
 import shutil
@@ -103,6 +104,35 @@ def check_archive(path):
     if infos:
         assert unzip.returncode == 0, f"unzip -t failed on {path}: {unzip.stdout}{unzip.stderr}"
     return infos
+
+
+TIME = r"\d{8} \d\d:\d\d:\d\d"
+
+
+def file_lines(env, path):
+    """The lines of a text-mode file, split at the platform's line end."""
+    text = path.read_bytes().decode("latin-1")
+    assert text.endswith(env.eol), f"{path} doesn't end with a line end"
+    return text[: -len(env.eol)].split(env.eol)
+
+
+def section_lines(env, section):
+    """The Key=Value lines of one section of History.ini, in file order."""
+    lines, inside = [], False
+    for line in (env.store / "History.ini").read_bytes().decode("latin-1").splitlines():
+        if line.startswith("["):
+            inside = line == f"[{section}]"
+        elif inside and line:
+            lines.append(line)
+    return lines
+
+
+def expect_lines_match(actual, expected, what):
+    """Expected lines may hold <time> where a time stamp stands."""
+    expect_equal(len(actual), len(expected), f"{what}: number of lines\n{actual!r}")
+    for number, (line, wanted) in enumerate(zip(actual, expected)):
+        pattern = TIME.join(re.escape(part) for part in wanted.split("<time>"))
+        assert re.fullmatch(pattern, line), f"{what}, line {number}:\n  expected: {wanted!r}\n  actual:   {line!r}"
 
 
 def expect_equal(actual, expected, what=""):

@@ -1,39 +1,10 @@
 """A whole installation event through ZORRecordEvent, as an installer runs it:
 -start with every option, two messages, -end naming the copy; then what the
 store holds, and the archive that ZORGetInstallLog -f makes of it."""
-import re
-
-from e2e_support import check_archive, expect_equal, main
+from e2e_support import check_archive, expect_equal, expect_lines_match, file_lines, main, section_lines
 
 EVENT = "Install-42"
 COPY = "ZORCopy1"
-TIME = r"\d{8} \d\d:\d\d:\d\d"
-
-
-def file_lines(env, path):
-    """The lines of a text-mode file, split at the platform's line end."""
-    text = path.read_bytes().decode("latin-1")
-    assert text.endswith(env.eol), f"{path} doesn't end with a line end"
-    return text[: -len(env.eol)].split(env.eol)
-
-
-def section_lines(env, section):
-    """The Key=Value lines of one section of History.ini, in file order."""
-    lines, inside = [], False
-    for line in (env.store / "History.ini").read_bytes().decode("latin-1").splitlines():
-        if line.startswith("["):
-            inside = line == f"[{section}]"
-        elif inside and line:
-            lines.append(line)
-    return lines
-
-
-def expect_lines_match(actual, expected, what):
-    """Expected lines may hold <time> where a time stamp stands."""
-    expect_equal(len(actual), len(expected), f"{what}: number of lines\n{actual!r}")
-    for number, (line, wanted) in enumerate(zip(actual, expected)):
-        pattern = TIME.join(re.escape(part) for part in wanted.split("<time>"))
-        assert re.fullmatch(pattern, line), f"{what}, line {number}:\n  expected: {wanted!r}\n  actual:   {line!r}"
 
 
 def stored_form(env, host_path):

@@ -1,6 +1,8 @@
-// Calls the export of ZORRecorder.dll as an installer does: a -start, a
-// message and an -end of one event, and two calls whose options don't suffice.
-// Then reads the store that the calls left. Argument: the history folder.
+// Calls the exports of ZORRecorder.dll as an installer does: a -start, a
+// message and an -end of one event, two calls whose options don't suffice, and
+// a custom action outside any install session, which has no data and must
+// still succeed. Then reads the store that the calls left. Argument: the
+// history folder.
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -95,6 +97,7 @@ int main(int argc, char** argv)
     Expect(Call({"-end", kEventID, "-Result", "Success"}) == 0, "-end returns 0");
     Expect(Call({"-Product", "no mode option"}) == 2, "a list without a mode returns 2");
     Expect(Call({"-start", ""}) == 2, "an empty EventID returns 2");
+    Expect(ZORRecordEventAction(0) == 0, "the custom action without a session succeeds");
 
     Expect(StoredCount(iniPath) == countBefore + 1, "Count grew by one");
     const std::vector<std::string> section = SectionLines(iniPath, kEventID);

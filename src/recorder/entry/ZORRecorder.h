@@ -1,7 +1,15 @@
-/* The export of ZORRecorder.dll, for C and C++ callers on Windows.
-   argv holds argc elements followed by a null pointer, as a program's argument
-   list does; element 0 is skipped. Result: 0 the call was carried out, 1 the
-   history store could not be set up, 2 the options don't suffice. */
+/* The exports of ZORRecorder.dll, for C and C++ callers on Windows.
+
+   ZORRecordEvent: argv holds argc elements followed by a null pointer, as a
+   program's argument list does; element 0 is skipped. Result: 0 the call was
+   carried out, 1 the history store could not be set up, 2 the options don't
+   suffice.
+
+   ZORRecordEventAction: a Windows Installer custom action (UINT __stdcall
+   F(MSIHANDLE)). It reads the property CustomActionData, splits it into
+   arguments as the command line of ZORRecordEvent.exe would be split, records
+   them and always returns ERROR_SUCCESS (0), so that the history never fails
+   an install. */
 #ifndef ZOR_RECORDER_H
 #define ZOR_RECORDER_H
 
@@ -10,6 +18,7 @@ extern "C" {
 #endif
 
 int __stdcall ZORRecordEvent(int argc, char** argv);
+unsigned int __stdcall ZORRecordEventAction(unsigned long session);
 
 #ifdef __cplusplus
 }

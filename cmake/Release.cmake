@@ -1,0 +1,30 @@
+# The release: the documentation beside what the source folders install, and
+# on Windows one zip of it all, written by `--target package`:
+# ZORGetInstallLog-<version>-win32.zip or -win64.zip.
+include(GNUInstallDirs)
+set(_zor_doc_dir ${CMAKE_INSTALL_DOCDIR})
+if(WIN32)
+  set(_zor_doc_dir doc)
+endif()
+install(FILES README.md DESTINATION ${_zor_doc_dir})
+install(DIRECTORY docs/ DESTINATION ${_zor_doc_dir})
+# The tested installer sources that docs/recording.md shows.
+install(FILES tests/installer/RecordWithProgram.wxs tests/installer/RecordWithDll.wxs
+  tests/installer/RecordEvent.nsi
+  DESTINATION ${_zor_doc_dir}/examples)
+
+if(WIN32)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(CPACK_SYSTEM_NAME win32)
+  else()
+    set(CPACK_SYSTEM_NAME win64)
+  endif()
+  set(CPACK_GENERATOR ZIP)
+  set(CPACK_PACKAGE_NAME ZORGetInstallLog)
+  set(CPACK_PACKAGE_VENDOR TAQ)
+  set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+  set(CPACK_PACKAGE_FILE_NAME ZORGetInstallLog-${PROJECT_VERSION}-${CPACK_SYSTEM_NAME})
+  set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
+  set(CPACK_STRIP_FILES ON)
+  include(CPack)
+endif()

@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+"""Checks what a release holds.
+
+check-release.py zip FILE.zip win32|win64
+    The Windows zip: exactly the programs, the DLL, its header, both import
+    libraries and the documentation, below one folder named like the zip; the
+    import libraries name the DLL's exports as callers of that architecture
+    link them.
+check-release.py install BUILD_DIR
+    `cmake --install` of a Linux build into a fresh folder: exactly the
+    programs, the static library, the header of the C++ entry and the
+    documentation, in the usual places."""
+import pathlib
+import subprocess
+import sys
+import tempfile
+import zipfile
+
+DOCS = ["README.md", "event-log.md", "faults.md", "recording.md",
+        "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi"]
+WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORRecorder.dll",
+                 "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"]
+LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "lib/libZORHistoryRecorder.a",
+               "include/zor/history/CHistoryStore.h"]
+# The symbols that a caller's __stdcall declarations ask for.
+IMPORTS = {
+    "win32": ("i686-w64-mingw32-nm", {"__imp__ZORRecordEvent@8", "__imp__ZORRecordEventAction@4"}),
+    "win64": ("x86_64-w64-mingw32-nm", {"__imp_ZORRecordEvent", "__imp_ZORRecordEventAction"}),
+}
+
+
+def expect_files(actual, expected, where):
+    if sorted(actual) != sorted(expected):
+        missing = sorted(set(expected) - set(actual))
+        extra = sorted(set(actual) - set(expected))
+        raise SystemExit(f"FAIL: {where}: missing {missing}, unexpected {extra}")
+
+
+def check_zip(path, arch):
+    path = pathlib.Path(path)
+    top = path.name[: -len(".zip")] + "/"
+    with zipfile.ZipFile(path) as z:
+        assert z.testzip() is None, f"bad entry in {path}"
+        names = [n for n in z.namelist() if not n.endswith("/")]
+        outside = [n for n in names if not n.startswith(top)]
+        assert not outside, f"entries outside {top}: {outside}"
+        expect_files([n[len(top):] for n in names], WINDOWS_FILES + ["doc/" + d for d in DOCS], path)
+        with tempfile.TemporaryDirectory() as folder:
+            for library in ("lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"):
+                check_import_library(z.extract(top + library, folder), arch)
+    print(f"{path}: release complete")
+
+
+def check_import_library(path, arch):
+    nm, wanted = IMPORTS[arch]
+    symbols = set(subprocess.run([nm, path], check=True, capture_output=True, text=True)
+                  .stdout.split())
+    assert wanted <= symbols, f"{path} lacks {sorted(wanted - symbols)}"
+
+
+def check_install(build_dir):
+    with tempfile.TemporaryDirectory() as prefix:
+        subprocess.run(["cmake", "--install", build_dir, "--prefix", prefix],
+                       check=True, capture_output=True)
+        root = pathlib.Path(prefix)
+        files = [p.relative_to(root).as_posix() for p in root.rglob("*") if p.is_file()]
+        expect_files(files, LINUX_FILES + ["share/doc/ZORGetInstallLog/" + d for d in DOCS],
+                     f"cmake --install of {build_dir}")
+    print(f"cmake --install of {build_dir}: release complete")
+
+
+if __name__ == "__main__":
+    if sys.argv[1] == "zip":
+        check_zip(sys.argv[2], sys.argv[3])
+    else:
+        check_install(sys.argv[2])
