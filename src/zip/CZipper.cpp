@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "history/AsciiText.h"
 #include "platform/Clock.h"
@@ -11,7 +12,11 @@
 
 namespace {
 
-constexpr std::uint32_t kCopyBlockSize = 2048;
+// Files are read, and data handed to minizip, this many bytes at a time: few
+// enough calls that the system's share of an archive run stays small, and a
+// fixed amount of memory whatever the size of the file. The compressed bytes
+// don't depend on it: deflate gives the same stream however its input is cut.
+constexpr std::uint32_t kCopyBlockSize = 64 * 1024;
 
 // Path characters compare without regard to ASCII case, and "\" and "/" are
 // the same separator, as the file system takes them.
@@ -385,12 +390,12 @@ bool CZipper::AddOpenFile(const char* name, std::uint32_t attributes, const char
 // as the entry; stops at the first failed write. Every block read is counted.
 int CZipper::CopyFileData(platform::ExclusiveReadFile& file)
 {
-    char block[kCopyBlockSize];
+    std::vector<char> block(kCopyBlockSize);
     int result = ZIP_OK;
     std::uint32_t bytesRead = 0;
-    while (file.Read(block, kCopyBlockSize, bytesRead) && bytesRead > 0) {
+    while (file.Read(block.data(), kCopyBlockSize, bytesRead) && bytesRead > 0) {
         counters.uncompressedBytes += bytesRead;
-        result = zipWriteInFileInZip(zipHandle, block, bytesRead);
+        result = zipWriteInFileInZip(zipHandle, block.data(), bytesRead);
         if (result != ZIP_OK)
             break;
     }
