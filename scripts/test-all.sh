@@ -1,7 +1,9 @@
 #!/bin/bash
 # Sets up a fresh Debian 12 machine, builds all three targets and runs every
 # test: Linux native (with ASan and UBSan), Windows x64 under wine64, and the
-# Windows x86 build, which is built and checked but cannot run here.
+# Windows x86 build, which is built and checked but cannot run here. Then the
+# fuzz targets are built with clang and each runs for a bounded time
+# (ZOR_FUZZ_SECONDS, 45 s each); scripts/fuzz.sh runs them for long.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -18,6 +20,10 @@ ctest --preset linux
 cmake --preset win64
 cmake --build --preset win64
 ctest --preset win64
+
+cmake --preset fuzz
+cmake --build --preset fuzz
+ctest --preset fuzz
 
 cmake --preset win32
 cmake --build --preset win32

@@ -84,7 +84,6 @@ private:
     std::string GetKey(const char* key);
     void SetKey(const char* key, const std::string& value);
 
-    void ParseOptions(int argc, char** argv);
     void InitializeSection();
     void MakeEventFolder();
 

@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "history/AsciiText.h"
 #include "platform/Clock.h"
@@ -11,7 +12,11 @@
 
 namespace {
 
-constexpr std::uint32_t kCopyBlockSize = 2048;
+// Files are read, and data handed to minizip, this many bytes at a time: few
+// enough calls that the system's share of an archive run stays small, and a
+// fixed amount of memory whatever the size of the file. The compressed bytes
+// don't depend on it: deflate gives the same stream however its input is cut.
+constexpr std::uint32_t kCopyBlockSize = 64 * 1024;
 
 // Path characters compare without regard to ASCII case, and "\" and "/" are
 // the same separator, as the file system takes them.
@@ -45,6 +50,30 @@ bool NamesADrive(const char* name)
     return name != nullptr && std::strchr(name, ':') != nullptr;
 }
 
+// Whether any component of the name, between "\" or "/" separators, is "..".
+bool HasParentComponent(const char* name)
+{
+    const char* component = name;
+    for (const char* at = name;; ++at) {
+        if (*at == '\0' || IsSeparator(*at)) {
+            if (at - component == 2 && component[0] == '.' && component[1] == '.')
+                return true;
+            if (*at == '\0')
+                return false;
+            component = at + 1;
+        }
+    }
+}
+
+// An entry name that an unpacking program would put outside the folder that
+// it unpacks into: one that begins with a separator or a drive ("C:"), or
+// climbs out with a ".." component anywhere. No such entry is ever written,
+// whatever the paths and the folder's own names are.
+bool LeavesUnpackFolder(const char* name)
+{
+    return IsSeparator(name[0]) || BeginsWithDrive(name) || HasParentComponent(name);
+}
+
 zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attributes)
 {
     zip_fileinfo info;
@@ -64,6 +93,8 @@ zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attr
 
 int OpenEntry(void* zipHandle, const char* name, const zip_fileinfo& info)
 {
+    if (LeavesUnpackFolder(name))
+        return ZIP_PARAMERROR;
     return zipOpenNewFileInZip(zipHandle, name, &info, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
                                Z_DEFAULT_COMPRESSION);
 }
@@ -359,12 +390,12 @@ bool CZipper::AddOpenFile(const char* name, std::uint32_t attributes, const char
 // as the entry; stops at the first failed write. Every block read is counted.
 int CZipper::CopyFileData(platform::ExclusiveReadFile& file)
 {
-    char block[kCopyBlockSize];
+    std::vector<char> block(kCopyBlockSize);
     int result = ZIP_OK;
     std::uint32_t bytesRead = 0;
-    while (file.Read(block, kCopyBlockSize, bytesRead) && bytesRead > 0) {
+    while (file.Read(block.data(), kCopyBlockSize, bytesRead) && bytesRead > 0) {
         counters.uncompressedBytes += bytesRead;
-        result = zipWriteInFileInZip(zipHandle, block, bytesRead);
+        result = zipWriteInFileInZip(zipHandle, block.data(), bytesRead);
         if (result != ZIP_OK)
             break;
     }

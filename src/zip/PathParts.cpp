@@ -11,6 +11,11 @@ bool IsAsciiLetter(char c)
 
 }  // namespace
 
+bool BeginsWithDrive(const char* path)
+{
+    return IsAsciiLetter(path[0]) && path[1] == ':';
+}
+
 bool IsSeparator(char c)
 {
     return c == '\\' || c == '/';
@@ -22,7 +27,7 @@ PathParts SplitPath(const char* path)
     if (path == nullptr)
         return parts;
     std::string rest(path);
-    if (rest.size() >= 2 && IsAsciiLetter(rest[0]) && rest[1] == ':') {
+    if (BeginsWithDrive(rest.c_str())) {
         parts.drive = rest.substr(0, 2);
         rest.erase(0, 2);
     }

@@ -16,6 +16,9 @@ struct PathParts {
 // "\" or "/": either separates the components of a path.
 bool IsSeparator(char c);
 
+// A letter and a colon at the front: "X:", as _splitpath takes a drive.
+bool BeginsWithDrive(const char* path);
+
 // _splitpath of `path`; a null path splits into four empty parts.
 PathParts SplitPath(const char* path);
 

@@ -3,8 +3,11 @@ entries, in which order, with which names, data, attributes and dates, and the
 one console line on the outcome. The stores here have no History.ini, so that
 no report is written and the archive holds exactly what the test laid down."""
 import os
+import random
+import struct
 import time
 import zipfile
+import zlib
 
 from e2e_support import main, check_archive, expect_equal
 
@@ -118,6 +121,54 @@ def test_file_entries_hold_the_files_data(env):
             entry = name.replace("/", "\\")
             expect_equal(z.read(entry), data, entry)
             expect_equal(z.getinfo(entry).compress_type, zipfile.ZIP_DEFLATED, entry)
+
+
+def deflate_files():
+    """Files of installer text, of bytes that don't compress, and of zeros, at and
+    around the sizes at which a program might cut its reads, and across many of them."""
+    rng = random.Random(9)
+    text = b"".join(b"MSI (s) (7C:44) [10:22:%02d:%03d]: Executing op: FileCopy(DestName=zor%d.dll)\r\n"
+                    % (n % 60, rng.randrange(1000), rng.randrange(4000)) for n in range(40000))
+    noise = rng.randbytes(300000)
+    files = {}
+    for size in (0, 1, 2047, 2048, 2049, 65535, 65536, 65537, 262145, len(text)):
+        files["text-%d.log" % size] = text[:size]
+    for size in (2049, 65537, len(noise)):
+        files["noise-%d.bin" % size] = noise[:size]
+    files["zeros.bin"] = bytes(200003)
+    return files
+
+
+def raw_entry_data(archive_path, info):
+    """The bytes that an entry's local header is followed by, as stored."""
+    with open(archive_path, "rb") as archive:
+        archive.seek(info.header_offset)
+        header = archive.read(30)
+        name_length, extra_length = struct.unpack("<HH", header[26:30])
+        archive.seek(info.header_offset + 30 + name_length + extra_length)
+        return archive.read(info.compress_size)
+
+
+def test_each_entry_is_raw_deflate_at_the_default_level_of_the_whole_file(env):
+    files = deflate_files()
+    env.store.mkdir(parents=True)
+    for name, data in files.items():
+        (env.store / name).write_bytes(data)
+    collect(env, "x.zip")
+    infos = check_archive(env.work / "x.zip")
+    expect_equal(sorted(info.filename for info in infos), sorted(files), "entries")
+    for info in infos:
+        data = files[info.filename]
+        # What zlib makes of the whole file at once: level Z_DEFAULT_COMPRESSION,
+        # no header (-15 window bits), memory level 8, the default strategy.
+        deflater = zlib.compressobj(zlib.Z_DEFAULT_COMPRESSION, zlib.DEFLATED, -15, 8,
+                                    zlib.Z_DEFAULT_STRATEGY)
+        expected = deflater.compress(data) + deflater.flush()
+        expect_equal(info.compress_type, zipfile.ZIP_DEFLATED, info.filename)
+        expect_equal(info.file_size, len(data), info.filename)
+        if raw_entry_data(env.work / "x.zip", info) != expected:
+            raise AssertionError(f"{info.filename}: the stored data is not zlib's raw deflate "
+                                 f"of the file ({info.compress_size} bytes stored, {len(expected)} expected)")
 
 
 def test_folder_entries_have_no_data_and_no_trailing_separator(env):

@@ -1,0 +1,186 @@
+#!/usr/bin/env python3
+"""Times the archive run against Info-ZIP's zip over the same store: the whole
+`ZORGetInstallLog -f <zip>` run and `zip -r -q <zip> .` in the history folder,
+run side by side several times, alternating, and prints the median of each,
+their ratio, and the peak memory of each program.
+
+The store is synthetic and about 97 MB: 200 completed events in five copies,
+each event folder holding its event log and an installer log of
+installer-like text (actions, properties, file copies with their sizes and
+versions), the installer logs of different sizes, so that what is measured is
+reading and deflating text the way a real store asks for it. The store's
+location is fixed when the program is built, so this script configures a
+Release build of its own (no sanitizers, no tests) whose machine-wide
+application data folder is a private folder below the work folder.
+
+This is a measurement, not a test: it asserts nothing about time.
+Usage: bench/archive_benchmark.py [--work DIR] [--runs N] [--events N] [--megabytes N]
+"""
+import argparse
+import os
+import pathlib
+import random
+import shutil
+import statistics
+import subprocess
+import sys
+import time
+
+from collect_benchmark import event_section
+from private_build import SOURCE, build_program
+
+ACTIONS = ["CostInitialize", "FileCost", "CostFinalize", "InstallValidate", "InstallInitialize",
+           "ProcessComponents", "RemoveFiles", "InstallFiles", "WriteRegistryValues",
+           "RegisterTypeLibraries", "InstallServices", "StartServices", "InstallFinalize"]
+PROPERTIES = ["INSTALLDIR", "ZORCOPYNAME", "SERVICELEVEL", "ProductVersion", "ALLUSERS",
+              "TARGETDIR", "ODBCDRIVER", "SourceDir", "UILevel", "REBOOT"]
+MODULES = ["zorsrv", "zorodbc", "zorcli", "zorutil", "zornet", "zoradmin", "zorrepl", "zorjdbc"]
+
+
+def installer_line(rng, clock):
+    """One line of an installer's log, at a time that moves on."""
+    stamp = "%02d:%02d:%02d:%03d" % (10 + clock // 3600000 % 12, clock // 60000 % 60,
+                                     clock // 1000 % 60, clock % 1000)
+    kind = rng.random()
+    if kind < 0.55:
+        module = rng.choice(MODULES)
+        number = rng.randrange(1, 4000)
+        return ("MSI (s) (7C:44) [%s]: Executing op: FileCopy(SourceName=%s%d.dll|%s%d.dll,"
+                "SourceCabKey=FILE%d,DestName=%s%d.dll,Attributes=512,FileSize=%d,PerTick=65536,"
+                ",VerifyMedia=1,,,,,CheckCRC=0,Version=9.1.%d.%d,Language=1033,InstallMode=58982400,,,,,,,)"
+                % (stamp, module, number, module, number, number, module, number,
+                   rng.randrange(1000, 9000000), rng.randrange(100), rng.randrange(10000)))
+    if kind < 0.75:
+        return "MSI (s) (7C:44) [%s]: Property(S): %s = C:\\Program Files\\ZOR\\Copy%d\\%s" % (
+            stamp, rng.choice(PROPERTIES), rng.randrange(5), rng.choice(MODULES))
+    if kind < 0.9:
+        return "Action start %s: %s." % (stamp[:8], rng.choice(ACTIONS))
+    return "MSI (s) (7C:44) [%s]: Component: %s%d; Installed: Absent;   Request: Local;   Action: Local" % (
+        stamp, rng.choice(MODULES), rng.randrange(4000))
+
+
+def installer_log(rng, size):
+    """About `size` bytes of installer log text."""
+    lines = []
+    written = 0
+    clock = rng.randrange(10 ** 7)
+    while written < size:
+        clock += rng.randrange(1, 40)
+        line = installer_line(rng, clock) + "\r\n"
+        lines.append(line)
+        written += len(line)
+    return "".join(lines).encode("ascii")
+
+
+def lay_down_store(history, events, megabytes):
+    """The store of `events` completed events, about `megabytes` MB in all."""
+    if history.exists():
+        shutil.rmtree(history)
+    history.mkdir(parents=True)
+    rng = random.Random(97)
+    average = megabytes * 1000 * 1000 // events
+    # Installer logs spread evenly from a fifth of their average size to nearly
+    # twice it, in a scattered order, so that the store's size is as asked.
+    shortest = (average - average // 20) // 5
+    longest = 2 * (average - average // 20) - shortest
+    lines = ["[History]", "Count=%d" % events]
+    total = 0
+    for index in range(events):
+        section, folder = event_section(history, index)
+        lines += section
+        folder.mkdir(parents=True)
+        event_log = installer_log(rng, average // 20)
+        spread = (index * 7919) % events / max(events - 1, 1)
+        install_log = installer_log(rng, int(shortest + spread * (longest - shortest)))
+        (folder / "ZORInstallEvent.Log").write_bytes(event_log)
+        (folder / "install.log").write_bytes(install_log)
+        total += len(event_log) + len(install_log)
+    (history / "History.ini").write_bytes(("\r\n".join(lines) + "\r\n").encode("ascii"))
+    return total
+
+
+def timed_run(command, cwd, work):
+    """Runs the command; returns its wall, user and system time in seconds and its
+    peak memory in MB.
+
+    The peak comes from GNU time, whose own small process starts the program: a
+    child started by this script would count this script's memory as its own."""
+    report = work / "peak-memory.txt"
+    began = time.perf_counter()
+    result = subprocess.run(["/usr/bin/time", "-f", "%U %S %M", "-o", str(report)] + command, cwd=cwd,
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    elapsed = time.perf_counter() - began
+    if result.returncode != 0:
+        sys.exit(f"{command} exited with {result.returncode}")
+    user, system, peak = report.read_text().split()[-3:]
+    return elapsed, float(user), float(system), int(peak) / 1024
+
+
+def measure_large_file(history, megabytes, command, work):
+    """Peak memory of one run over the store with one more, large, installer log."""
+    chunk = installer_log(random.Random(1), 1000 * 1000)
+    large = history / "large-install.log"
+    with open(large, "wb") as out:
+        for _ in range(megabytes):
+            out.write(chunk)
+    ours_zip = command[1]
+    ours_zip.unlink(missing_ok=True)
+    _, _, _, peak = timed_run(command[0], history, work)
+    large.unlink()
+    print("with one more installer log of %d MB: peak memory of ZORGetInstallLog -f %.1f MB"
+          % (megabytes, peak))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--work", default=str(SOURCE / "build" / "bench-archive"),
+                        help="folder for the build, the store and the archives")
+    parser.add_argument("--runs", type=int, default=7, help="runs of each program")
+    parser.add_argument("--events", type=int, default=200)
+    parser.add_argument("--megabytes", type=int, default=97,
+                        help="logs to lay down; lines run on past each size, so the store comes out a little larger")
+    parser.add_argument("--large-file-mb", type=int, default=500,
+                        help="size of the one large log of the last run, which shows the peak "
+                             "memory whatever the file size (0: no such run)")
+    args = parser.parse_args()
+    if shutil.which("zip") is None or not os.path.exists("/usr/bin/time"):
+        sys.exit("Info-ZIP's zip and GNU time are needed: scripts/install-deps.sh installs them")
+
+    work = pathlib.Path(args.work).resolve()
+    work.mkdir(parents=True, exist_ok=True)
+    program, appdata = build_program(work, "ZORGetInstallLog")
+    history = appdata / "TAQ" / "ZORHistory"
+    total = lay_down_store(history, args.events, args.megabytes)
+    print("store: %d events, %d files, %.1f MB of logs" % (args.events, 2 * args.events, total / 1e6))
+
+    ours_zip, zip_zip = work / "ours.zip", work / "zip.zip"
+    commands = {
+        "ZORGetInstallLog -f": ([str(program), "-f", str(ours_zip)], ours_zip),
+        "zip -r -q": (["zip", "-r", "-q", str(zip_zip), "."], zip_zip),
+    }
+    runs = {name: [] for name in commands}
+    for _ in range(args.runs):
+        for name, (command, archive) in commands.items():
+            archive.unlink(missing_ok=True)
+            runs[name].append(timed_run(command, history, work))
+
+    print("%-20s %9s %9s %9s %9s %9s %9s" % ("program", "median s", "fastest", "slowest",
+                                              "user s", "system s", "peak MB"))
+    medians = {}
+    for name in commands:
+        wall, user, system, peak = zip(*runs[name])
+        medians[name] = statistics.median(wall)
+        print("%-20s %9.3f %9.3f %9.3f %9.3f %9.3f %9.1f" % (
+            name, medians[name], min(wall), max(wall), statistics.median(user),
+            statistics.median(system), max(peak)))
+    ratio = medians["ZORGetInstallLog -f"] / medians["zip -r -q"]
+    print("ratio of the medians (ZORGetInstallLog -f / zip -r -q): %.3f" % ratio)
+    print("archives: %.1f MB (ZORGetInstallLog), %.1f MB (zip)"
+          % (ours_zip.stat().st_size / 1e6, zip_zip.stat().st_size / 1e6))
+    if args.large_file_mb > 0:
+        measure_large_file(history, args.large_file_mb, commands["ZORGetInstallLog -f"], work)
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
