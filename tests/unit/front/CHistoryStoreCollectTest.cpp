@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "history/CHistoryStore.h"
+#include "platform/StoreLock.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
 #include "unit/front/ConsoleCapture.h"
@@ -106,6 +110,31 @@ TEST_F(CHistoryStoreCollect, CollectingPacksTheStoreAndTellsTheNameAsGiven)
     const ZipTestArchive archive = Kept(zipPath);
     EXPECT_NE(archive.Find("Copy1\\E1\\ZORInstallEvent.Log"), nullptr);
     EXPECT_FALSE(PathExists(zipPath + ".zip"));
+}
+
+TEST_F(CHistoryStoreCollect, CollectingWaitsWhileARecorderCallHoldsTheStore)
+{
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    std::atomic<bool> collected{false};
+    std::thread run;
+    ConsoleCapture console;
+    {
+        const platform::StoreLock held(machine.HistoryFolder());
+        ASSERT_TRUE(held.Held());
+        run = std::thread([&] {
+            CHistoryStore store;
+            collected = store.CollectHistory(zipPath);
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        EXPECT_FALSE(collected);
+        EXPECT_FALSE(PathExists(zipPath));
+    }
+    run.join();
+    EXPECT_TRUE(collected);
+    EXPECT_EQ(console.Text(), SuccessLine(zipPath));
+    Kept(zipPath);
 }
 
 TEST_F(CHistoryStoreCollect, AnEmptyHistoryFolderGivesAnArchiveWithoutEntries)
