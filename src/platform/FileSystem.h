@@ -1,6 +1,8 @@
 // Files and folders, in the system's terms. Paths above this layer use the
 // backslash, as the stored format does; the POSIX implementation turns it into
-// "/" whenever it calls the operating system.
+// "/" whenever it calls the operating system. Names are taken without regard
+// to the case of their letters, as a Windows file system takes them: an
+// existing entry is found in any case, a new one is made as it is spelt.
 #pragma once
 
 #include <cstdint>
@@ -108,7 +110,9 @@ bool MovePath(const std::string& source, const std::string& target);
 bool IsAbsolutePath(const std::string& path);
 
 // The path in the form that the C and C++ runtimes' file calls take
-// (std::ofstream, fopen); unchanged on Windows.
+// (std::ofstream, fopen); unchanged on Windows. On POSIX every component that
+// exists under another case of its letters (ASCII letters only) is spelt as
+// on disk, and an exact spelling that exists wins.
 std::string SystemPath(const std::string& path);
 
 // What a text-mode stream writes for "\n" on this platform.

@@ -2,6 +2,7 @@
 // turned into "/" paths whenever the operating system is called.
 #include "platform/FileSystem.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -16,17 +17,84 @@
 #include <ctime>
 #include <vector>
 
+#include "platform/common/AsciiCase.h"
 #include "platform/posix/PosixFiles.h"
 
 namespace platform {
 
 const char* const kTextLineEnd = "\n";
 
-std::string SystemPath(const std::string& path)
+namespace {
+
+// The path with "/" for every "\\", and nothing else changed.
+std::string WithSystemSeparators(const std::string& path)
 {
     std::string converted = path;
     std::replace(converted.begin(), converted.end(), '\\', '/');
     return converted;
+}
+
+bool EntryExists(const std::string& systemPath)
+{
+    struct stat status;
+    return lstat(systemPath.c_str(), &status) == 0;
+}
+
+// The name of the entry of `folder` ("" for the current directory) that is
+// `name` but for the case of its letters; empty when there is none. Where
+// several are, the first that the file system lists.
+std::string EntryNamedWithoutCase(const std::string& folder, const std::string& name)
+{
+    DIR* listing = opendir(folder.empty() ? "." : folder.c_str());
+    if (listing == nullptr)
+        return std::string();
+    std::string found;
+    while (const dirent* entry = readdir(listing)) {
+        if (SameIgnoringAsciiCase(entry->d_name, name)) {
+            found = entry->d_name;
+            break;
+        }
+    }
+    closedir(listing);
+    return found;
+}
+
+bool IsPlainName(const std::string& component)
+{
+    return !component.empty() && component != "." && component != "..";
+}
+
+// A Windows file system takes names without regard to case: a component that
+// isn't there as it is spelt, but is under another case of its letters, is
+// that entry. The first component that isn't there in any case, and all
+// behind it, keep the caller's spelling: that is what a new entry is made with.
+std::string WithCaseOnDisk(const std::string& path)
+{
+    if (path.empty() || EntryExists(path))
+        return path;
+    std::string resolved;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = std::min(path.find('/', start), path.size());
+        std::string component = path.substr(start, end - start);
+        if (IsPlainName(component) && !EntryExists(resolved + component)) {
+            component = EntryNamedWithoutCase(resolved, component);
+            if (component.empty())
+                return resolved + path.substr(start);
+        }
+        resolved += component;
+        if (end == path.size())
+            return resolved;
+        resolved += '/';
+        start = end + 1;
+    }
+}
+
+}  // namespace
+
+std::string SystemPath(const std::string& path)
+{
+    return WithCaseOnDisk(WithSystemSeparators(path));
 }
 
 bool IsAbsolutePath(const std::string& path)
@@ -78,7 +146,8 @@ bool EndsWithSeparator(const std::string& path)
 bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fullPath)
 {
     fullPath.clear();
-    std::string path = SystemPath(name);
+    // As the Windows call, from the name alone: the disk isn't asked.
+    std::string path = WithSystemSeparators(name);
     if (path.empty())
         return false;
     if (path[0] != '/') {

@@ -61,6 +61,23 @@ TEST(Staging, LogOutsideTheStoreIsCopiedIntoTheEventFolderAndTheKeyNamesTheCopy)
     EXPECT_EQ(FolderNames(history + "\\COPY_A\\EVT"), Lines{"setup.log"});
 }
 
+TEST(Staging, ACopyFolderOfAnotherCaseThanTheCopyNameTakesTheCopy)
+{
+    TestMachine machine;
+    const std::string history = machine.MakeHistoryFolder();
+    MakeFolders(history + "\\Copy_A\\Evt");
+    const std::string source = Outside(machine, "setup.log", "log text");
+    WriteWholeFile(IniPathIn(history),
+                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+
+    CInstallEvent("EVT").StageFiles();
+
+    EXPECT_EQ(CInstallEvent("EVT").GetLogFileName(), history + "\\COPY_A\\EVT\\setup.log");
+    EXPECT_EQ(FolderNames(history), (Lines{"Copy_A", "History.ini"}));
+    EXPECT_EQ(FolderNames(history + "\\Copy_A"), Lines{"Evt"});
+    EXPECT_EQ(ReadWholeFile(history + "\\Copy_A\\Evt\\setup.log"), "log text");
+}
+
 TEST(Staging, AllThreeFilesAreStagedEachUnderItsOwnName)
 {
     TestMachine machine;
