@@ -17,6 +17,25 @@ namespace {
 // Long enough for a waiter that wasn't held up to have taken the lock.
 constexpr std::chrono::milliseconds kWhileHeld(300);
 
+// The second holder names the folder as `secondSpelling` does.
+void ExpectSecondHolderToWait(const std::string& folder, const std::string& secondSpelling)
+{
+    std::atomic<bool> secondHolds{false};
+    std::thread second;
+    {
+        const platform::StoreLock first(folder);
+        EXPECT_TRUE(first.Held());
+        second = std::thread([&] {
+            const platform::StoreLock lock(secondSpelling);
+            secondHolds = lock.Held();
+        });
+        std::this_thread::sleep_for(kWhileHeld);
+        EXPECT_FALSE(secondHolds);
+    }
+    second.join();
+    EXPECT_TRUE(secondHolds);
+}
+
 }  // namespace
 
 TEST(StoreLock, IsHeldOnTheHistoryFolderAndLeavesNothingInIt)
@@ -34,20 +53,14 @@ TEST(StoreLock, ASecondHolderWaitsUntilTheFirstLetsGo)
 {
     TestMachine machine;
     const std::string folder = machine.MakeHistoryFolder();
-    std::atomic<bool> secondHolds{false};
-    std::thread second;
-    {
-        const platform::StoreLock first(folder);
-        ASSERT_TRUE(first.Held());
-        second = std::thread([&] {
-            const platform::StoreLock lock(folder);
-            secondHolds = lock.Held();
-        });
-        std::this_thread::sleep_for(kWhileHeld);
-        EXPECT_FALSE(secondHolds);
-    }
-    second.join();
-    EXPECT_TRUE(secondHolds);
+    ExpectSecondHolderToWait(folder, folder);
+}
+
+TEST(StoreLock, TheFolderNamedInAnotherCaseIsTheSameStore)
+{
+    TestMachine machine;
+    const std::string folder = machine.MakeHistoryFolder();
+    ExpectSecondHolderToWait(folder, machine.AppData() + "\\taq\\ZORHISTORY");
 }
 
 TEST(StoreLock, TheLockCanBeTakenAgainOnceLetGo)
