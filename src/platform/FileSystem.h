@@ -6,6 +6,9 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <iosfwd>
+#include <ios>
 #include <memory>
 #include <string>
 
@@ -114,6 +117,12 @@ bool IsAbsolutePath(const std::string& path);
 // exists under another case of its letters (ASCII letters only) is spelt as
 // on disk, and an exact spelling that exists wins.
 std::string SystemPath(const std::string& path);
+
+// The runtime's opens of a file (std::filebuf::open, fopen), refused as the
+// system refuses them: an existing file whose attribute is read-only (as
+// GetFileAttributes reports it) can't be opened for writing, by any user.
+bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode);
+std::FILE* OpenRuntimeFile(const std::string& path, const char* mode);
 
 // What a text-mode stream writes for "\n" on this platform.
 extern const char* const kTextLineEnd;

@@ -14,7 +14,9 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
+#include <fstream>
 #include <vector>
 
 #include "platform/common/AsciiCase.h"
@@ -180,6 +182,13 @@ std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& sta
     return attributes;
 }
 
+bool IsReadOnlyFile(const std::string& systemPath)
+{
+    struct stat status;
+    return stat(systemPath.c_str(), &status) == 0 &&
+           (AttributesOf(systemPath, status) & kAttributeReadOnly) != 0;
+}
+
 CalendarTime LocalLastWriteTime(const struct stat& status)
 {
     struct tm local = {};
@@ -222,6 +231,26 @@ PathStatus StatPath(const std::string& path)
     result.regularFile = S_ISREG(status.st_mode);
     result.directory = S_ISDIR(status.st_mode);
     return result;
+}
+
+// Root may write a file whatever its permissions say; the system decides by
+// the read-only attribute, for every user alike.
+bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode)
+{
+    const std::string systemPath = SystemPath(path);
+    const bool writes = (mode & (std::ios_base::out | std::ios_base::app)) != 0;
+    if (writes && posix::IsReadOnlyFile(systemPath))
+        return false;
+    return buffer.open(systemPath, mode) != nullptr;
+}
+
+std::FILE* OpenRuntimeFile(const std::string& path, const char* mode)
+{
+    const std::string systemPath = SystemPath(path);
+    const bool writes = std::strpbrk(mode, "wa+") != nullptr;
+    if (writes && posix::IsReadOnlyFile(systemPath))
+        return nullptr;
+    return std::fopen(systemPath.c_str(), mode);
 }
 
 bool CreateFolder(const std::string& path)

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <utility>
 
+#include "platform/posix/PosixFiles.h"
+
 namespace platform {
 namespace posix {
 
@@ -149,7 +151,7 @@ ProfileOpenResult ProfileFileCache::OpenForWriting(const std::string& systemPath
                                                    const ProfileDocument*& document)
 {
     const ProfileOpenResult result = Open(systemPath, document);
-    if (result == ProfileOpenResult::Opened && access(systemPath.c_str(), W_OK) != 0) {
+    if (result == ProfileOpenResult::Opened && IsReadOnlyFile(systemPath)) {
         document = nullptr;
         return ProfileOpenResult::Failed;
     }

@@ -46,8 +46,9 @@ public:
     // the document is empty; with Failed it is null.
     ProfileOpenResult Open(const std::string& systemPath, const ProfileDocument*& document);
 
-    // As Open, and the file must also be writable by this process, as the
-    // Windows calls open it for reading and writing before they change it.
+    // As Open, and the file must also be writable: the Windows calls open it
+    // for reading and writing before they change it, which a file whose
+    // attribute is read-only refuses, to every user.
     ProfileOpenResult OpenForWriting(const std::string& systemPath,
                                      const ProfileDocument*& document);
 

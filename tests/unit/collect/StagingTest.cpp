@@ -4,8 +4,10 @@
 
 #include <string>
 
+#include "platform/FileSystem.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
+#include "support/WineHost.h"
 #include "unit/history/StoreText.h"
 
 namespace {
@@ -76,6 +78,43 @@ TEST(Staging, ACopyFolderOfAnotherCaseThanTheCopyNameTakesTheCopy)
     EXPECT_EQ(FolderNames(history), (Lines{"Copy_A", "History.ini"}));
     EXPECT_EQ(FolderNames(history + "\\Copy_A"), Lines{"Evt"});
     EXPECT_EQ(ReadWholeFile(history + "\\Copy_A\\Evt\\setup.log"), "log text");
+}
+
+TEST(Staging, AReadOnlyLogIsStagedAndItsCopyIsReadOnlyToo)
+{
+    TestMachine machine;
+    const std::string history = machine.MakeHistoryFolder();
+    MakeFolders(history + "\\COPY_A\\EVT");
+    const std::string source = Outside(machine, "setup.log", "log text");
+    WriteWholeFile(IniPathIn(history),
+                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    const std::string target = history + "\\COPY_A\\EVT\\setup.log";
+    {
+        const ReadOnlyWhileAlive readOnly(source);
+        CInstallEvent("EVT").StageFiles();
+    }
+    EXPECT_EQ(ReadWholeFile(target), "log text");
+    EXPECT_NE(platform::GetFileAttributes(target) & platform::kAttributeReadOnly, 0u);
+    SetWritable(target, true);
+    EXPECT_EQ(CInstallEvent("EVT").GetLogFileName(), target);
+}
+
+TEST(Staging, WithAReadOnlyHistoryIniTheFilesAreCopiedAndTheKeysKeepTheirPaths)
+{
+    if (WineWritesReadOnlyFiles())
+        GTEST_SKIP() << kWineWritesReadOnlyFiles;
+    TestMachine machine;
+    const std::string history = machine.MakeHistoryFolder();
+    MakeFolders(history + "\\COPY_A\\EVT");
+    const std::string source = Outside(machine, "setup.log", "log text");
+    WriteWholeFile(IniPathIn(history),
+                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    {
+        const ReadOnlyWhileAlive readOnly(IniPathIn(history));
+        CInstallEvent("EVT").StageFiles();
+    }
+    EXPECT_EQ(ReadWholeFile(history + "\\COPY_A\\EVT\\setup.log"), "log text");
+    EXPECT_EQ(CInstallEvent("EVT").GetLogFileName(), source);
 }
 
 TEST(Staging, AllThreeFilesAreStagedEachUnderItsOwnName)

@@ -12,6 +12,7 @@
 #include "platform/StoreLock.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
+#include "support/WineHost.h"
 #include "unit/front/ConsoleCapture.h"
 #include "unit/zip/ZipTestReader.h"
 #include "unit/zip/ZipTestSupport.h"
@@ -135,6 +136,22 @@ TEST_F(CHistoryStoreCollect, CollectingWaitsWhileARecorderCallHoldsTheStore)
     EXPECT_TRUE(collected);
     EXPECT_EQ(console.Text(), SuccessLine(zipPath));
     Kept(zipPath);
+}
+
+TEST_F(CHistoryStoreCollect, CollectingOntoAReadOnlyArchiveFailsAndLeavesIt)
+{
+    if (WineWritesReadOnlyFiles())
+        GTEST_SKIP() << kWineWritesReadOnlyFiles;
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    WriteWholeFile(zipPath, "an earlier archive");
+    const ReadOnlyWhileAlive readOnly(zipPath);
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_FALSE(store.CollectHistory(zipPath));
+    EXPECT_EQ(console.Text(), FailureLine(zipPath));
+    EXPECT_EQ(ReadWholeFile(zipPath), "an earlier archive");
 }
 
 TEST_F(CHistoryStoreCollect, AnEmptyHistoryFolderGivesAnArchiveWithoutEntries)
