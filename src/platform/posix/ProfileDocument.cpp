@@ -101,6 +101,21 @@ ProfileEntry ReadEntry(const Line& line, std::size_t& rawNameLength)
     return entry;
 }
 
+// Whether one key, alone in its section, reads back as it was written: no
+// blanks at the ends of the names or the value, no line break, no zero, no
+// brackets or equals sign where a read would take them for something else.
+bool ReadsBack(const std::string& section, const std::string& key, const std::string& value)
+{
+    const ProfileDocument alone =
+        ProfileDocument::Parse("[" + section + "]" + kLineEnd + key + "=" + value + kLineEnd);
+    const std::vector<ProfileSection>& sections = alone.Sections();
+    if (section.empty() || key.empty() || sections.size() != 2 || sections[1].name != section ||
+        sections[1].entries.size() != 1)
+        return false;
+    const ProfileEntry& entry = sections[1].entries[0];
+    return entry.name == key && entry.hasValue && entry.value == value;
+}
+
 }  // namespace
 
 ProfileDocument ProfileDocument::Parse(const std::string& bytes)
@@ -193,6 +208,7 @@ bool ProfileDocument::Assign(const std::string& section, const std::string& key,
         return false;
     entry->value = newValue;
     entry->hasValue = true;
+    readsBack_ = readsBack_ && ReadsBack(target->name, entry->name, newValue);
     return true;
 }
 

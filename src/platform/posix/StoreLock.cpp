@@ -10,6 +10,7 @@
 #include <cerrno>
 
 #include "platform/FileSystem.h"
+#include "platform/posix/ProfileFileCache.h"
 
 namespace platform {
 
@@ -33,6 +34,8 @@ StoreLock::StoreLock(const std::string& folder) : handle_(kNotHeld)
         return;
     }
     handle_ = descriptor;
+    // Other processes may have written the store while this one waited.
+    posix::ProfileFileCache::Instance().ForgetAll();
 }
 
 StoreLock::~StoreLock()

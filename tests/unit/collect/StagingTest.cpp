@@ -27,6 +27,19 @@ std::string Outside(const TestMachine& machine, const std::string& relative, con
     return path;
 }
 
+// An event EVT of copy COPY_A whose log, holding "log text", lies outside the
+// store; its folder is made as `eventFolder` spells it below the history
+// folder. Returns the log's path.
+std::string LayDownEventWithOutsideLog(const TestMachine& machine, const std::string& eventFolder)
+{
+    const std::string history = machine.MakeHistoryFolder();
+    MakeFolders(history + "\\" + eventFolder);
+    const std::string source = Outside(machine, "setup.log", "log text");
+    WriteWholeFile(IniPathIn(history),
+                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    return source;
+}
+
 }  // namespace
 
 TEST(FileNameOf, IsTheTextBehindTheLastBackslash)
@@ -48,11 +61,8 @@ TEST(FileNameOf, OnlyTheBackslashSeparates)
 TEST(Staging, LogOutsideTheStoreIsCopiedIntoTheEventFolderAndTheKeyNamesTheCopy)
 {
     TestMachine machine;
-    const std::string history = machine.MakeHistoryFolder();
-    MakeFolders(history + "\\COPY_A\\EVT");
-    const std::string source = Outside(machine, "setup.log", "log text");
-    WriteWholeFile(IniPathIn(history),
-                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    const std::string source = LayDownEventWithOutsideLog(machine, "COPY_A\\EVT");
+    const std::string history = machine.HistoryFolder();
 
     CInstallEvent("EVT").StageFiles();
 
@@ -66,11 +76,8 @@ TEST(Staging, LogOutsideTheStoreIsCopiedIntoTheEventFolderAndTheKeyNamesTheCopy)
 TEST(Staging, ACopyFolderOfAnotherCaseThanTheCopyNameTakesTheCopy)
 {
     TestMachine machine;
-    const std::string history = machine.MakeHistoryFolder();
-    MakeFolders(history + "\\Copy_A\\Evt");
-    const std::string source = Outside(machine, "setup.log", "log text");
-    WriteWholeFile(IniPathIn(history),
-                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    LayDownEventWithOutsideLog(machine, "Copy_A\\Evt");
+    const std::string history = machine.HistoryFolder();
 
     CInstallEvent("EVT").StageFiles();
 
@@ -83,11 +90,8 @@ TEST(Staging, ACopyFolderOfAnotherCaseThanTheCopyNameTakesTheCopy)
 TEST(Staging, AReadOnlyLogIsStagedAndItsCopyIsReadOnlyToo)
 {
     TestMachine machine;
-    const std::string history = machine.MakeHistoryFolder();
-    MakeFolders(history + "\\COPY_A\\EVT");
-    const std::string source = Outside(machine, "setup.log", "log text");
-    WriteWholeFile(IniPathIn(history),
-                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    const std::string source = LayDownEventWithOutsideLog(machine, "COPY_A\\EVT");
+    const std::string history = machine.HistoryFolder();
     const std::string target = history + "\\COPY_A\\EVT\\setup.log";
     {
         const ReadOnlyWhileAlive readOnly(source);
@@ -104,11 +108,8 @@ TEST(Staging, WithAReadOnlyHistoryIniTheFilesAreCopiedAndTheKeysKeepTheirPaths)
     if (WineWritesReadOnlyFiles())
         GTEST_SKIP() << kWineWritesReadOnlyFiles;
     TestMachine machine;
-    const std::string history = machine.MakeHistoryFolder();
-    MakeFolders(history + "\\COPY_A\\EVT");
-    const std::string source = Outside(machine, "setup.log", "log text");
-    WriteWholeFile(IniPathIn(history),
-                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    const std::string source = LayDownEventWithOutsideLog(machine, "COPY_A\\EVT");
+    const std::string history = machine.HistoryFolder();
     {
         const ReadOnlyWhileAlive readOnly(IniPathIn(history));
         CInstallEvent("EVT").StageFiles();
