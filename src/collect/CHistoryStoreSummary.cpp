@@ -36,6 +36,14 @@ std::string SummaryPathIn(const std::string& folder)
     return folder + "\\" + kSummaryFileName;
 }
 
+// Opens a report as the stream's constructor would: where the file can't be
+// written, the stream is failed and every line of the report goes nowhere.
+void OpenReport(std::ofstream& report, const std::string& path)
+{
+    if (!platform::OpenFileBuffer(*report.rdbuf(), path, std::ios_base::out))
+        report.setstate(std::ios_base::failbit);
+}
+
 // The group whose name equals `key` byte for byte, or null.
 CopyGroup* FindGroup(const GroupList& groups, const std::string& key)
 {
@@ -109,7 +117,8 @@ void WriteEventRows(std::ostream& out, CInstallEvent& event)
 // nowhere.
 void WriteGroup(std::ostream& overall, const CopyGroup& group)
 {
-    std::ofstream copy(platform::SystemPath(SummaryPathIn(GetHistoryFolder() + "\\" + group.name)));
+    std::ofstream copy;
+    OpenReport(copy, SummaryPathIn(GetHistoryFolder() + "\\" + group.name));
     WriteGroupHead(overall, group, kOverallCountLabel);
     WriteGroupHead(copy, group, kCopyCountLabel);
     for (const CInstallEvent& storedEvent : group.events) {
@@ -157,7 +166,8 @@ bool CHistoryStore::WriteSummary()
 {
     if (!HistoryFileExists())
         return false;
-    std::ofstream overall(platform::SystemPath(SummaryPathIn(GetHistoryFolder())));
+    std::ofstream overall;
+    OpenReport(overall, SummaryPathIn(GetHistoryFolder()));
     std::vector<std::string> events;
     ListEvents(events);
     const GroupList groups = GroupEvents(events);

@@ -4,10 +4,14 @@
 
 #include "history/CHistoryStore.h"
 #include "history/HistoryPaths.h"
+#include "platform/StoreLock.h"
 #include "zip/CZipper.h"
 
+// The run holds the store's lock from the summaries to the archive's end, so
+// that no recorder call changes the store while it is read and packed.
 bool CHistoryStore::CollectHistory(const std::string& zipFileName)
 {
+    const platform::StoreLock lock(GetHistoryFolder());
     // A failed or skipped summary never stops the archive.
     WriteSummary();
     return CreateZip(zipFileName);

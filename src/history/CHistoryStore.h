@@ -30,4 +30,10 @@ public:
     std::vector<std::string>& ListEvents(std::vector<std::string>& events);
 
     int Count;
+
+private:
+    // Count as History.ini holds it now; 0 when the file or key is missing.
+    int ReadCount();
+    // The two folders of the store, made where they are missing; true if both stand.
+    bool MakeFolders(bool tellFailure);
 };

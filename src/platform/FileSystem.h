@@ -1,9 +1,14 @@
 // Files and folders, in the system's terms. Paths above this layer use the
 // backslash, as the stored format does; the POSIX implementation turns it into
-// "/" whenever it calls the operating system.
+// "/" whenever it calls the operating system. Names are taken without regard
+// to the case of their letters, as a Windows file system takes them: an
+// existing entry is found in any case, a new one is made as it is spelt.
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
+#include <iosfwd>
+#include <ios>
 #include <memory>
 #include <string>
 
@@ -108,8 +113,16 @@ bool MovePath(const std::string& source, const std::string& target);
 bool IsAbsolutePath(const std::string& path);
 
 // The path in the form that the C and C++ runtimes' file calls take
-// (std::ofstream, fopen); unchanged on Windows.
+// (std::ofstream, fopen); unchanged on Windows. On POSIX every component that
+// exists under another case of its letters (ASCII letters only) is spelt as
+// on disk, and an exact spelling that exists wins.
 std::string SystemPath(const std::string& path);
+
+// The runtime's opens of a file (std::filebuf::open, fopen), refused as the
+// system refuses them: an existing file whose attribute is read-only (as
+// GetFileAttributes reports it) can't be opened for writing, by any user.
+bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode);
+std::FILE* OpenRuntimeFile(const std::string& path, const char* mode);
 
 // What a text-mode stream writes for "\n" on this platform.
 extern const char* const kTextLineEnd;

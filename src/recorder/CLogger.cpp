@@ -29,7 +29,7 @@ void CLogger::Open(std::string path, int mode)
         setstate(std::ios_base::failbit);
     const std::ios_base::openmode openMode =
         static_cast<std::ios_base::openmode>(mode) | std::ios_base::out;
-    if (rdbuf()->open(platform::SystemPath(path), openMode) == nullptr)
+    if (!platform::OpenFileBuffer(*rdbuf(), path, openMode))
         setstate(std::ios_base::failbit);
 }
 

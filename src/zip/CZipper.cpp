@@ -91,6 +91,31 @@ zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attr
     return info;
 }
 
+// minizip's own open of the archive, with its modes, through the platform's
+// open, which refuses to write a file whose attribute is read-only as the
+// system does for every user.
+voidpf ZCALLBACK OpenArchiveFile(voidpf, const void* path, int mode)
+{
+    const char* fileMode = nullptr;
+    if ((mode & ZLIB_FILEFUNC_MODE_READWRITEFILTER) == ZLIB_FILEFUNC_MODE_READ)
+        fileMode = "rb";
+    else if ((mode & ZLIB_FILEFUNC_MODE_EXISTING) != 0)
+        fileMode = "r+b";
+    else if ((mode & ZLIB_FILEFUNC_MODE_CREATE) != 0)
+        fileMode = "wb";
+    if (path == nullptr || fileMode == nullptr)
+        return nullptr;
+    return platform::OpenRuntimeFile(static_cast<const char*>(path), fileMode);
+}
+
+zipFile OpenArchive(const std::string& path, int appendStatus)
+{
+    zlib_filefunc64_def calls;
+    fill_fopen64_filefunc(&calls);
+    calls.zopen64_file = OpenArchiveFile;
+    return zipOpen2_64(path.c_str(), appendStatus, nullptr, &calls);
+}
+
 int OpenEntry(void* zipHandle, const char* name, const zip_fileinfo& info)
 {
     if (LeavesUnpackFolder(name))
@@ -137,8 +162,7 @@ bool CZipper::Open(const char* zipPath, const char* root, bool append)
         return false;
     if (append && platform::GetFileAttributes(fullPath) == platform::kInvalidFileAttributes)
         append = false;
-    zipHandle = zipOpen(platform::SystemPath(fullPath).c_str(),
-                        append ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE);
+    zipHandle = OpenArchive(fullPath, append ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE);
     if (!IsOpen())
         return false;
 

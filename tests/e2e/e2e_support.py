@@ -146,12 +146,18 @@ def main(namespace):
         parser.add_argument(option, default="")
     env = Env(parser.parse_args())
     tests = [(name, f) for name, f in namespace.items() if name.startswith("test_") and callable(f)]
+    run_tests([(name, lambda test=test: test(env)) for name, test in tests], env.reset)
+
+
+def run_tests(tests, before_each):
+    """Runs each (name, test) in order, each after before_each(), prints how
+    each went and "N passed, N failed", and exits with 1 if any failed or none ran."""
     passed = failed = 0
     for name, test in tests:
-        env.reset()
+        before_each()
         began = time.monotonic()
         try:
-            test(env)
+            test()
             passed += 1
             print(f"PASS {name} ({time.monotonic() - began:.1f} s)")
         except Exception:

@@ -34,6 +34,14 @@ void MakeFolders(const std::string& path)
     fs::create_directories(platform::SystemPath(path));
 }
 
+void SetWritable(const std::string& path, bool writable)
+{
+    const fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    std::error_code ignored;
+    fs::permissions(platform::SystemPath(path), write,
+                    writable ? fs::perm_options::add : fs::perm_options::remove, ignored);
+}
+
 std::vector<std::string> FolderNames(const std::string& path)
 {
     std::vector<std::string> names;

@@ -4,12 +4,32 @@
 
 #include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, const std::string& content);
 bool PathExists(const std::string& path);
 void MakeFolders(const std::string& path);
+// Takes every write permission away from a file or folder (on Windows, sets
+// its read-only attribute), or gives it back; a path that isn't there is
+// passed over.
+void SetWritable(const std::string& path, bool writable);
+
+// A file or folder made read-only for as long as the object lives; its write
+// permission comes back at the end, so that the test's folder can be removed
+// (Windows doesn't delete a read-only file).
+class ReadOnlyWhileAlive {
+public:
+    explicit ReadOnlyWhileAlive(std::string path) : path_(std::move(path)) { SetWritable(path_, false); }
+    ~ReadOnlyWhileAlive() { SetWritable(path_, true); }
+    ReadOnlyWhileAlive(const ReadOnlyWhileAlive&) = delete;
+    ReadOnlyWhileAlive& operator=(const ReadOnlyWhileAlive&) = delete;
+
+private:
+    std::string path_;
+};
+
 // Names of the entries of a folder, sorted, without "." and "..".
 std::vector<std::string> FolderNames(const std::string& path);
 

@@ -2,6 +2,7 @@
 // turned into "/" paths whenever the operating system is called.
 #include "platform/FileSystem.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -13,20 +14,89 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
+#include <fstream>
 #include <vector>
 
+#include "platform/common/AsciiCase.h"
 #include "platform/posix/PosixFiles.h"
 
 namespace platform {
 
 const char* const kTextLineEnd = "\n";
 
-std::string SystemPath(const std::string& path)
+namespace {
+
+// The path with "/" for every "\\", and nothing else changed.
+std::string WithSystemSeparators(const std::string& path)
 {
     std::string converted = path;
     std::replace(converted.begin(), converted.end(), '\\', '/');
     return converted;
+}
+
+bool EntryExists(const std::string& systemPath)
+{
+    struct stat status;
+    return lstat(systemPath.c_str(), &status) == 0;
+}
+
+// The name of the entry of `folder` ("" for the current directory) that is
+// `name` but for the case of its letters; empty when there is none. Where
+// several are, the first that the file system lists.
+std::string EntryNamedWithoutCase(const std::string& folder, const std::string& name)
+{
+    DIR* listing = opendir(folder.empty() ? "." : folder.c_str());
+    if (listing == nullptr)
+        return std::string();
+    std::string found;
+    while (const dirent* entry = readdir(listing)) {
+        if (SameIgnoringAsciiCase(entry->d_name, name)) {
+            found = entry->d_name;
+            break;
+        }
+    }
+    closedir(listing);
+    return found;
+}
+
+bool IsPlainName(const std::string& component)
+{
+    return !component.empty() && component != "." && component != "..";
+}
+
+// A Windows file system takes names without regard to case: a component that
+// isn't there as it is spelt, but is under another case of its letters, is
+// that entry. The first component that isn't there in any case, and all
+// behind it, keep the caller's spelling: that is what a new entry is made with.
+std::string WithCaseOnDisk(const std::string& path)
+{
+    if (path.empty() || EntryExists(path))
+        return path;
+    std::string resolved;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = std::min(path.find('/', start), path.size());
+        std::string component = path.substr(start, end - start);
+        if (IsPlainName(component) && !EntryExists(resolved + component)) {
+            component = EntryNamedWithoutCase(resolved, component);
+            if (component.empty())
+                return resolved + path.substr(start);
+        }
+        resolved += component;
+        if (end == path.size())
+            return resolved;
+        resolved += '/';
+        start = end + 1;
+    }
+}
+
+}  // namespace
+
+std::string SystemPath(const std::string& path)
+{
+    return WithCaseOnDisk(WithSystemSeparators(path));
 }
 
 bool IsAbsolutePath(const std::string& path)
@@ -78,7 +148,8 @@ bool EndsWithSeparator(const std::string& path)
 bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fullPath)
 {
     fullPath.clear();
-    std::string path = SystemPath(name);
+    // As the Windows call, from the name alone: the disk isn't asked.
+    std::string path = WithSystemSeparators(name);
     if (path.empty())
         return false;
     if (path[0] != '/') {
@@ -109,6 +180,13 @@ std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& sta
     if (noWriteBit || access(systemPath.c_str(), W_OK) != 0)
         attributes |= kAttributeReadOnly;
     return attributes;
+}
+
+bool IsReadOnlyFile(const std::string& systemPath)
+{
+    struct stat status;
+    return stat(systemPath.c_str(), &status) == 0 &&
+           (AttributesOf(systemPath, status) & kAttributeReadOnly) != 0;
 }
 
 CalendarTime LocalLastWriteTime(const struct stat& status)
@@ -153,6 +231,26 @@ PathStatus StatPath(const std::string& path)
     result.regularFile = S_ISREG(status.st_mode);
     result.directory = S_ISDIR(status.st_mode);
     return result;
+}
+
+// Root may write a file whatever its permissions say; the system decides by
+// the read-only attribute, for every user alike.
+bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode)
+{
+    const std::string systemPath = SystemPath(path);
+    const bool writes = (mode & (std::ios_base::out | std::ios_base::app)) != 0;
+    if (writes && posix::IsReadOnlyFile(systemPath))
+        return false;
+    return buffer.open(systemPath, mode) != nullptr;
+}
+
+std::FILE* OpenRuntimeFile(const std::string& path, const char* mode)
+{
+    const std::string systemPath = SystemPath(path);
+    const bool writes = std::strpbrk(mode, "wa+") != nullptr;
+    if (writes && posix::IsReadOnlyFile(systemPath))
+        return nullptr;
+    return std::fopen(systemPath.c_str(), mode);
 }
 
 bool CreateFolder(const std::string& path)

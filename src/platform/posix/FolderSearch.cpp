@@ -1,11 +1,13 @@
 // The folder search on POSIX systems: readdir in the file system's order, with
-// the Windows matching of the pattern's last component.
+// the Windows matching of the pattern's last component. A plain name finds
+// its entry in any case of its letters, and gives the name as it is on disk.
 #include <dirent.h>
 #include <sys/stat.h>
 
 #include <string>
 
 #include "platform/FileSystem.h"
+#include "platform/common/AsciiCase.h"
 #include "platform/posix/PosixFiles.h"
 
 namespace platform {
@@ -22,7 +24,8 @@ bool MatchesEverything(const std::string& pattern)
     return pattern == "*" || pattern == "*.*";
 }
 
-// "*" stands for any run of characters, "?" for any one character.
+// "*" stands for any run of characters, "?" for any one character; letters
+// match without regard to case.
 bool WildcardMatches(const char* pattern, const char* name)
 {
     if (*pattern == '\0')
@@ -31,7 +34,8 @@ bool WildcardMatches(const char* pattern, const char* name)
         return WildcardMatches(pattern + 1, name) || (*name != '\0' && WildcardMatches(pattern, name + 1));
     if (*name == '\0')
         return false;
-    return (*pattern == '?' || *pattern == *name) && WildcardMatches(pattern + 1, name + 1);
+    return (*pattern == '?' || FoldedAscii(*pattern) == FoldedAscii(*name)) &&
+           WildcardMatches(pattern + 1, name + 1);
 }
 
 bool StatEntry(const std::string& systemPath, struct stat& status)

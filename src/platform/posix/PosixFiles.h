@@ -20,6 +20,10 @@ namespace posix {
 // may not write it. Never 0.
 std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& status);
 
+// Whether the system refuses to write the existing file: its attribute word
+// has the read-only bit. False for a path that doesn't exist.
+bool IsReadOnlyFile(const std::string& systemPath);
+
 // The entry's last-write time as local calendar fields.
 CalendarTime LocalLastWriteTime(const struct stat& status);
 

@@ -191,15 +191,9 @@ bool WriteProfileString(const char* section, const char* key, const char* value,
 {
     if (section == nullptr || key == nullptr || value == nullptr)
         return false;
-    const std::string systemPath = SystemPath(path);
-    ProfileFileCache& cache = ProfileFileCache::Instance();
-    const ProfileDocument* current = nullptr;
-    if (cache.OpenForWriting(systemPath, current) == ProfileOpenResult::Failed)
-        return false;
-    ProfileDocument changed = *current;
-    if (!changed.Assign(section, key, value))
-        return true;
-    return cache.Replace(systemPath, changed.Serialize());
+    return ProfileFileCache::Instance().Change(SystemPath(path), [&](ProfileDocument& document) {
+        return document.Assign(section, key, value);
+    });
 }
 
 }  // namespace platform

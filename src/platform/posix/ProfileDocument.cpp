@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/common/AsciiCase.h"
+
 namespace platform {
 namespace posix {
 
@@ -20,29 +22,6 @@ bool IsBlank(char c)
 bool IsLineBreak(char c)
 {
     return c == '\r' || c == '\n';
-}
-
-char Folded(char c)
-{
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string FoldedText(const std::string& text)
-{
-    std::string folded(text);
-    std::transform(folded.begin(), folded.end(), folded.begin(), Folded);
-    return folded;
-}
-
-bool SameName(const std::string& left, const std::string& right)
-{
-    if (left.size() != right.size())
-        return false;
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        if (Folded(left[i]) != Folded(right[i]))
-            return false;
-    }
-    return true;
 }
 
 std::string WithoutLeadingBlanks(const std::string& text)
@@ -122,6 +101,21 @@ ProfileEntry ReadEntry(const Line& line, std::size_t& rawNameLength)
     return entry;
 }
 
+// Whether one key, alone in its section, reads back as it was written: no
+// blanks at the ends of the names or the value, no line break, no zero, no
+// brackets or equals sign where a read would take them for something else.
+bool ReadsBack(const std::string& section, const std::string& key, const std::string& value)
+{
+    const ProfileDocument alone =
+        ProfileDocument::Parse("[" + section + "]" + kLineEnd + key + "=" + value + kLineEnd);
+    const std::vector<ProfileSection>& sections = alone.Sections();
+    if (section.empty() || key.empty() || sections.size() != 2 || sections[1].name != section ||
+        sections[1].entries.size() != 1)
+        return false;
+    const ProfileEntry& entry = sections[1].entries[0];
+    return entry.name == key && entry.hasValue && entry.value == value;
+}
+
 }  // namespace
 
 ProfileDocument ProfileDocument::Parse(const std::string& bytes)
@@ -189,7 +183,7 @@ const ProfileEntry* ProfileDocument::Find(const std::string& section, const std:
         return nullptr;
     const std::string wanted = WithoutBlanksAround(key);
     for (const ProfileEntry& entry : found->entries) {
-        if (SameName(entry.name, wanted))
+        if (SameIgnoringAsciiCase(entry.name, wanted))
             return &entry;
     }
     return nullptr;
@@ -202,8 +196,9 @@ bool ProfileDocument::Assign(const std::string& section, const std::string& key,
     if (target == nullptr)
         target = &AppendSection(WithoutLeadingBlanks(section));
     const std::string wanted = WithoutBlanksAround(key);
-    auto entry = std::find_if(target->entries.begin(), target->entries.end(),
-                              [&](const ProfileEntry& e) { return SameName(e.name, wanted); });
+    auto entry = std::find_if(
+        target->entries.begin(), target->entries.end(),
+        [&](const ProfileEntry& e) { return SameIgnoringAsciiCase(e.name, wanted); });
     if (entry == target->entries.end()) {
         target->entries.push_back(ProfileEntry{WithoutLeadingBlanks(key), "", false});
         entry = target->entries.end() - 1;
@@ -213,6 +208,7 @@ bool ProfileDocument::Assign(const std::string& section, const std::string& key,
         return false;
     entry->value = newValue;
     entry->hasValue = true;
+    readsBack_ = readsBack_ && ReadsBack(target->name, entry->name, newValue);
     return true;
 }
 
@@ -230,7 +226,7 @@ const ProfileSection* ProfileDocument::FindSection(const std::string& name) cons
 
 std::size_t ProfileDocument::SectionPosition(const std::string& name) const
 {
-    const auto found = firstSectionByName_.find(FoldedText(WithoutBlanksAround(name)));
+    const auto found = firstSectionByName_.find(FoldedAsciiText(WithoutBlanksAround(name)));
     return found == firstSectionByName_.end() ? kNoSection : found->second;
 }
 
@@ -245,7 +241,7 @@ void ProfileDocument::IndexSection(std::size_t position)
 {
     // A new section may keep blanks behind its name until the file is read
     // again; it is found by its name without them, as a fresh read would.
-    firstSectionByName_.emplace(FoldedText(WithoutBlanksAround(sections_[position].name)),
+    firstSectionByName_.emplace(FoldedAsciiText(WithoutBlanksAround(sections_[position].name)),
                                 position);
 }
 

@@ -49,6 +49,11 @@ public:
 
     const std::vector<ProfileSection>& Sections() const { return sections_; }
 
+    // Whether the document is what a fresh read of its own bytes would give:
+    // true after Parse, and after every Assign whose section, key and value
+    // read back as they stand. Otherwise only a read of the bytes tells.
+    bool ReadsBackAsItIs() const { return readsBack_; }
+
 private:
     static constexpr std::size_t kNoSection = static_cast<std::size_t>(-1);
 
@@ -59,6 +64,7 @@ private:
     void IndexSection(std::size_t position);
 
     bool utf8Marker_ = false;
+    bool readsBack_ = true;
     std::vector<ProfileSection> sections_;
     // Folded name -> position of the first section of that name.
     std::unordered_map<std::string, std::size_t> firstSectionByName_;

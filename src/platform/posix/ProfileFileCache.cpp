@@ -1,11 +1,16 @@
 #include "platform/posix/ProfileFileCache.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
+#include <cstdint>
 #include <utility>
+
+#include "platform/FileSystem.h"
+#include "platform/posix/PosixFiles.h"
+#include "platform/posix/ProfileJournal.h"
 
 namespace platform {
 namespace posix {
@@ -14,8 +19,6 @@ namespace {
 
 // A file that changes while it is read is read again, this many times at most.
 constexpr int kReadAttempts = 3;
-// Names tried for the temporary file before a write gives up.
-constexpr int kTemporaryNameAttempts = 100;
 
 std::string FolderOf(const std::string& systemPath)
 {
@@ -48,50 +51,68 @@ bool ReadWhole(int fd, std::string& bytes)
     }
 }
 
-bool WriteWhole(int fd, const std::string& bytes)
+// A file system that offers no flock leaves the file unguarded, as before.
+bool Lock(int fd, int operation)
 {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t count = write(fd, bytes.data() + done, bytes.size() - done);
-        if (count < 0) {
-            if (errno == EINTR)
-                continue;
+    int locked;
+    do {
+        locked = flock(fd, operation);
+    } while (locked != 0 && errno == EINTR);
+    return locked == 0 || errno == ENOLCK || errno == EOPNOTSUPP;
+}
+
+// The file's bytes under a shared lock, and its identity as read.
+bool ReadLocked(const std::string& systemPath, std::string& bytes, FileIdentity& identity)
+{
+    for (int attempt = 0; attempt < kReadAttempts; ++attempt) {
+        const int fd = open(systemPath.c_str(), O_RDONLY | O_CLOEXEC);
+        if (fd < 0)
             return false;
-        }
-        done += static_cast<std::size_t>(count);
+        struct stat before, after;
+        const bool read = Lock(fd, LOCK_SH) && fstat(fd, &before) == 0 && S_ISREG(before.st_mode) &&
+                          ReadWhole(fd, bytes) && fstat(fd, &after) == 0;
+        close(fd);
+        if (!read)
+            return false;
+        identity = FileIdentity::Of(after);
+        if (FileIdentity::Of(before) == identity)
+            return true;
     }
+    // Changed under every read, by a writer that doesn't lock: this parse is
+    // used once and not trusted later, so the next call reads the file again.
+    identity = FileIdentity();
     return true;
 }
 
-// A new, empty file in the folder of `systemPath`, under a name that no
-// other writer uses.
-int CreateTemporaryBeside(const std::string& systemPath, std::string& temporaryPath)
+// A new file that appears whole or not at all: the bytes go into an unnamed
+// file in the folder, which then gets the name. False where the system
+// offers no unnamed files, or when the name was taken meanwhile; nothing is
+// left behind either way.
+bool CreateWhole(const std::string& systemPath, const std::string& bytes, FileIdentity& identity)
 {
-    static std::atomic<unsigned> counter{0};
-    const std::string prefix = FolderOf(systemPath) + "/.profile-" + std::to_string(getpid()) + "-";
-    for (int attempt = 0; attempt < kTemporaryNameAttempts; ++attempt) {
-        temporaryPath = prefix + std::to_string(counter++) + ".tmp";
-        const int fd = open(temporaryPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd >= 0 || errno != EEXIST)
-            return fd;
-    }
-    return -1;
+    const int fd = open(FolderOf(systemPath).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+    if (fd < 0)
+        return false;
+    const std::string unnamed = "/proc/self/fd/" + std::to_string(fd);
+    struct stat status;
+    const bool made = WriteAt(fd, bytes, 0) && fstat(fd, &status) == 0 &&
+                      linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, systemPath.c_str(),
+                             AT_SYMLINK_FOLLOW) == 0;
+    close(fd);
+    if (made)
+        identity = FileIdentity::Of(status);
+    return made;
 }
 
-// The replacement keeps the old file's permissions and, where this process
-// may set it, its owner.
-void TakeOverAttributes(int fd, const std::string& systemPath)
+bool NothingToChange(ProfileDocument&)
 {
-    struct stat existing;
-    if (stat(systemPath.c_str(), &existing) != 0 || !S_ISREG(existing.st_mode))
-        return;
-    if (fchmod(fd, existing.st_mode & 07777) != 0)
-        return;
-    if (existing.st_uid != geteuid() || existing.st_gid != getegid()) {
-        if (fchown(fd, existing.st_uid, existing.st_gid) != 0) {
-            // Not permitted: the file now belongs to this process's user.
-        }
-    }
+    return false;
+}
+
+// The document as a fresh read of the bytes written from it gives it.
+ProfileDocument ReadBack(ProfileDocument document, const std::string& bytes)
+{
+    return document.ReadsBackAsItIs() ? std::move(document) : ProfileDocument::Parse(bytes);
 }
 
 }  // namespace
@@ -145,34 +166,87 @@ ProfileOpenResult ProfileFileCache::Open(const std::string& systemPath,
     return Load(systemPath, document);
 }
 
-ProfileOpenResult ProfileFileCache::OpenForWriting(const std::string& systemPath,
-                                                   const ProfileDocument*& document)
+bool ProfileFileCache::Change(const std::string& systemPath, const DocumentChange& change)
 {
-    const ProfileOpenResult result = Open(systemPath, document);
-    if (result == ProfileOpenResult::Opened && access(systemPath.c_str(), W_OK) != 0) {
-        document = nullptr;
-        return ProfileOpenResult::Failed;
-    }
-    return result;
+    struct stat status;
+    if (stat(systemPath.c_str(), &status) == 0)
+        return ChangeAt(systemPath, O_RDWR, change);
+    if (errno == ENOENT && FolderExists(FolderOf(systemPath)))
+        return ChangeMissingFile(systemPath, change);
+    Forget(systemPath);
+    return false;
 }
 
-bool ProfileFileCache::Replace(const std::string& systemPath, const std::string& bytes)
+void ProfileFileCache::ForgetAll()
 {
-    std::string temporaryPath;
-    const int fd = CreateTemporaryBeside(systemPath, temporaryPath);
-    if (fd < 0)
-        return false;
-    TakeOverAttributes(fd, systemPath);
-    struct stat written;
-    bool complete = WriteWhole(fd, bytes) && fdatasync(fd) == 0 && fstat(fd, &written) == 0;
-    if (close(fd) != 0)
-        complete = false;
-    if (!complete || rename(temporaryPath.c_str(), systemPath.c_str()) != 0) {
-        unlink(temporaryPath.c_str());
-        Forget(systemPath);
-        return false;
+    entries_.clear();
+}
+
+// Made whole where the system allows it; elsewhere, or when another writer
+// made it meanwhile, it is opened (made empty if need be) and changed in place.
+bool ProfileFileCache::ChangeMissingFile(const std::string& systemPath, const DocumentChange& change)
+{
+    ProfileDocument document;
+    if (!change(document))
+        return true;
+    const std::string bytes = document.Serialize();
+    FileIdentity identity;
+    if (CreateWhole(systemPath, bytes, identity)) {
+        Remember(systemPath, identity, ReadBack(std::move(document), bytes), true);
+        return true;
     }
-    Remember(systemPath, FileIdentity::Of(written), ProfileDocument::Parse(bytes));
+    return ChangeAt(systemPath, O_RDWR | O_CREAT, change);
+}
+
+bool ProfileFileCache::ChangeAt(const std::string& systemPath, int openFlags,
+                                const DocumentChange& change)
+{
+    const int fd = open(systemPath.c_str(), openFlags | O_CLOEXEC, 0666);
+    const bool changed = fd >= 0 && ChangeOpenFile(fd, systemPath, change);
+    if (fd >= 0)
+        close(fd);
+    if (!changed)
+        Forget(systemPath);
+    return changed;
+}
+
+// Under the file's exclusive lock: the document as the file holds it now (the
+// parsed copy if the file is still the one it was made from, else the file's
+// bytes, after finishing the work of a writer that died), the change, and the
+// write in place.
+bool ProfileFileCache::ChangeOpenFile(int fd, const std::string& systemPath,
+                                      const DocumentChange& change)
+{
+    struct stat status;
+    if (!Lock(fd, LOCK_EX) || fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) ||
+        (AttributesOf(systemPath, status) & kAttributeReadOnly) != 0)
+        return false;
+    ProfileDocument document;
+    std::uint64_t size = static_cast<std::uint64_t>(status.st_size);
+    Entry* cached = Cached(systemPath);
+    if (cached != nullptr && cached->whole && cached->identity == FileIdentity::Of(status)) {
+        // Taken, not copied: a change that fails forgets the file anyway.
+        document = std::move(cached->document);
+        cached->identity = FileIdentity();
+    } else {
+        std::string bytes;
+        if (!ReadWhole(fd, bytes))
+            return false;
+        const JournalView view = ViewOf(bytes);
+        if (view.interrupted && !Repair(fd, view))
+            return false;
+        document = ProfileDocument::Parse(view.content);
+        size = view.content.size();
+    }
+    if (change(document)) {
+        const std::string bytes = document.Serialize();
+        if (!WriteThroughJournal(fd, size, bytes))
+            return false;
+        document = ReadBack(std::move(document), bytes);
+    }
+    if (fstat(fd, &status) != 0)
+        return false;
+    Remember(systemPath, FileIdentity::Of(status), std::move(document), true);
     return true;
 }
 
@@ -189,17 +263,18 @@ ProfileFileCache::Entry* ProfileFileCache::Cached(const std::string& systemPath)
 
 ProfileFileCache::Entry& ProfileFileCache::Remember(const std::string& systemPath,
                                                     const FileIdentity& identity,
-                                                    ProfileDocument document)
+                                                    ProfileDocument document, bool whole)
 {
     Entry* entry = Cached(systemPath);
     if (entry == nullptr) {
-        entries_.push_front(Entry{systemPath, identity, ProfileDocument()});
+        entries_.push_front(Entry{systemPath, identity, ProfileDocument(), whole});
         entry = &entries_.front();
         if (entries_.size() > kCapacity)
             entries_.pop_back();
     }
     entry->identity = identity;
     entry->document = std::move(document);
+    entry->whole = whole;
     return *entry;
 }
 
@@ -208,33 +283,25 @@ void ProfileFileCache::Forget(const std::string& systemPath)
     entries_.remove_if([&](const Entry& entry) { return entry.systemPath == systemPath; });
 }
 
+// A file that a writer left unfinished is finished here where this process
+// may write it; otherwise its journal is only read.
 ProfileOpenResult ProfileFileCache::Load(const std::string& systemPath,
                                          const ProfileDocument*& document)
 {
     std::string bytes;
     FileIdentity identity;
-    for (int attempt = 0; attempt < kReadAttempts; ++attempt) {
-        const int fd = open(systemPath.c_str(), O_RDONLY | O_CLOEXEC);
-        if (fd < 0) {
-            Forget(systemPath);
-            return ProfileOpenResult::Failed;
-        }
-        struct stat before, after;
-        const bool read = fstat(fd, &before) == 0 && S_ISREG(before.st_mode) &&
-                          ReadWhole(fd, bytes) && fstat(fd, &after) == 0;
-        close(fd);
-        if (!read) {
-            Forget(systemPath);
-            return ProfileOpenResult::Failed;
-        }
-        identity = FileIdentity::Of(after);
-        if (FileIdentity::Of(before) == identity)
-            break;
-        // Changed while it was read: the parse is used once and not trusted
-        // later, so the next call reads the file again.
-        identity = FileIdentity();
+    if (!ReadLocked(systemPath, bytes, identity)) {
+        Forget(systemPath);
+        return ProfileOpenResult::Failed;
     }
-    document = &Remember(systemPath, identity, ProfileDocument::Parse(bytes)).document;
+    const JournalView view = ViewOf(bytes);
+    if (view.interrupted && !IsReadOnlyFile(systemPath) && Change(systemPath, NothingToChange)) {
+        document = &Cached(systemPath)->document;
+        return ProfileOpenResult::Opened;
+    }
+    document = &Remember(systemPath, identity, ProfileDocument::Parse(view.content),
+                         !view.interrupted)
+                    .document;
     return ProfileOpenResult::Opened;
 }
 

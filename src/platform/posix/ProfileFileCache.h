@@ -1,9 +1,15 @@
 // The profile files of this process, read once and kept parsed. Before every
 // use the file's identity on disk is compared with the one that was read, so
 // that each call still sees the file as it is now, whoever changed it.
-// Writes replace the whole file at once: a temporary file beside it is
-// written in full and then renamed over it, so that the file is always
-// either the old one or the new one, never a torn or empty one.
+//
+// Writes change the file in place, through the journal of ProfileJournal.h,
+// under an exclusive flock of the file, so that two writers never mix their
+// steps; readers hold a shared one while they read. A write in place keeps
+// the file's inode and may keep its size, and the system keeps modification
+// times in coarse steps: another process's write within one step can't be
+// told from the identity. Every call of the system that may meet another
+// process's writes holds the store's lock, and taking that lock drops all
+// parsed copies (ForgetAll).
 #pragma once
 
 #include <sys/stat.h>
@@ -11,6 +17,7 @@
 
 #include <cstddef>
 #include <ctime>
+#include <functional>
 #include <list>
 #include <memory>
 #include <string>
@@ -40,31 +47,42 @@ enum class ProfileOpenResult {
 
 class ProfileFileCache {
 public:
+    // Changes a document; false when there is nothing to write.
+    using DocumentChange = std::function<bool(ProfileDocument&)>;
+
     static ProfileFileCache& Instance();
 
-    // The parsed file at `systemPath`, as it is on disk now. With NotFound
-    // the document is empty; with Failed it is null.
+    // The parsed file at `systemPath`, as it stands for now: a file that a
+    // writer left unfinished is read as the content that its journal gives,
+    // and finished first where this process may write it. With NotFound the
+    // document is empty; with Failed it is null.
     ProfileOpenResult Open(const std::string& systemPath, const ProfileDocument*& document);
 
-    // As Open, and the file must also be writable by this process, as the
-    // Windows calls open it for reading and writing before they change it.
-    ProfileOpenResult OpenForWriting(const std::string& systemPath,
-                                     const ProfileDocument*& document);
+    // Applies `change` to the file's document and writes the result in place;
+    // a missing file in an existing folder is made. The Windows calls open the
+    // file for reading and writing first, which a folder, a file without
+    // access and a file whose attribute is read-only refuse, to every user:
+    // false then, and false when a step of the write fails, with the file
+    // standing for its old content.
+    bool Change(const std::string& systemPath, const DocumentChange& change);
 
-    // Replaces the file's content by `bytes`. False, with the file as it was,
-    // when any step fails.
-    bool Replace(const std::string& systemPath, const std::string& bytes);
+    // Drops every parsed copy, so that each file is read again.
+    void ForgetAll();
 
 private:
     struct Entry {
         std::string systemPath;
         FileIdentity identity;
         ProfileDocument document;
+        bool whole = false;  // the file holds no journal: its bytes are the document's
     };
 
+    bool ChangeMissingFile(const std::string& systemPath, const DocumentChange& change);
+    bool ChangeAt(const std::string& systemPath, int openFlags, const DocumentChange& change);
+    bool ChangeOpenFile(int fd, const std::string& systemPath, const DocumentChange& change);
     Entry* Cached(const std::string& systemPath);
     Entry& Remember(const std::string& systemPath, const FileIdentity& identity,
-                    ProfileDocument document);
+                    ProfileDocument document, bool whole);
     void Forget(const std::string& systemPath);
     ProfileOpenResult Load(const std::string& systemPath, const ProfileDocument*& document);
 

@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <sys/types.h>
 
+#include <fstream>
 #include <vector>
 
 namespace platform {
@@ -55,6 +56,17 @@ PathStatus StatPath(const std::string& path)
     result.regularFile = (status.st_mode & _S_IFREG) != 0;
     result.directory = (status.st_mode & _S_IFDIR) != 0;
     return result;
+}
+
+// The system refuses a read-only file by itself.
+bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode)
+{
+    return buffer.open(path, mode) != nullptr;
+}
+
+std::FILE* OpenRuntimeFile(const std::string& path, const char* mode)
+{
+    return std::fopen(path.c_str(), mode);
 }
 
 bool CreateFolder(const std::string& path)

@@ -4,8 +4,10 @@
 
 #include <string>
 
+#include "platform/FileSystem.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
+#include "support/WineHost.h"
 #include "unit/history/StoreText.h"
 
 namespace {
@@ -23,6 +25,19 @@ std::string Outside(const TestMachine& machine, const std::string& relative, con
     MakeFolders(path.substr(0, path.rfind('\\')));
     WriteWholeFile(path, content);
     return path;
+}
+
+// An event EVT of copy COPY_A whose log, holding "log text", lies outside the
+// store; its folder is made as `eventFolder` spells it below the history
+// folder. Returns the log's path.
+std::string LayDownEventWithOutsideLog(const TestMachine& machine, const std::string& eventFolder)
+{
+    const std::string history = machine.MakeHistoryFolder();
+    MakeFolders(history + "\\" + eventFolder);
+    const std::string source = Outside(machine, "setup.log", "log text");
+    WriteWholeFile(IniPathIn(history),
+                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    return source;
 }
 
 }  // namespace
@@ -46,11 +61,8 @@ TEST(FileNameOf, OnlyTheBackslashSeparates)
 TEST(Staging, LogOutsideTheStoreIsCopiedIntoTheEventFolderAndTheKeyNamesTheCopy)
 {
     TestMachine machine;
-    const std::string history = machine.MakeHistoryFolder();
-    MakeFolders(history + "\\COPY_A\\EVT");
-    const std::string source = Outside(machine, "setup.log", "log text");
-    WriteWholeFile(IniPathIn(history),
-                   IniText({"[EVT]", "Copy_Name=COPY_A", "Log_File_Name=" + source}));
+    const std::string source = LayDownEventWithOutsideLog(machine, "COPY_A\\EVT");
+    const std::string history = machine.HistoryFolder();
 
     CInstallEvent("EVT").StageFiles();
 
@@ -59,6 +71,51 @@ TEST(Staging, LogOutsideTheStoreIsCopiedIntoTheEventFolderAndTheKeyNamesTheCopy)
     EXPECT_EQ(ReadWholeFile(source), "log text");
     EXPECT_EQ(CInstallEvent("EVT").GetLogFileName(), target);
     EXPECT_EQ(FolderNames(history + "\\COPY_A\\EVT"), Lines{"setup.log"});
+}
+
+TEST(Staging, ACopyFolderOfAnotherCaseThanTheCopyNameTakesTheCopy)
+{
+    TestMachine machine;
+    LayDownEventWithOutsideLog(machine, "Copy_A\\Evt");
+    const std::string history = machine.HistoryFolder();
+
+    CInstallEvent("EVT").StageFiles();
+
+    EXPECT_EQ(CInstallEvent("EVT").GetLogFileName(), history + "\\COPY_A\\EVT\\setup.log");
+    EXPECT_EQ(FolderNames(history), (Lines{"Copy_A", "History.ini"}));
+    EXPECT_EQ(FolderNames(history + "\\Copy_A"), Lines{"Evt"});
+    EXPECT_EQ(ReadWholeFile(history + "\\Copy_A\\Evt\\setup.log"), "log text");
+}
+
+TEST(Staging, AReadOnlyLogIsStagedAndItsCopyIsReadOnlyToo)
+{
+    TestMachine machine;
+    const std::string source = LayDownEventWithOutsideLog(machine, "COPY_A\\EVT");
+    const std::string history = machine.HistoryFolder();
+    const std::string target = history + "\\COPY_A\\EVT\\setup.log";
+    {
+        const ReadOnlyWhileAlive readOnly(source);
+        CInstallEvent("EVT").StageFiles();
+    }
+    EXPECT_EQ(ReadWholeFile(target), "log text");
+    EXPECT_NE(platform::GetFileAttributes(target) & platform::kAttributeReadOnly, 0u);
+    SetWritable(target, true);
+    EXPECT_EQ(CInstallEvent("EVT").GetLogFileName(), target);
+}
+
+TEST(Staging, WithAReadOnlyHistoryIniTheFilesAreCopiedAndTheKeysKeepTheirPaths)
+{
+    if (WineWritesReadOnlyFiles())
+        GTEST_SKIP() << kWineWritesReadOnlyFiles;
+    TestMachine machine;
+    const std::string source = LayDownEventWithOutsideLog(machine, "COPY_A\\EVT");
+    const std::string history = machine.HistoryFolder();
+    {
+        const ReadOnlyWhileAlive readOnly(IniPathIn(history));
+        CInstallEvent("EVT").StageFiles();
+    }
+    EXPECT_EQ(ReadWholeFile(history + "\\COPY_A\\EVT\\setup.log"), "log text");
+    EXPECT_EQ(CInstallEvent("EVT").GetLogFileName(), source);
 }
 
 TEST(Staging, AllThreeFilesAreStagedEachUnderItsOwnName)

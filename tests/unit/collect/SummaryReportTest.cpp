@@ -6,6 +6,7 @@
 
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
+#include "support/WineHost.h"
 #include "unit/collect/GoldenReports.h"
 #include "unit/history/StoreText.h"
 
@@ -105,6 +106,25 @@ TEST(SummaryReport, StagedLogIsCopiedAndTheSourceStays)
     EXPECT_TRUE(WriteSummary());
     EXPECT_EQ(ReadWholeFile(history + "\\COPY_A\\EVT_A1\\setup.log"), "the installer's log");
     EXPECT_EQ(ReadWholeFile(machine.Root() + "\\outside\\setup.log"), "the installer's log");
+}
+
+TEST(SummaryReport, ReadOnlyReportsAreLeftAsTheyAreWhileTheLogIsStillStaged)
+{
+    if (WineWritesReadOnlyFiles())
+        GTEST_SKIP() << kWineWritesReadOnlyFiles;
+    TestMachine machine;
+    const std::string history = LayDownThreeEventsOfTwoCopies(machine);
+    WriteWholeFile(history + "\\Summary.txt", "earlier overall report");
+    WriteWholeFile(history + "\\COPY_A\\Summary.txt", "earlier copy report");
+    {
+        const ReadOnlyWhileAlive overall(history + "\\Summary.txt");
+        const ReadOnlyWhileAlive copy(history + "\\COPY_A\\Summary.txt");
+        EXPECT_TRUE(WriteSummary());
+    }
+    EXPECT_EQ(ReadWholeFile(history + "\\Summary.txt"), "earlier overall report");
+    EXPECT_EQ(ReadWholeFile(history + "\\COPY_A\\Summary.txt"), "earlier copy report");
+    EXPECT_EQ(ReadWholeFile(history + "\\COPY_A\\EVT_A1\\setup.log"), "the installer's log");
+    EXPECT_NE(ReadWholeFile(history + "\\COPY_B\\Summary.txt"), "");
 }
 
 TEST(SummaryReport, EarlierReportsAreReplaced)

@@ -1,13 +1,18 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "history/CHistoryStore.h"
+#include "platform/StoreLock.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
+#include "support/WineHost.h"
 #include "unit/front/ConsoleCapture.h"
 #include "unit/zip/ZipTestReader.h"
 #include "unit/zip/ZipTestSupport.h"
@@ -106,6 +111,47 @@ TEST_F(CHistoryStoreCollect, CollectingPacksTheStoreAndTellsTheNameAsGiven)
     const ZipTestArchive archive = Kept(zipPath);
     EXPECT_NE(archive.Find("Copy1\\E1\\ZORInstallEvent.Log"), nullptr);
     EXPECT_FALSE(PathExists(zipPath + ".zip"));
+}
+
+TEST_F(CHistoryStoreCollect, CollectingWaitsWhileARecorderCallHoldsTheStore)
+{
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    std::atomic<bool> collected{false};
+    std::thread run;
+    ConsoleCapture console;
+    {
+        const platform::StoreLock held(machine.HistoryFolder());
+        ASSERT_TRUE(held.Held());
+        run = std::thread([&] {
+            CHistoryStore store;
+            collected = store.CollectHistory(zipPath);
+        });
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        EXPECT_FALSE(collected);
+        EXPECT_FALSE(PathExists(zipPath));
+    }
+    run.join();
+    EXPECT_TRUE(collected);
+    EXPECT_EQ(console.Text(), SuccessLine(zipPath));
+    Kept(zipPath);
+}
+
+TEST_F(CHistoryStoreCollect, CollectingOntoAReadOnlyArchiveFailsAndLeavesIt)
+{
+    if (WineWritesReadOnlyFiles())
+        GTEST_SKIP() << kWineWritesReadOnlyFiles;
+    machine.MakeHistoryFolder();
+    FillStore();
+    const std::string zipPath = machine.Root() + "\\x.zip";
+    WriteWholeFile(zipPath, "an earlier archive");
+    const ReadOnlyWhileAlive readOnly(zipPath);
+    ConsoleCapture console;
+    CHistoryStore store;
+    EXPECT_FALSE(store.CollectHistory(zipPath));
+    EXPECT_EQ(console.Text(), FailureLine(zipPath));
+    EXPECT_EQ(ReadWholeFile(zipPath), "an earlier archive");
 }
 
 TEST_F(CHistoryStoreCollect, AnEmptyHistoryFolderGivesAnArchiveWithoutEntries)

@@ -1,24 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-
 #include "platform/FileSystem.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
-
-namespace fs = std::filesystem;
-
-namespace {
-
-void TakeWriteAway(const std::string& path, bool take)
-{
-    const fs::perms write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    fs::permissions(platform::SystemPath(path), write,
-                    take ? fs::perm_options::remove : fs::perm_options::add);
-}
-
-}  // namespace
 
 TEST(FileAttributes, PlainFileHasArchiveBitAndNoOther)
 {
@@ -51,11 +35,11 @@ TEST(FileAttributes, FileWithoutWriteAccessHasReadOnlyBit)
     TestMachine machine;
     const std::string file = machine.Root() + "\\locked.txt";
     WriteWholeFile(file, "content");
-    TakeWriteAway(file, true);
+    SetWritable(file, false);
 
     const std::uint32_t attributes = platform::GetFileAttributes(file);
 
-    TakeWriteAway(file, false);
+    SetWritable(file, true);
     EXPECT_EQ(0x1u, attributes & 0x1u);
     EXPECT_EQ(0u, attributes & 0x10u);
 }

@@ -11,6 +11,7 @@
 
 #include "history/CIniFile.h"
 #include "platform/FileSystem.h"
+#include "support/WineHost.h"
 #include "unit/profile/ProfileFolder.h"
 
 namespace fs = std::filesystem;
@@ -35,21 +36,6 @@ bool PermissionsBind(const std::string& folder)
         return true;
     fs::remove(platform::SystemPath(probe));
     return false;
-}
-
-// Whether the permissions of a read-only file stop this process from opening
-// it for writing.
-bool FilePermissionsBind(const std::string& path)
-{
-    std::ofstream attempt(platform::SystemPath(path), std::ios::app);
-    return !attempt.is_open();
-}
-
-void SetWritable(const std::string& path, bool writable)
-{
-    const auto write = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
-    fs::permissions(platform::SystemPath(path), write,
-                    writable ? fs::perm_options::add : fs::perm_options::remove);
 }
 
 class ProfileFileChangesTest : public HistoryIniTest {};
@@ -103,32 +89,48 @@ TEST_F(ProfileFileChangesTest, WritesLeaveNoOtherFileBeside)
     EXPECT_EQ(FolderNames(folder.Folder()), (std::vector<std::string>{"History.ini"}));
 }
 
-TEST_F(ProfileFileChangesTest, WriteIntoReadOnlyFolderFailsSilentlyAndLeavesTheOldFile)
+// The file is written in place, as the Windows calls write it: a writable
+// History.ini takes the write whatever its folder allows.
+TEST_F(ProfileFileChangesTest, WritableFileInAReadOnlyFolderIsWrittenInPlace)
 {
     ini.WriteString("History", "Count", "1");
-    SetWritable(folder.Folder(), false);
-    if (!PermissionsBind(folder.Folder())) {
-        SetWritable(folder.Folder(), true);
-        GTEST_SKIP() << "folder permissions don't bind this user; run unprivileged to test this";
+    {
+        const ReadOnlyWhileAlive readOnlyFolder(folder.Folder());
+        EXPECT_TRUE(platform::WriteProfileString("History", "Count", "2", path));
+        EXPECT_TRUE(platform::WriteProfileString("EVT_1", "Result", "ok", path));
+        EXPECT_EQ(ini.GetString("History", "Count", "", 256), "2");
     }
-    EXPECT_EQ(ini.WriteString("History", "Count", "2"), 0);
-    EXPECT_FALSE(platform::WriteProfileString("EVT_1", "Result", "ok", path));
-    EXPECT_EQ(ReadWholeFile(path), "[History]\r\nCount=1\r\n");
-    EXPECT_EQ(ini.GetString("History", "Count", "", 256), "1");
-    SetWritable(folder.Folder(), true);
+    EXPECT_EQ(ReadWholeFile(path), "[History]\r\nCount=2\r\n[EVT_1]\r\nResult=ok\r\n");
     EXPECT_EQ(FolderNames(folder.Folder()), (std::vector<std::string>{"History.ini"}));
 }
 
+// Making a new file is the folder's matter: where its permissions bind the
+// writer, the file isn't made and the write is lost in silence.
+TEST_F(ProfileFileChangesTest, MissingFileInAReadOnlyFolderIsNotMade)
+{
+    const ReadOnlyWhileAlive readOnlyFolder(folder.Folder());
+    if (!PermissionsBind(folder.Folder()))
+        GTEST_SKIP() << "folder permissions don't bind this user; run unprivileged to test this";
+    EXPECT_EQ(ini.WriteString("History", "Count", "1"), 0);
+    EXPECT_FALSE(platform::WriteProfileString("EVT_1", "Result", "ok", path));
+    EXPECT_EQ(ini.GetString("History", "Count", "none", 256), "none");
+    EXPECT_TRUE(FolderNames(folder.Folder()).empty());
+}
+
+// The read-only attribute refuses the write to every user, root and
+// administrators included.
 TEST_F(ProfileFileChangesTest, WriteToReadOnlyFileFailsSilentlyAndLeavesIt)
 {
+    if (WineWritesReadOnlyFiles())
+        GTEST_SKIP() << kWineWritesReadOnlyFiles;
     ini.WriteString("History", "Count", "1");
-    SetWritable(path, false);
-    if (!FilePermissionsBind(path)) {
-        SetWritable(path, true);
-        GTEST_SKIP() << "file permissions don't bind this user; run unprivileged to test this";
+    {
+        const ReadOnlyWhileAlive readOnly(path);
+        EXPECT_FALSE(platform::WriteProfileString("History", "Count", "2", path));
+        EXPECT_EQ(ini.WriteString("History", "Count", "3"), 0);
+        EXPECT_FALSE(platform::WriteProfileString("EVT_1", "Result", "ok", path));
+        EXPECT_EQ(ReadWholeFile(path), "[History]\r\nCount=1\r\n");
+        EXPECT_EQ(ini.GetString("History", "Count", "", 256), "1");
     }
-    EXPECT_FALSE(platform::WriteProfileString("History", "Count", "2", path));
-    EXPECT_EQ(ini.WriteString("History", "Count", "3"), 0);
-    EXPECT_EQ(ReadWholeFile(path), "[History]\r\nCount=1\r\n");
-    SetWritable(path, true);
+    EXPECT_EQ(FolderNames(folder.Folder()), (std::vector<std::string>{"History.ini"}));
 }

@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "platform/FileSystem.h"
 #include "unit/zip/ZipperFixture.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -147,13 +144,11 @@ TEST_F(CZipperAddFile, AFileOfManyBlocksIsCopiedWhole)
 TEST_F(CZipperAddFile, TheReadOnlyBitIsClearedFromTheStoredAttributes)
 {
     const std::string path = PutFile("store\\locked.txt", "abc");
-    fs::permissions(platform::SystemPath(path), fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write,
-                    fs::perm_options::remove);
+    const ReadOnlyWhileAlive readOnly(path);
     ASSERT_TRUE(zipper.AddFile(path.c_str(), false));
     const ZipTestArchive archive = CloseAndRead();
     ASSERT_EQ(archive.Names(), Names{"locked.txt"});
     EXPECT_EQ(archive.entries[0].externalAttributes, platform::kAttributeArchive);
-    fs::permissions(platform::SystemPath(path), fs::perms::owner_write, fs::perm_options::add);
 }
 
 TEST_F(CZipperAddFile, TheAttributesAreThoseOfThePathAsGivenNotAsResolved)

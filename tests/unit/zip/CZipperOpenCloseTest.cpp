@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/FileSystem.h"
+#include "support/WineHost.h"
 #include "unit/zip/ZipperFixture.h"
 
 namespace fs = std::filesystem;
@@ -97,6 +98,21 @@ TEST_F(CZipperOpenClose, OpenReplacesAFileThatIsNoArchive)
     ASSERT_TRUE(zipper.AddBuffer("new", 3, "new.txt"));
     ASSERT_TRUE(zipper.Close());
     EXPECT_EQ(Kept(zipPath).Names(), Names{"new.txt"});
+}
+
+// The system refuses to write a file whose attribute is read-only, to every
+// user: such an archive is neither replaced nor extended.
+TEST_F(CZipperOpenClose, AReadOnlyArchiveIsNeitherReplacedNorExtended)
+{
+    if (WineWritesReadOnlyFiles())
+        GTEST_SKIP() << kWineWritesReadOnlyFiles;
+    const std::string zipPath = PutFile("x.zip", "an earlier archive");
+    const ReadOnlyWhileAlive readOnly(zipPath);
+    CZipper zipper(nullptr, nullptr, false);
+    EXPECT_FALSE(zipper.Open(zipPath.c_str(), machine.Root().c_str(), false));
+    EXPECT_FALSE(zipper.Open(zipPath.c_str(), machine.Root().c_str(), true));
+    EXPECT_FALSE(zipper.AddBuffer("new", 3, "new.txt"));
+    EXPECT_EQ(ReadWholeFile(zipPath), "an earlier archive");
 }
 
 TEST_F(CZipperOpenClose, OpenWithAppendAddsToAnExistingArchive)
