@@ -52,16 +52,17 @@ class Env:
         self.work.mkdir(parents=True, exist_ok=True)
 
     # -- running ---------------------------------------------------------
-    def run(self, program, *args, cwd=None):
+    def run(self, program, *args, cwd=None, timeout=300):
         """Runs bin_dir/program with args; returns (exit code, stdout text)."""
-        code, out, _ = self.run_full(program, *args, cwd=cwd)
+        code, out, _ = self.run_full(program, *args, cwd=cwd, timeout=timeout)
         return code, out
 
-    def run_full(self, program, *args, cwd=None):
-        """Runs bin_dir/program with args; returns (exit code, stdout text, stderr text)."""
+    def run_full(self, program, *args, cwd=None, timeout=300):
+        """Runs bin_dir/program with args; returns (exit code, stdout text, stderr text).
+        A program still running after `timeout` seconds fails the test."""
         exe = str(self.bin_dir / (program + self.suffix))
         result = subprocess.run(self.runner + [exe, *args], cwd=cwd or self.work,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=300)
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=timeout)
         return result.returncode, result.stdout.decode("latin-1"), result.stderr.decode("latin-1")
 
     @property
