@@ -56,20 +56,22 @@ class Env:
         self.work.mkdir(parents=True, exist_ok=True)
 
     # -- running ---------------------------------------------------------
-    def run(self, program, *args, cwd=None):
+    def run(self, program, *args, cwd=None, timeout=300):
         """Runs bin_dir/program with args; returns (exit code, stdout text)."""
-        code, out, _ = self.run_full(program, *args, cwd=cwd)
+        code, out, _ = self.run_full(program, *args, cwd=cwd, timeout=timeout)
         return code, out
 
-    def run_full(self, program, *args, cwd=None, file_size_limit=None, environment=None):
+    def run_full(self, program, *args, cwd=None, timeout=300, file_size_limit=None,
+                 environment=None):
         """Runs bin_dir/program with args; returns (exit code, stdout text, stderr text).
-        With file_size_limit no file may grow past that many bytes: a write past it
+        A program still running after `timeout` seconds fails the test. With
+        file_size_limit no file may grow past that many bytes: a write past it
         fails as on a full disk (EFBIG), instead of stopping the process.
         `environment` adds variables to the program's environment."""
         exe = str(self.bin_dir / (program + self.suffix))
         result = subprocess.run(self.runner + [exe, *args], cwd=cwd or self.work,
                                 env=dict(os.environ, **(environment or {})),
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=600,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=timeout,
                                 preexec_fn=None if file_size_limit is None
                                 else lambda: limit_file_size(file_size_limit))
         return result.returncode, result.stdout.decode("latin-1"), result.stderr.decode("latin-1")

@@ -210,10 +210,8 @@ bool ProfileFileCache::ChangeAt(const std::string& systemPath, int openFlags,
     return changed;
 }
 
-// Under the file's exclusive lock: the document as the file holds it now (the
-// parsed copy if the file is still the one it was made from, else the file's
-// bytes, after finishing the work of a writer that died), the change, and the
-// write in place.
+// Under the file's exclusive lock: the document as the file holds it now, the
+// change, and the write in place.
 bool ProfileFileCache::ChangeOpenFile(int fd, const std::string& systemPath,
                                       const DocumentChange& change)
 {
@@ -222,22 +220,9 @@ bool ProfileFileCache::ChangeOpenFile(int fd, const std::string& systemPath,
         (AttributesOf(systemPath, status) & kAttributeReadOnly) != 0)
         return false;
     ProfileDocument document;
-    std::uint64_t size = static_cast<std::uint64_t>(status.st_size);
-    Entry* cached = Cached(systemPath);
-    if (cached != nullptr && cached->whole && cached->identity == FileIdentity::Of(status)) {
-        // Taken, not copied: a change that fails forgets the file anyway.
-        document = std::move(cached->document);
-        cached->identity = FileIdentity();
-    } else {
-        std::string bytes;
-        if (!ReadWhole(fd, bytes))
-            return false;
-        const JournalView view = ViewOf(bytes);
-        if (view.interrupted && !Repair(fd, view))
-            return false;
-        document = ProfileDocument::Parse(view.content);
-        size = view.content.size();
-    }
+    std::uint64_t size = 0;
+    if (!TakeDocument(fd, systemPath, status, document, size))
+        return false;
     if (change(document)) {
         const std::string bytes = document.Serialize();
         if (!WriteThroughJournal(fd, size, bytes))
@@ -247,6 +232,32 @@ bool ProfileFileCache::ChangeOpenFile(int fd, const std::string& systemPath,
     if (fstat(fd, &status) != 0)
         return false;
     Remember(systemPath, FileIdentity::Of(status), std::move(document), true);
+    return true;
+}
+
+// The parsed copy if the file is still the one it was made from: taken, not
+// copied, since a change that fails forgets the file anyway. Otherwise the
+// file's bytes, once the work of a writer that died is finished. `size` is
+// the file's size without any journal.
+bool ProfileFileCache::TakeDocument(int fd, const std::string& systemPath,
+                                    const struct stat& status, ProfileDocument& document,
+                                    std::uint64_t& size)
+{
+    Entry* cached = Cached(systemPath);
+    if (cached != nullptr && cached->whole && cached->identity == FileIdentity::Of(status)) {
+        document = std::move(cached->document);
+        cached->identity = FileIdentity();
+        size = static_cast<std::uint64_t>(status.st_size);
+        return true;
+    }
+    std::string bytes;
+    if (!ReadWhole(fd, bytes))
+        return false;
+    const JournalView view = ViewOf(bytes);
+    if (view.interrupted && !Repair(fd, view))
+        return false;
+    document = ProfileDocument::Parse(view.content);
+    size = view.content.size();
     return true;
 }
 

@@ -16,6 +16,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <ctime>
 #include <functional>
 #include <list>
@@ -80,6 +81,8 @@ private:
     bool ChangeMissingFile(const std::string& systemPath, const DocumentChange& change);
     bool ChangeAt(const std::string& systemPath, int openFlags, const DocumentChange& change);
     bool ChangeOpenFile(int fd, const std::string& systemPath, const DocumentChange& change);
+    bool TakeDocument(int fd, const std::string& systemPath, const struct stat& status,
+                      ProfileDocument& document, std::uint64_t& size);
     Entry* Cached(const std::string& systemPath);
     Entry& Remember(const std::string& systemPath, const FileIdentity& identity,
                     ProfileDocument document, bool whole);
