@@ -200,7 +200,7 @@ def test_event_ids_with_separators_and_control_characters(env):
     # An EventID is a path below the history folder, as it stands: ".." puts
     # the event's log beside the history folder, as the Windows calls do.
     try:
-        check_event_ids(env, ["a\\b", "c/d", "..", "..\\..\\up", "e:f", "tab\tid", "bell\x07id"])
+        check_event_ids(env, ["a\\b", "c/d", "..", "..\\..\\up", "e:f", "tab\tid", "bell\x07id", "line\nend"])
         assert (env.store.parent / "ZORInstallEvent.Log").is_file(), "no log for the EventID .."
     finally:
         shutil.rmtree(env.appdata / "up", ignore_errors=True)
