@@ -97,6 +97,17 @@ def limit_file_size(limit):
     signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
 
 
+def profile_bytes(sections):
+    """A file in the private-profile format: for each (name, keys) a [name] line
+    and key=value lines, CR LF; keys are (key, value) pairs or a dict."""
+    lines = []
+    for name, keys in sections:
+        lines.append(f"[{name}]")
+        pairs = keys.items() if isinstance(keys, dict) else keys
+        lines.extend(f"{key}={value}" for key, value in pairs)
+    return "".join(line + "\r\n" for line in lines).encode("latin-1")
+
+
 def check_archive(path):
     """Checks an archive with Python's zipfile and unzip -t; returns its ZipInfo list."""
     with zipfile.ZipFile(path) as z:

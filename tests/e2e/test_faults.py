@@ -10,7 +10,7 @@ import random
 import shutil
 import time
 
-from e2e_support import check_archive, expect_equal, main
+from e2e_support import check_archive, expect_equal, main, profile_bytes
 
 SUCCESS = "The file '{}' is created successfully"
 FAILURE = " Failed to create file '{}'"
@@ -30,14 +30,6 @@ def expect_kept(before, after, what):
         assert after[name] == data, f"{what}: {name} changed"
 
 
-def ini_text(sections):
-    lines = []
-    for name, keys in sections:
-        lines.append(f"[{name}]")
-        lines.extend(f"{key}={value}" for key, value in keys)
-    return "".join(line + "\r\n" for line in lines).encode("latin-1")
-
-
 def finished_event(number, copy="C1"):
     name = f"EVT_{number}"
     return name, [("Event_ID", name), ("Start_Time", "20250101 10:00:00"),
@@ -54,7 +46,7 @@ def lay_down(env, events=1, log_bytes=b"the event log\r\n"):
         folder = env.store / "C1" / name
         folder.mkdir(parents=True, exist_ok=True)
         (folder / "ZORInstallEvent.Log").write_bytes(log_bytes)
-    (env.store / "History.ini").write_bytes(ini_text(sections))
+    (env.store / "History.ini").write_bytes(profile_bytes(sections))
     return files_of(env.store)
 
 
@@ -104,7 +96,7 @@ def test_disk_full_while_history_ini_is_written_keeps_the_old_file(env):
     outside = env.work / "setup.log"
     outside.write_bytes(b"installer log\r\n")
     ini = env.store / "History.ini"
-    ini.write_bytes(ini.read_bytes() + ini_text([("EVT_NEW", [("Copy_Name", "C1"), (
+    ini.write_bytes(ini.read_bytes() + profile_bytes([("EVT_NEW", [("Copy_Name", "C1"), (
         "Log_File_Name", env.program_path(outside))])]))
     (env.store / "C1" / "EVT_NEW").mkdir()
     old = ini.read_bytes()
@@ -234,7 +226,7 @@ def test_an_argument_list_of_10000_elements(env):
 
 # -- a damaged History.ini ---------------------------------------------------------
 def damaged_files():
-    text = ini_text([("History", [("Count", "1")]), finished_event(1)])
+    text = profile_bytes([("History", [("Count", "1")]), finished_event(1)])
     return {
         "empty": b"",
         "binary": bytes(random.Random(3).randrange(256) for _ in range(4096)),
@@ -274,7 +266,7 @@ def test_a_history_ini_of_50_mb_is_collected(env):
         return  # a minute of Wine's profile calls for one run; the logic is the same
     env.store.mkdir(parents=True)
     padding = [("Pad%05d" % n, "v" * 100) for n in range(480_000)]
-    data = ini_text([("History", [("Count", "1")] + padding), finished_event(1)])
+    data = profile_bytes([("History", [("Count", "1")] + padding), finished_event(1)])
     (env.store / "History.ini").write_bytes(data)
     code, out = collect(env)
     expect_equal((code, out), (0, env.lines(SUCCESS.format("x.zip"))), "result and console")

@@ -3,7 +3,7 @@ Summary.txt reports, the staging of each event's files, what goes into the
 archive, and the stop when History is the last section of History.ini."""
 import zipfile
 
-from e2e_support import main, check_archive, expect_equal
+from e2e_support import main, check_archive, expect_equal, profile_bytes
 
 SHORT_RULE = "--------------------------------------------------------------"
 LONG_RULE = ("-------------------------------------------------------------------------------"
@@ -35,12 +35,8 @@ assert len(SHORT_RULE) == 62 and len(LONG_RULE) == 127
 # -- laying down a store ------------------------------------------------------
 def write_history_ini(env, sections):
     """History.ini in the private-profile format: [name] lines and key=value lines, CR LF."""
-    lines = []
-    for name, keys in sections:
-        lines.append(f"[{name}]")
-        lines.extend(f"{key}={value}" for key, value in keys.items())
     env.store.mkdir(parents=True, exist_ok=True)
-    (env.store / "History.ini").write_bytes("".join(line + "\r\n" for line in lines).encode("latin-1"))
+    (env.store / "History.ini").write_bytes(profile_bytes(sections))
 
 
 def make_event_folder(env, *parts):
