@@ -24,7 +24,8 @@ targets=("$@")
 cmake --preset fuzz > /dev/null
 cmake --build --preset fuzz
 
-long=build/fuzz/long
+# Absolute paths: a target may change its current folder as it starts.
+long=$PWD/build/fuzz/long
 mkdir -p "$long/artifacts"
 failed=0
 for target in "${targets[@]}"; do
@@ -34,7 +35,7 @@ for target in "${targets[@]}"; do
     if nice -n 10 fuzz/run_fuzzer.sh "build/fuzz/fuzz/${target}_fuzzer" "$limit" \
             -timeout=30 -rss_limit_mb=2048 -print_final_stats=1 \
             -artifact_prefix="$long/artifacts/$target-" \
-            "$long/$target" "fuzz/corpus/$target" > "$log" 2>&1; then
+            "$long/$target" "$PWD/fuzz/corpus/$target" > "$log" 2>&1; then
         outcome="clean"
     else
         outcome="FAILED (see $log)"
