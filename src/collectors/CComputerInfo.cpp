@@ -3,6 +3,7 @@
 #include <ostream>
 
 #include "collectors/MachineNames.h"
+#include "collectors/ReportTexts.h"
 #include "platform/Processor.h"
 #include "platform/Registry.h"
 #include "platform/SystemVersion.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-const std::string kRule(45, '=');
+const std::string kRule(texts::computer::kRuleLength, '=');
 
 // Where an NT system too old for the extended version structure keeps its
 // product type, and the size of the buffer it is read into.
@@ -129,14 +130,14 @@ int CComputerInfo::Write()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "System Information: " << std::endl;
+    log << texts::computer::kTitle << std::endl;
     log << kRule << std::endl;
-    log << "Computer Name       :" << computerName << std::endl;
-    log << "OS                  :" << osName << std::endl;
-    log << "Type                :" << machineType << std::endl;
-    log << "Service Pack        :" << servicePack << std::endl;
-    log << "Number of processors:" << processorCount << std::endl;
-    log << "CPU                 :" << cpuName << std::endl;
+    log << texts::computer::kComputerNameLabel << computerName << std::endl;
+    log << texts::computer::kOSLabel << osName << std::endl;
+    log << texts::computer::kTypeLabel << machineType << std::endl;
+    log << texts::computer::kServicePackLabel << servicePack << std::endl;
+    log << texts::computer::kProcessorCountLabel << processorCount << std::endl;
+    log << texts::computer::kCPULabel << cpuName << std::endl;
     log << kRule << std::endl;
     log << std::endl;
     return 0;

@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "collectors/KeywordFilter.h"
+#include "collectors/ReportTexts.h"
 #include "history/HistoryPaths.h"
 #include "platform/Processes.h"
 #include "recorder/CLogger.h"
@@ -192,14 +193,14 @@ int CProcessList::Write()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "Processes:" << processes.size() << std::endl;
-    log << "--------------------------------------------------- " << std::endl;
-    log << "Process ID         Process Name                     " << std::endl;
-    log << "--------------------------------------------------- " << std::endl;
+    log << texts::processes::kCountLabel << processes.size() << std::endl;
+    log << texts::processes::kRule << std::endl;
+    log << texts::processes::kHeader << std::endl;
+    log << texts::processes::kRule << std::endl;
     for (const ProcessEntry& entry : processes) {
         if (IsSelected(entry))
-            log << std::setw(19) << entry.processId << entry.name << std::endl;
+            log << std::setw(texts::processes::kIdWidth) << entry.processId << entry.name << std::endl;
     }
-    log << "---------- Process List ( end )-------------------- " << std::endl;
+    log << texts::processes::kEnd << std::endl;
     return 0;
 }

@@ -7,6 +7,7 @@
 #include <ostream>
 
 #include "collectors/KeywordFilter.h"
+#include "collectors/ReportTexts.h"
 #include "inventory/RegistryReader.h"
 #include "recorder/CLogger.h"
 
@@ -15,12 +16,9 @@ namespace {
 const char kProductsKey[] =
     "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Installer\\UserData\\S-1-5-18\\Products";
 
-const char kRule[] =
-    "----------------------------------------------------------------------------------------------------"
-    "-------------------------------------------------------------------------------------";
-const char kHeader[] =
-    "Publisher                     Product Name                                                     "
-    "Version             InstallDate   Language   Location";
+using texts::software::kColumnWidths;
+using texts::software::kHeader;
+using texts::software::kRule;
 
 bool IsBlank(char c)
 {
@@ -93,11 +91,11 @@ int CProductsList::Write()
         if (!IsSelected(entry))
             continue;
         log.setf(std::ios_base::left);
-        log << std::setw(30) << entry.publisher;
+        log << std::setw(kColumnWidths[0]) << entry.publisher;
         log.fill(' ');
-        log << std::setw(65) << entry.displayName << std::setw(20) << entry.displayVersion
-            << std::setw(14) << entry.installDate << std::setw(11) << entry.language
-            << entry.installLocation << std::endl;
+        log << std::setw(kColumnWidths[1]) << entry.displayName << std::setw(kColumnWidths[2])
+            << entry.displayVersion << std::setw(kColumnWidths[3]) << entry.installDate
+            << std::setw(kColumnWidths[4]) << entry.language << entry.installLocation << std::endl;
     }
     log << kRule << std::endl;
     return 0;

@@ -8,36 +8,24 @@
 #include <ostream>
 
 #include "collectors/KeywordFilter.h"
+#include "collectors/ReportTexts.h"
 #include "platform/Services.h"
 #include "recorder/CLogger.h"
 
 namespace {
 
-const char kRule[] = "-------------------------------------------------------------------- ";
-const char kHeader[] = "Service Name                                                Status   ";
+using texts::services::kHeader;
+using texts::services::kRule;
 
 }  // namespace
 
 std::string ServiceStateWords(std::uint32_t currentState)
 {
-    switch (currentState) {
-    case platform::kServiceStopped:
-        return "Stopped";
-    case platform::kServiceStartPending:
-        return "Is starting";
-    case platform::kServiceStopPending:
-        return "Is stopping";
-    case platform::kServiceRunning:
-        return "Started";
-    case platform::kServiceContinuePending:
-        return "The service continue is pending";
-    case platform::kServicePausePending:
-        return "The service pause is pending";
-    case platform::kServicePaused:
-        return "Paused";
-    default:
-        return "Uknown";
-    }
+    static_assert(platform::kServiceStopped == 1 && platform::kServicePaused == 7,
+                  "the words stand in the order of the states 1 to 7");
+    if (currentState < platform::kServiceStopped || currentState > platform::kServicePaused)
+        return texts::services::kUnknownState;
+    return texts::services::kStateWords[currentState - platform::kServiceStopped];
 }
 
 CServicesList::CServicesList() {}
@@ -95,7 +83,8 @@ int CServicesList::Write()
             continue;
         log.setf(std::ios_base::left);
         log.fill(' ');
-        log << std::setw(60) << entry.displayName << std::setw(15) << entry.state << std::endl;
+        log << std::setw(texts::services::kDisplayNameWidth) << entry.displayName
+            << std::setw(texts::services::kStateWidth) << entry.state << std::endl;
     }
     log << kRule << std::endl;
     return 0;

@@ -7,6 +7,7 @@
 
 #include "collectors/CComputerInfo.h"
 #include "collectors/MachineNames.h"
+#include "collectors/ReportTexts.h"
 #include "inventory/RegistryReader.h"
 #include "platform/Accounts.h"
 #include "platform/TextConversion.h"
@@ -14,13 +15,11 @@
 
 namespace {
 
-const std::string kReportRule(83, '=');
-const std::string kGroupRule(35, '-');
-const std::string kUserRule(74, '-');
-const char kGroupHeader[] = "Group Name ";
-const char kUserHeader[] = "Group                                   user   ";
-const char kUserColumnGap[] = "          ";
-constexpr int kGroupColumnWidth = 30;
+using namespace texts::users;
+
+const std::string kReportRule(kReportRuleLength, '=');
+const std::string kGroupRule(kGroupRuleLength, '-');
+const std::string kUserRule(kUserRuleLength, '-');
 
 // GetUserNameExA's buffer, and the length word that it is given, one more
 // than the buffer holds.
@@ -185,17 +184,17 @@ int CUsersList::Write()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "Logged on User:" << loggedOnUser << std::endl;
+    log << kLoggedOnUserLabel << loggedOnUser << std::endl;
     log << kReportRule << std::endl;
     log << std::endl;
-    log << "Local Group List:" << std::endl;
+    log << kLocalGroupList << std::endl;
     log << kGroupRule << std::endl;
     log << kGroupHeader << std::endl;
     log << kGroupRule << std::endl;
     WriteGroupNames(log, localGroups);
     log << kGroupRule << std::endl;
     log << std::endl;
-    log << "Local User List:" << std::endl;
+    log << kLocalUserList << std::endl;
     log << kUserRule << std::endl;
     log << kUserHeader << std::endl;
     log << kUserRule << std::endl;
@@ -206,13 +205,13 @@ int CUsersList::Write()
     CComputerInfo computer;
     computer.Collect();
     if (computer.isDomainController) {
-        log << "Global Group List:" << std::endl;
+        log << kGlobalGroupList << std::endl;
         log << kGroupRule << std::endl;
         log << kGroupHeader << std::endl;
         log << kGroupRule << std::endl;
         WriteGroupNames(log, globalGroups);
         log << kUserRule << std::endl;
-        log << "Global User List:" << std::endl;
+        log << kGlobalUserList << std::endl;
         log << kUserRule << std::endl;
         log << kUserHeader << std::endl;
         log << kUserRule << std::endl;

@@ -5,12 +5,15 @@
 #include <string>
 
 #include "inventory/RegistryReader.h"
+#include "inventory/InventoryTexts.h"
 #include "recorder/CLogger.h"
 
 namespace {
 
-const std::string kDriverRule(43, '-');
-const std::string kParameterRule(76, '-');
+using namespace texts::odbc;
+
+const std::string kDriverRule(kDriverRuleLength, '-');
+const std::string kParameterRule(kParameterRuleLength, '-');
 
 }  // namespace
 
@@ -32,25 +35,25 @@ void CODBCDriversList::Write()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "Total ZOR ODBC Drivers:" << drivers.size() << std::endl;
+    log << kDriverCountLabel << drivers.size() << std::endl;
     if (drivers.empty()) {
-        log << " ******** There is no ZOR ODBC Driver Installed *********" << std::endl;
+        log << kNoDrivers << std::endl;
         return;
     }
     log << kDriverRule << std::endl;
-    log << "Driver Name" << std::endl;
+    log << kDriverListHeader << std::endl;
     log << kDriverRule << std::endl;
     for (const CODBCDriver& driver : drivers)
         log << driver.name << std::endl;
     log << kDriverRule << std::endl;
     for (const CODBCDriver& driver : drivers) {
         log << std::endl;
-        log << "ODBC Driver:" << driver.name << std::endl;
+        log << kDriverNameLabel << driver.name << std::endl;
         log << kParameterRule << std::endl;
-        log << "Parameter Name                Value                " << std::endl;
+        log << kParameterHeader << std::endl;
         log << kParameterRule << std::endl;
         for (const CParameter& parameter : driver.parameters)
-            log << std::setw(30) << parameter.name << parameter.value
+            log << std::setw(kParameterNameWidth) << parameter.name << parameter.value
                 << std::endl;
         log << kParameterRule << std::endl;
     }

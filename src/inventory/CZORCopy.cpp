@@ -5,15 +5,18 @@
 
 #include "inventory/ProductKeys.h"
 #include "inventory/RegistryReader.h"
+#include "inventory/InventoryTexts.h"
 #include "recorder/CLogger.h"
 
 namespace {
 
-const std::string kCopyRule(48, '-');
-const std::string kProfileRule(120, '-');
-const std::string kProductRule(128, '-');
-const std::string kInstanceRule(33, '-');
-const std::string kParameterRule(68, '-');
+using namespace texts::products;
+
+const std::string kCopyRule(kCopyRuleLength, '-');
+const std::string kProfileRule(kProfileRuleLength, '-');
+const std::string kProductRule(kProductRuleLength, '-');
+const std::string kInstanceRule(kInstanceRuleLength, '-');
+const std::string kParameterRule(kParameterRuleLength, '-');
 
 }  // namespace
 
@@ -82,10 +85,10 @@ void CZORCopy::Write()
     CLogger& log = CLogger::Instance();
     log << std::endl;
     if (GetRegistryLayout() != LAYOUT_PRE_V9)
-        log << "ZOR Installation Copy Name:" << name << std::endl;
+        log << kCopyNameLabel << name << std::endl;
     log << kCopyRule << std::endl;
-    log << "Total Products     :" << products.size() << std::endl;
-    log << "Total ZOR Instances:" << instances.size() << std::endl;
+    log << kProductCountLabel << products.size() << std::endl;
+    log << kInstanceCountLabel << instances.size() << std::endl;
     log << kCopyRule << std::endl;
     WriteGlobalProfiles();
     WriteProducts();
@@ -96,10 +99,10 @@ void CZORCopy::WriteGlobalProfiles()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "Global Profiles:" << std::endl;
+    log << kGlobalProfilesTitle << std::endl;
     log << kProfileRule << std::endl;
     for (const CParameter& parameter : globalProfile)
-        log << std::setw(30) << parameter.name + ":" << parameter.value << std::endl;
+        log << std::setw(kGlobalNameWidth) << parameter.name + ":" << parameter.value << std::endl;
     log << kProfileRule << std::endl;
 }
 
@@ -107,19 +110,18 @@ void CZORCopy::WriteProducts()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "ZOR Products installed:" << std::endl;
+    log << kProductsTitle << std::endl;
     log << kProductRule << std::endl;
-    log << "Product Name                            Product Code                            "
-           "Version   Service Level       Last Modified Date"
-        << std::endl;
+    log << kProductHeader << std::endl;
     log << kProductRule << std::endl;
     for (const CZORProduct& product : products) {
-        log << std::setw(40) << product.name << std::setw(40) << product.productCode
-            << std::setw(10)
+        log << std::setw(kProductColumnWidths[0]) << product.name
+            << std::setw(kProductColumnWidths[1]) << product.productCode
+            << std::setw(kProductColumnWidths[2])
             << product.version.version + "." + product.version.release + "." +
                    product.version.modification
-            << std::setw(20) << product.version.serviceLevel << std::setw(20)
-            << product.lastModifiedDate << std::endl;
+            << std::setw(kProductColumnWidths[3]) << product.version.serviceLevel
+            << std::setw(kProductColumnWidths[4]) << product.lastModifiedDate << std::endl;
     }
     log << kProductRule << std::endl;
 }
@@ -128,21 +130,21 @@ void CZORCopy::WriteInstances()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "ZOR Instances:" << std::endl;
+    log << kInstancesTitle << std::endl;
     log << kInstanceRule << std::endl;
-    log << "Instance Name                    " << std::endl;
+    log << kInstanceHeader << std::endl;
     log << kInstanceRule << std::endl;
     for (const CZORInstance& instance : instances)
         log << instance.name << std::endl;
     log << kInstanceRule << std::endl;
     log << std::endl;
     for (const CZORInstance& instance : instances) {
-        log << "ZOR Instance Name:" << instance.name << std::endl;
+        log << kInstanceNameLabel << instance.name << std::endl;
         log << kParameterRule << std::endl;
-        log << "Parameter Name                      Value                  " << std::endl;
+        log << kParameterHeader << std::endl;
         log << kParameterRule << std::endl;
         for (const CParameter& parameter : instance.parameters)
-            log << std::setw(36) << parameter.name << parameter.value << std::endl;
+            log << std::setw(kParameterNameWidth) << parameter.name << parameter.value << std::endl;
         log << kParameterRule << std::endl;
         log << std::endl;
     }

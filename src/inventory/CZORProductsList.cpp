@@ -5,12 +5,15 @@
 
 #include "inventory/ProductKeys.h"
 #include "inventory/RegistryReader.h"
+#include "inventory/InventoryTexts.h"
 #include "recorder/CLogger.h"
 
 namespace {
 
-const std::string kBannerRule(93, '*');
-const std::string kCopyListRule(45, '-');
+using namespace texts::products;
+
+const std::string kBannerRule(kBannerRuleLength, '*');
+const std::string kCopyListRule(kCopyListRuleLength, '-');
 
 }  // namespace
 
@@ -42,26 +45,26 @@ int CZORProductsList::Write()
     log << std::endl;
     log << kBannerRule << std::endl;
     if (GetRegistryLayout() == LAYOUT_PRE_V9) {
-        log << "*  PART A --ZOR Installed Copies Information -- Prior to V9                                 *"
+        log << kPartABanner
             << std::endl;
         log << kBannerRule << std::endl;
         if (copies.empty()) {
-            log << "There is no ZOR prior to V9 Installed " << std::endl;
+            log << kNoPartACopies << std::endl;
             return 0;
         }
     } else {
-        log << "*  PART B --ZOR Installed Copies Information -- V9 & Later                                  *"
+        log << kPartBBanner
             << std::endl;
         log << kBannerRule << std::endl;
         log << std::endl;
-        log << "Total ZOR Copies:" << copies.size() << std::endl;
+        log << kCopyCountLabel << copies.size() << std::endl;
         if (copies.empty()) {
             log << std::endl;
-            log << "There is no ZOR V9 & later installed " << std::endl;
+            log << kNoPartBCopies << std::endl;
             return 0;
         }
         log << kCopyListRule << std::endl;
-        log << "ZOR Copy Name" << std::endl;
+        log << kCopyListHeader << std::endl;
         log << kCopyListRule << std::endl;
         for (const CZORCopy& copy : copies)
             log << copy.name << std::endl;

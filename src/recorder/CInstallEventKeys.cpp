@@ -5,6 +5,7 @@
 
 #include "history/HistoryPaths.h"
 #include "recorder/CInstallEvent.h"
+#include "recorder/EventKeys.h"
 #include "recorder/EventTexts.h"
 
 namespace {
@@ -15,28 +16,6 @@ const int kValueBufferSize = 256;
 
 // What the three file keys hold between the two passes of a -start.
 const char* const kNoFile = "(none)";
-
-// The keys of an event's section, as they stand in History.ini.
-namespace keys {
-const char* const EventID = "Event_ID";
-const char* const CommandLine = "Command_Line";
-const char* const StartTime = "Start_Time";
-const char* const EndTime = "End_Time";
-const char* const Action = "Action";
-const char* const Type = "Type";
-const char* const Product = "Product";
-const char* const Version = "Version";
-const char* const ServiceLevel = "Service_Level";
-const char* const Path = "Path";
-const char* const CopyName = "Copy_Name";
-const char* const CompleteFlag = "Complete_Flag";
-const char* const LogFileName = "Log_File_Name";
-const char* const TraceFile = "Trace_File";
-const char* const ResponseFile = "Response_File";
-const char* const EventLogFile = "Event_Log_File";
-const char* const Result = "Result";
-const char* const WiLogFile = "Wi_Log_File";
-}  // namespace keys
 
 }  // namespace
 

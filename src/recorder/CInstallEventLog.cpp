@@ -24,19 +24,19 @@ void CInstallEvent::WriteStartBanner()
     if (Mode != texts::kStartMode)
         return;
     CLogger& log = CLogger::Instance();
-    log << "---------- ZOR Installation History Logger ( Start )----------" << GetTimeStamp()
+    log << texts::kStartBanner << GetTimeStamp()
         << std::endl;
-    log << "EventID       :" << EventID << std::endl;
-    log << "Product       :" << Product << std::endl;
-    log << "Service Level :" << ServiceLevel << std::endl;
-    log << "CommandLine   :" << CommandLine << std::endl;
+    log << texts::kBannerEventIdLabel << EventID << std::endl;
+    log << texts::kBannerProductLabel << Product << std::endl;
+    log << texts::kBannerServiceLevelLabel << ServiceLevel << std::endl;
+    log << texts::kBannerCommandLineLabel << CommandLine << std::endl;
 }
 
 void CInstallEvent::WriteEndBanner()
 {
     CLogger& log = CLogger::Instance();
     log << std::endl;
-    log << "---------- ZOR Installation History Logger ( End ) ----------" << GetTimeStamp()
+    log << texts::kEndBanner << GetTimeStamp()
         << std::endl;
 }
 

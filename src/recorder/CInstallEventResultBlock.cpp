@@ -5,13 +5,14 @@
 
 #include "recorder/CInstallEvent.h"
 #include "recorder/CLogger.h"
+#include "recorder/EventTexts.h"
 
 void CInstallEvent::WriteResultBlock()
 {
     CLogger& log = CLogger::Instance();
     const std::string rule(69, '=');
     log << std::endl << std::endl << std::endl << std::endl;
-    log << "Result of " + GetAction() + ":" << std::endl;
+    log << texts::kResultBlockTitle + GetAction() + ":" << std::endl;
     log << rule << std::endl;
     log << "Start Time                   :" << GetStartTime() << std::endl;
     log << "End   Time                   :" << GetEndTime() << std::endl;

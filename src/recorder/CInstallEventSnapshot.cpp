@@ -19,8 +19,8 @@
 
 namespace {
 
-const std::string kRule(94, '*');
-const std::string kBlankFrameLine = "*" + std::string(93, ' ');
+const std::string kRule(texts::kSnapshotRuleLength, '*');
+const std::string kBlankFrameLine = "*" + std::string(texts::kSnapshotFrameWidth - 1, ' ');
 
 // Collects and reports one collector, made and destroyed within the section so
 // that only one collector's data is held at a time.
@@ -58,15 +58,15 @@ void CInstallEvent::WriteSnapshotFrame()
     CLogger& log = CLogger::Instance();
     if (Mode == texts::kStartMode) {
         log << kRule << std::endl;
-        log << "*  Snapshoot for EventID: " << std::setw(14)
-            << EventID + " -- Before " + GetAction() + " Starts " << std::endl;
+        log << texts::kSnapshotTitle << std::setw(14)
+            << EventID + texts::kSnapshotBefore + GetAction() + " Starts " << std::endl;
         log << kBlankFrameLine << std::endl;
         log << kRule << std::endl;
     } else if (Mode == texts::kEndMode) {
         log << kRule << std::endl;
         log << kBlankFrameLine << std::endl;
-        log << "*  Snapshoot for EventID: " << std::setw(14)
-            << EventID + " -- After " + GetAction() + " Completed " << std::endl;
+        log << texts::kSnapshotTitle << std::setw(14)
+            << EventID + texts::kSnapshotAfter + GetAction() + " Completed " << std::endl;
         log << kBlankFrameLine << std::endl;
         log << kRule << std::endl;
     }
@@ -77,13 +77,13 @@ void CInstallEvent::WriteSnapshotClosing()
     CLogger& log = CLogger::Instance();
     if (Mode == texts::kStartMode) {
         log << kRule << std::endl;
-        log << "* End of Snapshoot for EventID: "
+        log << texts::kSnapshotStartClosing
             << EventID + " Before " + GetAction() + " Starts  " << std::endl;
         log << kRule << std::endl;
     } else if (Mode == texts::kEndMode) {
         log << kRule << std::endl;
-        log << "*End of Snapshoot for EventID: "
-            << EventID + " -- After " + GetAction() + " Completed " << std::endl;
+        log << texts::kSnapshotEndClosing
+            << EventID + texts::kSnapshotAfter + GetAction() + " Completed " << std::endl;
         log << kRule << std::endl;
     }
 }
@@ -98,25 +98,25 @@ void CInstallEvent::WriteSectionHeading(const char* title)
 
 void CInstallEvent::WriteUsers()
 {
-    WriteSectionHeading(") User Group & User Information:");
+    WriteSectionHeading(texts::kSnapshotSectionTitles[0]);
     RunCollector<CUsersList>();
 }
 
 void CInstallEvent::WriteSoftware()
 {
-    WriteSectionHeading(") Software Installed on the machine:");
+    WriteSectionHeading(texts::kSnapshotSectionTitles[1]);
     RunCollector<CProductsList>();
 }
 
 void CInstallEvent::WriteProcesses()
 {
-    WriteSectionHeading(") Current Running Processes:");
+    WriteSectionHeading(texts::kSnapshotSectionTitles[2]);
     RunCollector<CProcessList>();
 }
 
 void CInstallEvent::WriteServices()
 {
-    WriteSectionHeading(") Services & Service Status:");
+    WriteSectionHeading(texts::kSnapshotSectionTitles[3]);
     RunCollector<CServicesList>();
 }
 
@@ -125,7 +125,7 @@ void CInstallEvent::WriteServices()
 // the V9 layout behind the section.
 void CInstallEvent::WriteZORProducts()
 {
-    WriteSectionHeading(") ZOR Products Installed:");
+    WriteSectionHeading(texts::kSnapshotSectionTitles[4]);
     SetRegistryLayout(LAYOUT_PRE_V9);
     CZORProductsList products;
     SetRegistryLayout(LAYOUT_PRE_V9);
@@ -142,7 +142,7 @@ void CInstallEvent::WriteZORProducts()
 void CInstallEvent::WriteODBCDrivers()
 {
     CODBCDriversList drivers;
-    WriteSectionHeading(") ZOR ODBC Driver Info:");
+    WriteSectionHeading(texts::kSnapshotSectionTitles[5]);
     drivers.Collect();
     drivers.Write();
 }

@@ -1,6 +1,7 @@
-// The texts that the recorder compares and writes in more than one place: the
-// three modes, which are also the options that set them, the literals of an
-// event's section and the name of the event log.
+// The texts that the recorder compares and writes: the three modes, which are
+// also the options that set them, the literals of an event's section, the name
+// of the event log and the fixed lines of the log itself. The companion report
+// reads the log by the same texts.
 #pragma once
 
 namespace texts {
@@ -19,5 +20,39 @@ inline constexpr char kComplete[] = "TRUE";
 
 // The event log, in the event folder.
 inline constexpr char kEventLogName[] = "ZORInstallEvent.Log";
+
+// The head and foot of the log. The start banner has no blank behind its ")",
+// the end banner has one; a time stamp follows each directly.
+inline constexpr char kStartBanner[] = "---------- ZOR Installation History Logger ( Start )----------";
+inline constexpr char kEndBanner[] = "---------- ZOR Installation History Logger ( End ) ----------";
+inline constexpr char kBannerEventIdLabel[] = "EventID       :";
+inline constexpr char kBannerProductLabel[] = "Product       :";
+inline constexpr char kBannerServiceLevelLabel[] = "Service Level :";
+inline constexpr char kBannerCommandLineLabel[] = "CommandLine   :";
+
+// The snapshot's frame: a rule of 94 stars, an empty frame line of one star and
+// 93 blanks, the title line and the two forms of the closing line.
+inline constexpr int kSnapshotRuleLength = 94;
+inline constexpr int kSnapshotFrameWidth = 94;
+inline constexpr char kSnapshotTitle[] = "*  Snapshoot for EventID: ";
+inline constexpr char kSnapshotBefore[] = " -- Before ";
+inline constexpr char kSnapshotAfter[] = " -- After ";
+inline constexpr char kSnapshotStartClosing[] = "* End of Snapshoot for EventID: ";
+inline constexpr char kSnapshotEndClosing[] = "*End of Snapshoot for EventID: ";
+
+// The six sections of a snapshot, in their order. Each title follows the
+// section's number directly: "1) User Group & User Information:".
+inline constexpr int kSnapshotSectionCount = 6;
+inline constexpr const char* kSnapshotSectionTitles[kSnapshotSectionCount] = {
+    ") User Group & User Information:",
+    ") Software Installed on the machine:",
+    ") Current Running Processes:",
+    ") Services & Service Status:",
+    ") ZOR Products Installed:",
+    ") ZOR ODBC Driver Info:",
+};
+
+// The title of the result block at -end: "Result of " + action + ":".
+inline constexpr char kResultBlockTitle[] = "Result of ";
 
 }  // namespace texts
