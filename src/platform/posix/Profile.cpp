@@ -10,14 +10,13 @@
 #include <vector>
 
 #include "platform/FileSystem.h"
-#include "platform/posix/ProfileDocument.h"
+#include "platform/common/ProfileDocument.h"
 #include "platform/posix/ProfileFileCache.h"
 
 namespace platform {
 
 namespace {
 
-using posix::ProfileDocument;
 using posix::ProfileFileCache;
 using posix::ProfileOpenResult;
 
@@ -118,7 +117,7 @@ std::uint32_t LayOutSectionNames(const ProfileDocument& document, std::vector<ch
     const std::uint32_t size = static_cast<std::uint32_t>(wide.size());
     std::uint32_t free = size - 1;
     std::uint32_t at = 0;
-    for (const posix::ProfileSection& section : document.Sections()) {
+    for (const ProfileSection& section : document.Sections()) {
         if (section.name.empty())
             continue;
         const std::uint32_t needed = static_cast<std::uint32_t>(section.name.size()) + 1;
@@ -172,7 +171,7 @@ std::uint32_t GetProfileString(const char* section, const char* key, const char*
     const ProfileDocument* document = nullptr;
     if (ProfileFileCache::Instance().Open(SystemPath(path), document) == ProfileOpenResult::Failed)
         return Deliver(Cut(fallback, size), buffer);
-    const posix::ProfileEntry* entry = document->Find(section, key);
+    const ProfileEntry* entry = document->Find(section, key);
     return Deliver(HandedOut(entry != nullptr && entry->hasValue ? entry->value : fallback, size),
                    buffer);
 }

@@ -23,7 +23,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/posix/ProfileDocument.h"
+#include "platform/common/ProfileDocument.h"
 
 namespace platform {
 namespace posix {

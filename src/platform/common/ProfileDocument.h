@@ -1,7 +1,9 @@
 // An INI file as the Windows private-profile calls understand it: the parse of
 // its bytes into sections and keys, the lookups of a key, the change that one
 // WritePrivateProfileStringA makes, and the bytes that such a write leaves.
-// Pure logic over strings: the file itself is ProfileFileCache's business.
+// Pure logic over strings: the file itself is the profile engine's business
+// on Linux, and the companion report reads History.ini from an archive by it
+// on every platform.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +12,6 @@
 #include <vector>
 
 namespace platform {
-namespace posix {
 
 // One line of a section: a key, with a value if the line had an equals sign.
 struct ProfileEntry {
@@ -70,5 +71,4 @@ private:
     std::unordered_map<std::string, std::size_t> firstSectionByName_;
 };
 
-}  // namespace posix
 }  // namespace platform

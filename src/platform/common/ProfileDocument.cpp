@@ -1,11 +1,10 @@
-#include "platform/posix/ProfileDocument.h"
+#include "platform/common/ProfileDocument.h"
 
 #include <algorithm>
 
 #include "platform/common/AsciiCase.h"
 
 namespace platform {
-namespace posix {
 
 namespace {
 
@@ -245,5 +244,4 @@ void ProfileDocument::IndexSection(std::size_t position)
                                 position);
 }
 
-}  // namespace posix
 }  // namespace platform
