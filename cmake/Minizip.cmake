@@ -25,7 +25,8 @@ endif()
 list(FILTER _zor_minizip_dirs EXCLUDE REGEX "\\.(tar|dsc)")
 list(GET _zor_minizip_dirs 0 ZOR_MINIZIP_DIR)
 
-add_library(zor_minizip STATIC "${ZOR_MINIZIP_DIR}/zip.c" "${ZOR_MINIZIP_DIR}/ioapi.c")
+add_library(zor_minizip STATIC "${ZOR_MINIZIP_DIR}/zip.c" "${ZOR_MINIZIP_DIR}/unzip.c"
+            "${ZOR_MINIZIP_DIR}/ioapi.c")
 target_include_directories(zor_minizip SYSTEM PUBLIC "${ZOR_MINIZIP_DIR}")
 target_compile_definitions(zor_minizip PRIVATE NOCRYPT)
 target_compile_options(zor_minizip PRIVATE -w)

@@ -14,9 +14,6 @@ namespace {
 // come back.
 const int kValueBufferSize = 256;
 
-// What the three file keys hold between the two passes of a -start.
-const char* const kNoFile = "(none)";
-
 }  // namespace
 
 CInstallEvent::CInstallEvent(const std::string& sectionName)
@@ -95,9 +92,9 @@ void CInstallEvent::InitializeSection()
     SetPath(empty);
     SetCopyName(texts::kUnknownCopy);
     SetCompleteFlag(texts::kIncomplete);
-    SetLogFileName(kNoFile);
-    SetTraceFile(kNoFile);
-    SetResponseFile(kNoFile);
+    SetLogFileName(texts::kNoFile);
+    SetTraceFile(texts::kNoFile);
+    SetResponseFile(texts::kNoFile);
     SetEventLogFile(EventLogPath);
     SetResult(empty);
 }

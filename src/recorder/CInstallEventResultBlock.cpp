@@ -10,7 +10,7 @@
 void CInstallEvent::WriteResultBlock()
 {
     CLogger& log = CLogger::Instance();
-    const std::string rule(69, '=');
+    const std::string rule(texts::kResultRuleLength, '=');
     log << std::endl << std::endl << std::endl << std::endl;
     log << texts::kResultBlockTitle + GetAction() + ":" << std::endl;
     log << rule << std::endl;

@@ -18,6 +18,9 @@ inline constexpr char kUnknownCopy[] = "(Unknown)";
 inline constexpr char kIncomplete[] = "FALSE";
 inline constexpr char kComplete[] = "TRUE";
 
+// What the three file keys hold between the two passes of a -start.
+inline constexpr char kNoFile[] = "(none)";
+
 // The event log, in the event folder.
 inline constexpr char kEventLogName[] = "ZORInstallEvent.Log";
 
@@ -52,7 +55,9 @@ inline constexpr const char* kSnapshotSectionTitles[kSnapshotSectionCount] = {
     ") ZOR ODBC Driver Info:",
 };
 
-// The title of the result block at -end: "Result of " + action + ":".
+// The title of the result block at -end, "Result of " + action + ":", and
+// the rule of 69 "=" that stands below it and at its end.
 inline constexpr char kResultBlockTitle[] = "Result of ";
+inline constexpr int kResultRuleLength = 69;
 
 }  // namespace texts

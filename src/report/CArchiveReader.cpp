@@ -1,0 +1,86 @@
+#include "report/CArchiveReader.h"
+
+#include <unzip.h>
+
+#include <vector>
+
+#include "platform/FileSystem.h"
+#include "report/SourceNames.h"
+
+namespace {
+
+// Blocks of 64 KB: few calls, and the same size as the archive run's reads.
+constexpr unsigned kBlockSize = 64 * 1024;
+// An entry's name is read into a buffer of this size; a longer name is cut.
+constexpr unsigned kEntryNameLimit = 4096;
+
+bool IsFolderEntry(const std::string& name)
+{
+    return !name.empty() && (name.back() == '/' || name.back() == '\\');
+}
+
+}  // namespace
+
+CArchiveReader::~CArchiveReader()
+{
+    if (archive_ != nullptr)
+        unzClose(static_cast<unzFile>(archive_));
+}
+
+bool CArchiveReader::Open(const std::string& path)
+{
+    archive_ = unzOpen64(platform::SystemPath(path).c_str());
+    if (archive_ == nullptr)
+        return false;
+    IndexEntries();
+    return true;
+}
+
+// The first entry of a name wins; folders are left out.
+void CArchiveReader::IndexEntries()
+{
+    const unzFile archive = static_cast<unzFile>(archive_);
+    std::vector<char> name(kEntryNameLimit + 1);
+    for (int status = unzGoToFirstFile(archive); status == UNZ_OK; status = unzGoToNextFile(archive)) {
+        unz_file_info64 info;
+        if (unzGetCurrentFileInfo64(archive, &info, name.data(), kEntryNameLimit, nullptr, 0, nullptr,
+                                    0) != UNZ_OK)
+            continue;
+        name[kEntryNameLimit] = '\0';
+        const std::string entryName(name.data());
+        unz64_file_pos position;
+        if (IsFolderEntry(entryName) || unzGetFilePos64(archive, &position) != UNZ_OK)
+            continue;
+        entries_.emplace(EntryLookupName(entryName),
+                         Position{position.pos_in_zip_directory, position.num_of_file});
+    }
+}
+
+bool CArchiveReader::Contains(const std::string& lookupName) const
+{
+    return !lookupName.empty() && entries_.count(lookupName) != 0;
+}
+
+bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
+                            const BlockHandler& handler) const
+{
+    const auto found = entries_.find(lookupName);
+    if (lookupName.empty() || found == entries_.end())
+        return false;
+    const unzFile archive = static_cast<unzFile>(archive_);
+    const unz64_file_pos position{found->second.directoryOffset, found->second.fileNumber};
+    if (unzGoToFilePos64(archive, &position) != UNZ_OK || unzOpenCurrentFile(archive) != UNZ_OK)
+        return false;
+    std::vector<char> block(kBlockSize);
+    std::uint64_t total = 0;
+    int read = 0;
+    while (total < limit && (read = unzReadCurrentFile(archive, block.data(), kBlockSize)) > 0) {
+        const std::size_t used = static_cast<std::size_t>(std::min<std::uint64_t>(read, limit - total));
+        handler(block.data(), used);
+        total += used;
+    }
+    // A checksum that doesn't match shows only at the close, and only when the
+    // whole entry was read.
+    const int closed = unzCloseCurrentFile(archive);
+    return read >= 0 && (total >= limit || closed == UNZ_OK);
+}

@@ -1,0 +1,198 @@
+#include "report/CEventLogReader.h"
+
+#include <cctype>
+#include <utility>
+
+#include "collectors/ReportTexts.h"
+#include "recorder/EventTexts.h"
+#include "report/SectionText.h"
+
+namespace {
+
+const std::string kFrameRule(texts::kSnapshotRuleLength, '*');
+const std::string kBlankFrameLine = "*" + std::string(texts::kSnapshotFrameWidth - 1, ' ');
+const std::string kComputerRule(texts::computer::kRuleLength, '=');
+const std::string kResultRule(texts::kResultRuleLength, '=');
+
+// The banner's four labelled lines, the computer report's lines behind its
+// title and the result block's behind its own: each block ends at its last
+// rule, or after this many lines when a damaged log lacks it.
+constexpr int kBannerLines = 4;
+constexpr int kComputerLines = 9;
+constexpr int kResultLines = 12;
+
+// A section's heading: its number, then one of the six titles.
+bool IsSectionHeading(const std::string& line, SnapshotPart& part)
+{
+    std::size_t digits = 0;
+    while (digits < line.size() && std::isdigit(static_cast<unsigned char>(line[digits])))
+        ++digits;
+    if (digits == 0 || digits > 2)
+        return false;
+    for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
+        if (line.compare(digits, std::string::npos, texts::kSnapshotSectionTitles[i]) == 0) {
+            part = static_cast<SnapshotPart>(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool IsClosingLine(const std::string& line)
+{
+    return StartsWith(line, texts::kSnapshotStartClosing) || StartsWith(line, texts::kSnapshotEndClosing);
+}
+
+bool IsBanner(const std::string& line)
+{
+    return StartsWith(line, texts::kStartBanner) || StartsWith(line, texts::kEndBanner);
+}
+
+}  // namespace
+
+CEventLogReader::CEventLogReader(std::string eventId) : eventId_(std::move(eventId)) {}
+
+void CEventLogReader::Line(const std::string& line)
+{
+    if (place_ == Place::Snapshot)
+        LineInSnapshot(line);
+    else if (place_ == Place::Outside)
+        LineOutside(line);
+    else
+        LineInBlock(line);
+}
+
+void CEventLogReader::Finish()
+{
+    if (place_ == Place::Snapshot)
+        EndSnapshot(false);
+    place_ = Place::Outside;
+}
+
+void CEventLogReader::LineOutside(const std::string& line)
+{
+    if (StartsWith(line, texts::kSnapshotTitle)) {
+        BeginSnapshot(TextBehind(line, texts::kSnapshotTitle));
+    } else if (StartsWith(line, texts::kStartBanner)) {
+        place_ = Place::Banner;
+        blockLinesLeft_ = kBannerLines;
+    } else if (line == texts::computer::kTitle) {
+        place_ = Place::Computer;
+        blockLinesLeft_ = kComputerLines;
+        blockRulesLeft_ = 2;
+        blockRule_ = kComputerRule;
+    } else if (StartsWith(line, texts::kResultBlockTitle) && !line.empty() && line.back() == ':') {
+        place_ = Place::ResultBlock;
+        blockLinesLeft_ = kResultLines;
+        blockRulesLeft_ = 2;
+        blockRule_ = kResultRule;
+    } else if (!line.empty() && line != kFrameRule && line != kBlankFrameLine && !IsBanner(line) &&
+               !IsClosingLine(line)) {
+        AddMessage(line);
+    }
+}
+
+// The banner's labelled lines, the computer report and the result block.
+void CEventLogReader::LineInBlock(const std::string& line)
+{
+    if (place_ == Place::Banner) {
+        const bool labelled = StartsWith(line, texts::kBannerEventIdLabel) ||
+                              StartsWith(line, texts::kBannerProductLabel) ||
+                              StartsWith(line, texts::kBannerServiceLevelLabel) ||
+                              StartsWith(line, texts::kBannerCommandLineLabel);
+        if (!labelled) {
+            place_ = Place::Outside;
+            return LineOutside(line);
+        }
+        if (--blockLinesLeft_ == 0)
+            place_ = Place::Outside;
+        return;
+    }
+    if (place_ == Place::Computer && computerName.empty() &&
+        StartsWith(line, texts::computer::kComputerNameLabel))
+        computerName = TextBehind(line, texts::computer::kComputerNameLabel);
+    if (place_ == Place::Computer && operatingSystem.empty() && StartsWith(line, texts::computer::kOSLabel))
+        operatingSystem = TextBehind(line, texts::computer::kOSLabel);
+    if ((line == blockRule_ && --blockRulesLeft_ == 0) || --blockLinesLeft_ == 0)
+        place_ = Place::Outside;
+}
+
+void CEventLogReader::LineInSnapshot(const std::string& line)
+{
+    SnapshotPart part;
+    if (IsClosingLine(line)) {
+        EndSnapshot(true);
+    } else if (StartsWith(line, texts::kSnapshotTitle) || IsBanner(line)) {
+        EndSnapshot(false);
+        LineOutside(line);
+    } else if (IsSectionHeading(line, part)) {
+        BeginSection(part);
+    } else if (inSection_) {
+        sectionLines_.push_back(line);
+    }
+}
+
+// The title tells before from after: the EventID, then " -- Before " or
+// " -- After ".
+void CEventLogReader::BeginSnapshot(const std::string& title)
+{
+    bool isAfter = false;
+    if (StartsWith(title, (eventId_ + texts::kSnapshotAfter).c_str()))
+        isAfter = true;
+    else if (!StartsWith(title, (eventId_ + texts::kSnapshotBefore).c_str()))
+        isAfter = title.find(texts::kSnapshotAfter) != std::string::npos;
+    Snapshot& target = isAfter ? after : before;
+    const char* which = isAfter ? "after" : "before";
+    if (target.complete) {
+        notes.push_back(std::string("a second snapshot ") + which + " the install was left out");
+        snapshot_ = nullptr;
+    } else {
+        target = Snapshot();
+        target.present = true;
+        snapshot_ = &target;
+    }
+    place_ = Place::Snapshot;
+    inSection_ = false;
+}
+
+void CEventLogReader::EndSnapshot(bool closed)
+{
+    EndSection(closed);
+    if (snapshot_ != nullptr) {
+        snapshot_->complete = closed;
+        if (!closed)
+            notes.push_back(std::string("the snapshot ") + (snapshot_ == &after ? "after" : "before") +
+                            " the install is cut off");
+    }
+    snapshot_ = nullptr;
+    place_ = Place::Outside;
+}
+
+// A section that comes again replaces what was read of it before.
+void CEventLogReader::BeginSection(SnapshotPart part)
+{
+    EndSection(true);
+    part_ = part;
+    inSection_ = true;
+}
+
+void CEventLogReader::EndSection(bool complete)
+{
+    if (inSection_ && snapshot_ != nullptr) {
+        SnapshotSection section;
+        section.present = true;
+        section.complete = complete;
+        ReadSection(part_, sectionLines_, section);
+        (*snapshot_)[part_] = std::move(section);
+    }
+    sectionLines_.clear();
+    inSection_ = false;
+}
+
+void CEventLogReader::AddMessage(const std::string& line)
+{
+    if (messages.size() < kMessageLimit)
+        messages.push_back(line);
+    else
+        ++messagesLeftOut;
+}

@@ -1,0 +1,48 @@
+#include "report/CFolderReader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <vector>
+
+#include "platform/FileSystem.h"
+
+namespace {
+
+constexpr std::size_t kBlockSize = 64 * 1024;
+
+}  // namespace
+
+// The looked-up name has "/" between its parts; the system's paths "\".
+std::string CFolderReader::PathOf(const std::string& lookupName) const
+{
+    std::string relative = lookupName;
+    std::replace(relative.begin(), relative.end(), '/', '\\');
+    return folder_ + "\\" + relative;
+}
+
+bool CFolderReader::Contains(const std::string& lookupName) const
+{
+    return !lookupName.empty() && platform::StatPath(platform::SystemPath(PathOf(lookupName))).regularFile;
+}
+
+bool CFolderReader::Stream(const std::string& lookupName, std::uint64_t limit,
+                           const BlockHandler& handler) const
+{
+    if (!Contains(lookupName))
+        return false;
+    std::filebuf file;
+    if (!platform::OpenFileBuffer(file, PathOf(lookupName), std::ios_base::in | std::ios_base::binary))
+        return false;
+    std::vector<char> block(kBlockSize);
+    std::uint64_t total = 0;
+    while (total < limit) {
+        const std::streamsize wanted =
+            static_cast<std::streamsize>(std::min<std::uint64_t>(kBlockSize, limit - total));
+        const std::streamsize read = file.sgetn(block.data(), wanted);
+        if (read <= 0)
+            break;
+        handler(block.data(), static_cast<std::size_t>(read));
+        total += static_cast<std::uint64_t>(read);
+    }
+    return true;
+}

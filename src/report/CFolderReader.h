@@ -1,0 +1,23 @@
+// Reads the files of a history folder on disk: the store itself, or an
+// archive unpacked by hand. Names are taken relative to the folder.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+class CFolderReader {
+public:
+    using BlockHandler = std::function<void(const char* bytes, std::size_t size)>;
+
+    void Open(const std::string& folder) { folder_ = folder; }
+    bool Contains(const std::string& lookupName) const;
+    // Hands over the file's bytes, at most `limit` of them; false if the file
+    // can't be opened or a read fails.
+    bool Stream(const std::string& lookupName, std::uint64_t limit, const BlockHandler& handler) const;
+
+private:
+    std::string PathOf(const std::string& lookupName) const;
+
+    std::string folder_;
+};

@@ -1,0 +1,59 @@
+#include "report/CLineSplitter.h"
+
+#include <algorithm>
+#include <utility>
+
+CLineSplitter::CLineSplitter(LineHandler handler, std::size_t lineLimit)
+    : handler_(std::move(handler)), lineLimit_(lineLimit)
+{
+}
+
+void CLineSplitter::Feed(const char* bytes, std::size_t size)
+{
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        const char c = bytes[i];
+        if (c != '\n' && c != '\r')
+            continue;
+        // The "\n" of a "\r\n" that was split between two blocks.
+        if (c == '\n' && afterCarriageReturn_ && i == 0 && !lineOpen_) {
+            afterCarriageReturn_ = false;
+            start = 1;
+            continue;
+        }
+        const std::size_t taken = std::min(i - start, lineLimit_ - std::min(line_.size(), lineLimit_));
+        if (taken < i - start)
+            lineCut_ = true;
+        line_.append(bytes + start, taken);
+        EndLine();
+        if (c == '\r' && i + 1 < size && bytes[i + 1] == '\n')
+            ++i;
+        afterCarriageReturn_ = (c == '\r' && i + 1 == size);
+        start = i + 1;
+    }
+    if (start < size) {
+        const std::size_t room = lineLimit_ - std::min(line_.size(), lineLimit_);
+        const std::size_t taken = std::min(size - start, room);
+        if (taken < size - start)
+            lineCut_ = true;
+        line_.append(bytes + start, taken);
+        lineOpen_ = true;
+        afterCarriageReturn_ = false;
+    }
+}
+
+void CLineSplitter::Finish()
+{
+    if (lineOpen_)
+        EndLine();
+}
+
+void CLineSplitter::EndLine()
+{
+    if (lineCut_)
+        ++cutLines_;
+    handler_(line_);
+    line_.clear();
+    lineCut_ = false;
+    lineOpen_ = false;
+}

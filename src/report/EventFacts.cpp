@@ -1,0 +1,114 @@
+#include "report/EventFacts.h"
+
+#include <cstdio>
+
+#include "platform/common/AsciiCase.h"
+#include "recorder/EventTexts.h"
+
+namespace {
+
+// The history folder's own name, by which Event_Log_File's path is cut to a
+// name below the folder.
+const char kHistoryFolderName[] = "\\zorhistory\\";
+
+bool ReadsAsSuccess(const std::string& result)
+{
+    const std::string folded = platform::FoldedAsciiText(result);
+    return folded == "0" || folded == "success" || folded == "succeeded" || folded == "successful";
+}
+
+// Days from 1 January 1970 to the date, in the proleptic Gregorian calendar.
+long long DaysFromCivil(long long year, unsigned month, unsigned day)
+{
+    year -= month <= 2;
+    const long long era = (year >= 0 ? year : year - 399) / 400;
+    const unsigned yearOfEra = static_cast<unsigned>(year - era * 400);
+    const unsigned dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
+    const unsigned dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
+    return era * 146097 + static_cast<long long>(dayOfEra) - 719468;
+}
+
+std::optional<long long> SecondsOf(const std::string& stamp)
+{
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+    char end = 0;
+    if (stamp.size() != 17 ||
+        std::sscanf(stamp.c_str(), "%4d%2d%2d %2d:%2d:%2d%c", &year, &month, &day, &hour, &minute, &second,
+                    &end) != 6)
+        return std::nullopt;
+    if (month < 1 || month > 12 || day < 1 || day > 31 || hour > 23 || minute > 59 || second > 60)
+        return std::nullopt;
+    return DaysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) * 86400 +
+           hour * 3600 + minute * 60 + second;
+}
+
+// The folder part of a path, with its last separator, and the rest: paths
+// from Windows have "\\" between their parts, from Linux "/".
+std::string FolderOf(const std::string& path)
+{
+    const std::string::size_type separator = path.find_last_of("/\\");
+    return separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
+}
+
+std::string LastPartOf(const std::string& path)
+{
+    return path.substr(FolderOf(path).size());
+}
+
+}  // namespace
+
+EventOutcome OutcomeOf(const EventRecord& event)
+{
+    if (event.completeFlag != texts::kComplete)
+        return EventOutcome::NeverEnded;
+    if (event.result.empty())
+        return EventOutcome::NoResult;
+    return ReadsAsSuccess(event.result) ? EventOutcome::Succeeded : EventOutcome::Failed;
+}
+
+std::optional<long long> SecondsBetween(const std::string& start, const std::string& end)
+{
+    const std::optional<long long> from = SecondsOf(start);
+    const std::optional<long long> to = SecondsOf(end);
+    if (!from || !to || *to < *from)
+        return std::nullopt;
+    return *to - *from;
+}
+
+std::string FindEventLog(const CHistorySource& source, const EventRecord& event)
+{
+    std::vector<std::string> candidates;
+    const std::string folded = platform::FoldedAsciiText(event.eventLogFile);
+    const std::string::size_type below = folded.rfind(kHistoryFolderName);
+    if (below != std::string::npos)
+        candidates.push_back(event.eventLogFile.substr(below + sizeof kHistoryFolderName - 1));
+    if (!event.copyName.empty())
+        candidates.push_back(event.copyName + "\\" + event.eventId + "\\" + texts::kEventLogName);
+    candidates.push_back(event.eventId + "\\" + texts::kEventLogName);
+    for (const std::string& candidate : candidates) {
+        if (source.Contains(candidate))
+            return candidate;
+    }
+    return std::string();
+}
+
+std::vector<InstallerLog> InstallerLogsOf(const CHistorySource& source, const EventRecord& event,
+                                          const std::string& eventLogName)
+{
+    const std::pair<const char*, const std::string*> files[] = {
+        {"installer log", &event.logFile},
+        {"trace file", &event.traceFile},
+        {"response file", &event.responseFile},
+        {"Windows Installer log", &event.wiLogFile},
+    };
+    std::vector<InstallerLog> logs;
+    for (const auto& file : files) {
+        if (file.second->empty() || *file.second == texts::kNoFile)
+            continue;
+        const std::string name = LastPartOf(*file.second);
+        const bool inSource = !eventLogName.empty() && !name.empty() &&
+                              source.Contains(FolderOf(eventLogName) + name);
+        logs.push_back(InstallerLog{file.first, name, inSource});
+    }
+    return logs;
+}

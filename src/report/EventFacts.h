@@ -1,0 +1,28 @@
+// What the report makes of an event's keys: how it ended, how long it took,
+// where its log lies in the source and which installer files it names.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "report/CHistorySource.h"
+#include "report/ReportModel.h"
+
+// Never ended while Complete_Flag isn't "TRUE"; then succeeded for a result
+// of 0 or "Success" (any case), no result for an empty one, failed otherwise.
+EventOutcome OutcomeOf(const EventRecord& event);
+
+// Seconds between two of the recorder's time stamps ("%Y%m%d %H:%M:%S"), if
+// both can be read and the end doesn't come first.
+std::optional<long long> SecondsBetween(const std::string& start, const std::string& end);
+
+// The event log's name in the source, or empty if the source hasn't got it:
+// where Event_Log_File says below the history folder, else below the copy's
+// folder, else directly in the history folder.
+std::string FindEventLog(const CHistorySource& source, const EventRecord& event);
+
+// The installer's files that the event names, with whether the source holds
+// a copy of each beside the event log.
+std::vector<InstallerLog> InstallerLogsOf(const CHistorySource& source, const EventRecord& event,
+                                          const std::string& eventLogName);

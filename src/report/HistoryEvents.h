@@ -1,0 +1,20 @@
+// The events of a History.ini, read from its bytes by the rules of the
+// private-profile calls: every section but "History" is an event, in the
+// order of the file; a second section of a name already read adds no event,
+// since every read of a key finds the first one.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "report/ReportModel.h"
+
+std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes);
+
+// The groups of the summary: the events that share a copy name, or an event
+// without one alone, named after the event; in the order of their first event.
+struct EventGroup {
+    std::string name;
+    std::vector<const EventRecord*> events;
+};
+std::vector<EventGroup> GroupByCopy(const std::vector<EventRecord>& events);

@@ -1,0 +1,215 @@
+#include "report/HtmlReport.h"
+
+#include "report/ReportWords.h"
+
+namespace {
+
+// Messages beyond this many are folded away.
+constexpr std::size_t kOpenMessages = 10;
+
+const char kStyle[] = R"(
+body { font-family: "DejaVu Sans", Arial, sans-serif; margin: 2em; color: #222; max-width: 70em; }
+h1 { font-size: 1.6em; margin-bottom: 0.2em; }
+h2 { font-size: 1.3em; border-bottom: 2px solid #456; margin-top: 2em; }
+h3 { font-size: 1.1em; margin: 1.2em 0 0.4em; }
+h4 { font-size: 1em; margin: 0.8em 0 0.3em; color: #345; }
+table { border-collapse: collapse; margin: 0.4em 0; }
+th, td { border: 1px solid #bbb; padding: 0.2em 0.5em; text-align: left; vertical-align: top; }
+th { background: #eef; }
+.facts th { width: 10em; }
+.event { border-left: 4px solid #89a; padding-left: 1em; margin: 1em 0; }
+.succeeded { color: #060; font-weight: bold; }
+.failed { color: #a00; font-weight: bold; }
+.never, .noresult { color: #a60; font-weight: bold; }
+.none, .na { margin: 0.2em 0; }
+.na, .note { color: #a60; }
+.added::before { content: "+ "; color: #060; }
+.removed::before { content: "\2212  "; color: #a00; }
+ul.changes { list-style: none; padding-left: 1em; margin: 0.2em 0; }
+summary { cursor: pointer; font-weight: bold; }
+code, .mono { font-family: "DejaVu Sans Mono", monospace; }
+@media print { body { margin: 0; max-width: none; } .event { break-inside: avoid-page; } }
+)";
+
+const char* OutcomeClass(EventOutcome outcome)
+{
+    switch (outcome) {
+    case EventOutcome::Succeeded:
+        return "succeeded";
+    case EventOutcome::Failed:
+        return "failed";
+    case EventOutcome::NoResult:
+        return "noresult";
+    case EventOutcome::NeverEnded:
+        break;
+    }
+    return "never";
+}
+
+void WriteFact(std::ostream& out, const char* label, const std::string& value)
+{
+    out << "<tr><th>" << label << "</th><td>" << HtmlText(value) << "</td></tr>\n";
+}
+
+void WriteMachine(const HistoryReport& report, std::ostream& out)
+{
+    out << "<table class=\"facts\">\n";
+    WriteFact(out, "Computer", report.computerName);
+    WriteFact(out, "Operating system", report.operatingSystem);
+    WriteFact(out, "Source", report.sourceName);
+    WriteFact(out, "Events", std::to_string(report.eventCount));
+    WriteFact(out, "Copies", std::to_string(report.copies.size()));
+    WriteFact(out, "First event", report.firstTime);
+    WriteFact(out, "Last event", report.lastTime);
+    out << "</table>\n";
+}
+
+void WriteTimeline(const CopyReport& copy, std::ostream& out)
+{
+    out << "<table class=\"timeline\">\n<tr><th>Event</th><th>Action</th><th>Product</th><th>Start</th>"
+           "<th>End</th><th>Duration</th><th>Result</th></tr>\n";
+    for (const EventReport& event : copy.events) {
+        const EventRecord& record = event.record;
+        out << "<tr><td>" << HtmlText(record.eventId) << "</td><td>" << HtmlText(record.action) << "</td><td>"
+            << HtmlText(record.product) << "</td><td>" << HtmlText(record.startTime) << "</td><td>"
+            << HtmlText(record.endTime) << "</td><td>"
+            << (event.durationSeconds ? DurationText(*event.durationSeconds) : std::string()) << "</td><td class=\""
+            << OutcomeClass(event.outcome) << "\">" << HtmlText(OutcomeText(event)) << "</td></tr>\n";
+    }
+    out << "</table>\n";
+}
+
+void WriteList(std::ostream& out, const std::vector<std::string>& items, const char* itemClass)
+{
+    for (const std::string& item : items)
+        out << "<li class=\"" << itemClass << "\">" << HtmlText(item) << "</li>\n";
+}
+
+std::string ChangeCounts(const SectionChanges& changes)
+{
+    return std::to_string(changes.added.size()) + " added, " + std::to_string(changes.removed.size()) +
+           " removed, " + std::to_string(changes.changed.size()) + " changed";
+}
+
+void WriteSection(std::size_t part, const std::optional<SectionChanges>& changes, std::ostream& out)
+{
+    const std::string title = HtmlText(SectionTitle(part));
+    if (!changes) {
+        out << "<p class=\"na\">" << title << ": not compared, the section is missing or cut off.</p>\n";
+        return;
+    }
+    if (changes->Count() == 0) {
+        out << "<p class=\"none\">" << title << ": no change.</p>\n";
+        return;
+    }
+    out << "<details open>\n<summary>" << title << ": " << ChangeCounts(*changes) << "</summary>\n";
+    out << "<ul class=\"changes\">\n";
+    WriteList(out, changes->added, "added");
+    WriteList(out, changes->removed, "removed");
+    out << "</ul>\n";
+    if (!changes->changed.empty()) {
+        out << "<table>\n<tr><th>Changed</th><th>Before</th><th>After</th></tr>\n";
+        for (const ItemChange& change : changes->changed)
+            out << "<tr><td>" << HtmlText(change.name) << "</td><td>" << HtmlText(change.before) << "</td><td>"
+                << HtmlText(change.after) << "</td></tr>\n";
+        out << "</table>\n";
+    }
+    out << "</details>\n";
+}
+
+void WriteChanges(const char* heading, const std::optional<SnapshotChanges>& changes, std::ostream& out)
+{
+    out << "<h4>" << heading << "</h4>\n";
+    for (std::size_t part = 0; part < kSnapshotPartCount; ++part)
+        WriteSection(part, (*changes)[part], out);
+}
+
+void WriteMessages(const EventReport& event, std::ostream& out)
+{
+    if (event.messages.empty())
+        return;
+    const bool fold = event.messages.size() > kOpenMessages;
+    out << (fold ? "<details>\n<summary>" : "<h4>") << "Messages (" << event.messages.size() + event.messagesLeftOut
+        << ")" << (fold ? "</summary>\n" : "</h4>\n") << "<ul class=\"mono\">\n";
+    for (const std::string& message : event.messages)
+        out << "<li>" << HtmlText(message) << "</li>\n";
+    if (event.messagesLeftOut != 0)
+        out << "<li>... and " << event.messagesLeftOut << " more</li>\n";
+    out << "</ul>\n" << (fold ? "</details>\n" : "");
+}
+
+void WriteFiles(const EventReport& event, std::ostream& out)
+{
+    out << "<p>Event log: "
+        << (event.eventLogName.empty() ? std::string("not in the source") : HtmlText(event.eventLogName))
+        << "</p>\n";
+    if (event.installerLogs.empty())
+        return;
+    out << "<p>Installer files:</p>\n<ul>\n";
+    for (const InstallerLog& log : event.installerLogs)
+        out << "<li>" << log.kind << ": <code>" << HtmlText(log.name) << "</code>"
+            << (log.inSource ? "" : " (not in the source)") << "</li>\n";
+    out << "</ul>\n";
+}
+
+void WriteEvent(const EventReport& event, bool firstOfCopy, std::ostream& out)
+{
+    out << "<section class=\"event\">\n<h3>" << HtmlText(event.record.eventId) << ": "
+        << HtmlText(event.record.action) << ", <span class=\"" << OutcomeClass(event.outcome) << "\">"
+        << HtmlText(OutcomeText(event)) << "</span></h3>\n";
+    for (const std::string& note : event.notes)
+        out << "<p class=\"note\">Note: " << HtmlText(note) << ".</p>\n";
+    WriteFiles(event, out);
+    WriteMessages(event, out);
+    if (event.changes)
+        WriteChanges("What the install changed", event.changes, out);
+    else
+        out << "<h4>What the install changed</h4>\n<p class=\"na\">Not compared: "
+            << MissingSnapshots(event.hasBefore, event.hasAfter) << ".</p>\n";
+    if (event.drift)
+        WriteChanges("What changed since the copy's event before (outside any recorded install)", event.drift, out);
+    else if (!firstOfCopy)
+        out << "<h4>What changed since the copy's event before</h4>\n<p class=\"na\">Not compared: a snapshot "
+               "is missing.</p>\n";
+    out << "</section>\n";
+}
+
+void WriteCopy(const CopyReport& copy, std::ostream& out)
+{
+    const bool unnamed = copy.events.size() == 1 && copy.events[0].record.copyName.empty();
+    out << "<h2>" << (unnamed ? "No copy name: event " : "Copy ") << HtmlText(copy.name) << "</h2>\n";
+    WriteTimeline(copy, out);
+    for (std::size_t i = 0; i < copy.events.size(); ++i)
+        WriteEvent(copy.events[i], i == 0, out);
+}
+
+}  // namespace
+
+std::string HtmlText(const std::string& ansiText)
+{
+    const std::string text = Utf8FromAnsi(ansiText);
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        switch (c) {
+        case '&': escaped += "&amp;"; break;
+        case '<': escaped += "&lt;"; break;
+        case '>': escaped += "&gt;"; break;
+        case '"': escaped += "&quot;"; break;
+        case '\'': escaped += "&#39;"; break;
+        default: escaped += c;
+        }
+    }
+    return escaped;
+}
+
+void WriteHtmlReport(const HistoryReport& report, std::ostream& out)
+{
+    out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<title>ZOR installation history report</title>\n<style>"
+        << kStyle << "</style>\n</head>\n<body>\n<h1>ZOR installation history report</h1>\n";
+    WriteMachine(report, out);
+    for (const CopyReport& copy : report.copies)
+        WriteCopy(copy, out);
+    out << "</body>\n</html>\n";
+}

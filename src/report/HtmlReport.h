@@ -1,0 +1,14 @@
+// The report as one self-contained HTML page: inline style, no script, no
+// file or address outside itself, readable when printed. Every text from the
+// machine or the installer is escaped.
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "report/ReportModel.h"
+
+void WriteHtmlReport(const HistoryReport& report, std::ostream& out);
+
+// The text in UTF-8, with "&", "<", ">", '"' and "'" as character references.
+std::string HtmlText(const std::string& ansiText);

@@ -1,0 +1,190 @@
+// The product's own copies and its ODBC drivers in a snapshot. Copies of the
+// layout before V9 have no names in the log; they are told apart by their
+// place. Each product, global profile value, instance and parameter belongs
+// to its copy, each parameter of an instance to the instance.
+#include "inventory/InventoryTexts.h"
+#include "report/SectionReaders.h"
+#include "report/SectionText.h"
+
+namespace {
+
+using namespace texts::products;
+
+const std::string kCopyListRule(kCopyListRuleLength, '-');
+const std::string kProfileRule(kProfileRuleLength, '-');
+const std::string kProductRule(kProductRuleLength, '-');
+const std::string kInstanceRule(kInstanceRuleLength, '-');
+const std::string kParameterRule(kParameterRuleLength, '-');
+
+// A parameter row: the name in its column, the value behind it.
+void SplitParameter(const std::string& row, std::size_t width, std::string& name, std::string& value)
+{
+    name = TrimmedText(row.substr(0, std::min(width, row.size())));
+    value = width < row.size() ? row.substr(width) : std::string();
+}
+
+// A global parameter row: the name and its ":" in a column of 30, the value
+// behind it. A name of 30 characters or more pushes the value along; the
+// first ":" from the column's end on then ends the name.
+void SplitGlobalParameter(const std::string& row, std::string& name, std::string& value)
+{
+    const std::size_t width = kGlobalNameWidth;
+    const std::string column = TrimmedText(row.substr(0, std::min(width, row.size())));
+    std::string::size_type colon = std::string::npos;
+    if (row.size() >= width && !column.empty() && column.back() == ':') {
+        name = column.substr(0, column.size() - 1);
+        value = row.substr(width);
+    } else if ((colon = row.find(':', width - 1)) != std::string::npos) {
+        name = TrimmedText(row.substr(0, colon));
+        value = row.substr(colon + 1);
+    } else {
+        name = TrimmedText(row);
+        value.clear();
+    }
+}
+
+class ProductsReader {
+public:
+    ProductsReader(const SectionLines& lines, SnapshotSection& section) : lines_(lines), section_(section) {}
+
+    void Read()
+    {
+        for (std::size_t i = 0; i < lines_.size();)
+            i = ReadLine(i);
+    }
+
+private:
+    std::size_t ReadLine(std::size_t i)
+    {
+        const std::string& line = lines_[i++];
+        if (line == kPartABanner)
+            priorToV9_ = true;
+        else if (line == kPartBBanner)
+            priorToV9_ = false;
+        else if (line == kCopyListHeader)
+            return FindTableRows(lines_, i, kCopyListRule, 1, kCopyListRule).next;
+        else if (StartsWith(line, kCopyNameLabel))
+            StartCopy("copy " + TextBehind(line, kCopyNameLabel));
+        else if (StartsWith(line, kProductCountLabel) && priorToV9_)
+            StartCopy("copy before V9 #" + std::to_string(++priorCopies_));
+        else if (line == kGlobalProfilesTitle)
+            return ReadGlobalProfile(i);
+        else if (line == kProductsTitle)
+            return ReadProducts(i);
+        else if (line == kInstancesTitle)
+            return ReadInstanceList(i);
+        else if (StartsWith(line, kInstanceNameLabel))
+            return ReadInstance(i, copy_ + ": instance " + TextBehind(line, kInstanceNameLabel));
+        return i;
+    }
+
+    void StartCopy(const std::string& copy)
+    {
+        copy_ = copy;
+        section_.Mark(copy_);
+    }
+
+    std::size_t ReadGlobalProfile(std::size_t from)
+    {
+        const TableRows rows = FindTableRows(lines_, from, kProfileRule, 1, kProfileRule);
+        for (std::size_t i = rows.first; i < rows.end; ++i) {
+            std::string name;
+            std::string value;
+            SplitGlobalParameter(lines_[i], name, value);
+            section_.Add(copy_ + ": global profile " + name, value, copy_);
+        }
+        return rows.next;
+    }
+
+    std::size_t ReadProducts(std::size_t from)
+    {
+        const TableRows rows = FindTableRows(lines_, from, kProductRule, 2, kProductRule);
+        for (std::size_t i = rows.first; i < rows.end; ++i) {
+            const std::vector<std::string> fields =
+                RowColumns(lines_[i], kProductColumnWidths, kProductColumnCount);
+            section_.Add(copy_ + ": product " + fields[0],
+                         "version " + fields[2] + ", service level " + fields[3] + ", code " + fields[1] +
+                             ", last modified " + fields[4] + fields[5],
+                         copy_);
+        }
+        return rows.next;
+    }
+
+    std::size_t ReadInstanceList(std::size_t from)
+    {
+        const TableRows rows = FindTableRows(lines_, from, kInstanceRule, 2, kInstanceRule);
+        for (std::size_t i = rows.first; i < rows.end; ++i)
+            section_.Mark(copy_ + ": instance " + lines_[i], copy_);
+        return rows.next;
+    }
+
+    std::size_t ReadInstance(std::size_t from, const std::string& instance)
+    {
+        const TableRows rows = FindTableRows(lines_, from, kParameterRule, 2, kParameterRule);
+        for (std::size_t i = rows.first; i < rows.end; ++i) {
+            std::string name;
+            std::string value;
+            SplitParameter(lines_[i], kParameterNameWidth, name, value);
+            section_.Add(instance + ": " + name, value, instance);
+        }
+        return rows.next;
+    }
+
+    const SectionLines& lines_;
+    SnapshotSection& section_;
+    bool priorToV9_ = false;
+    int priorCopies_ = 0;
+    std::string copy_ = "copy (no name)";
+};
+
+}  // namespace
+
+void ReadZORProductsSection(const SectionLines& lines, SnapshotSection& section)
+{
+    ProductsReader(lines, section).Read();
+}
+
+void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
+{
+    namespace odbc = texts::odbc;
+    const std::string driverRule(odbc::kDriverRuleLength, '-');
+    const std::string parameterRule(odbc::kParameterRuleLength, '-');
+    for (std::size_t i = 0; i < lines.size();) {
+        const std::string& line = lines[i++];
+        if (line == odbc::kDriverListHeader) {
+            const TableRows rows = FindTableRows(lines, i, driverRule, 1, driverRule);
+            for (std::size_t row = rows.first; row < rows.end; ++row)
+                section.Mark("driver " + lines[row]);
+            i = rows.next;
+        } else if (StartsWith(line, odbc::kDriverNameLabel)) {
+            const std::string driver = "driver " + TextBehind(line, odbc::kDriverNameLabel);
+            section.Mark(driver);
+            const TableRows rows = FindTableRows(lines, i, parameterRule, 2, parameterRule);
+            for (std::size_t row = rows.first; row < rows.end; ++row) {
+                std::string name;
+                std::string value;
+                SplitParameter(lines[row], odbc::kParameterNameWidth, name, value);
+                section.Add(driver + ": " + name, value, driver);
+            }
+            i = rows.next;
+        }
+    }
+}
+
+void ReadSection(SnapshotPart part, const SectionLines& lines, SnapshotSection& section)
+{
+    switch (part) {
+    case SnapshotPart::Users:
+        return ReadUsersSection(lines, section);
+    case SnapshotPart::Software:
+        return ReadSoftwareSection(lines, section);
+    case SnapshotPart::Processes:
+        return ReadProcessesSection(lines, section);
+    case SnapshotPart::Services:
+        return ReadServicesSection(lines, section);
+    case SnapshotPart::ZORProducts:
+        return ReadZORProductsSection(lines, section);
+    case SnapshotPart::ODBCDrivers:
+        return ReadODBCDriversSection(lines, section);
+    }
+}

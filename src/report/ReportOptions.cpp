@@ -1,0 +1,70 @@
+#include "report/ReportOptions.h"
+
+const char* const kReportUsage =
+    "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json]\n"
+    "\n"
+    "Compares the snapshots of the machine that every recorded install keeps,\n"
+    "before and after the install, and tells what each install changed.\n"
+    "\n"
+    "  SOURCE          an archive written by ZORGetInstallLog -f, or a history folder\n"
+    "  -o report.html  write the report as one HTML page to this file\n"
+    "  -json file      write the same facts as JSON to this file\n"
+    "  -h              show this text\n"
+    "\n"
+    "With neither -o nor -json, the page is written to report.html in the\n"
+    "current folder. A short summary always goes to standard output.\n"
+    "Exit codes: 0 report written, 1 source or output can't be used, 2 usage error.\n";
+
+namespace {
+
+const char kDefaultHtmlPath[] = "report.html";
+
+bool TakeValue(const std::vector<std::string>& arguments, std::size_t& i, std::string& value, std::string& error)
+{
+    if (i + 1 >= arguments.size() || arguments[i + 1].empty()) {
+        error = "the option " + arguments[i] + " needs a file name";
+        return false;
+    }
+    if (!value.empty()) {
+        error = "the option " + arguments[i] + " is given twice";
+        return false;
+    }
+    value = arguments[++i];
+    return true;
+}
+
+}  // namespace
+
+bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions& options, std::string& error)
+{
+    options = ReportOptions();
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == "-h" || argument == "--help" || argument == "/?") {
+            options.help = true;
+            return true;
+        }
+        if (argument == "-o") {
+            if (!TakeValue(arguments, i, options.htmlPath, error))
+                return false;
+        } else if (argument == "-json") {
+            if (!TakeValue(arguments, i, options.jsonPath, error))
+                return false;
+        } else if (!argument.empty() && argument[0] == '-') {
+            error = "unknown option " + argument;
+            return false;
+        } else if (options.source.empty()) {
+            options.source = argument;
+        } else {
+            error = "only one source can be given";
+            return false;
+        }
+    }
+    if (options.source.empty()) {
+        error = "no source given";
+        return false;
+    }
+    if (options.htmlPath.empty() && options.jsonPath.empty())
+        options.htmlPath = kDefaultHtmlPath;
+    return true;
+}

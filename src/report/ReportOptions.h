@@ -1,0 +1,19 @@
+// The command line of ZORHistoryReport:
+//     ZORHistoryReport SOURCE [-o report.html] [-json report.json]
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct ReportOptions {
+    std::string source;
+    std::string htmlPath;
+    std::string jsonPath;
+    bool help = false;
+};
+
+// False, with the reason, for a usage error. With neither -o nor -json the
+// HTML report goes to report.html in the current folder.
+bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions& options, std::string& error);
+
+extern const char* const kReportUsage;

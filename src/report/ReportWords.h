@@ -1,0 +1,31 @@
+// The words that the report's three forms share: the names of the six
+// sections, taken from the snapshot's own titles, their keys in the JSON
+// form, and the words for how an event ended.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "report/ReportModel.h"
+
+// "User Group & User Information", from ") User Group & User Information:".
+std::string SectionTitle(std::size_t part);
+
+// "users", "software", "processes", "services", "zorProducts", "odbcDrivers".
+const char* SectionKey(std::size_t part);
+
+// "succeeded", "failed", "no result" or "never ended".
+const char* OutcomeWord(EventOutcome outcome);
+
+// The outcome, with the installer's result text where it failed.
+std::string OutcomeText(const EventReport& event);
+
+// "1 h 02 min 05 s", "3 min 10 s", "12 s".
+std::string DurationText(long long seconds);
+
+// What an event that can't be compared lacks: "no snapshot after the install".
+std::string MissingSnapshots(bool hasBefore, bool hasAfter);
+
+// The system's texts are in the ANSI code page (Windows-1252); the HTML and
+// JSON forms are UTF-8. Control characters other than the tab become U+FFFD.
+std::string Utf8FromAnsi(const std::string& text);

@@ -1,0 +1,30 @@
+// The readers of the six sections of a snapshot: each takes the section's
+// lines, between its heading and the next, and names the things the section
+// shows, with the values that a change would show.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "report/Snapshot.h"
+
+using SectionLines = std::vector<std::string>;
+
+// Groups as "group <name>" and "global group <name>", users as "user <name>"
+// and "global user <name>" with the groups they belong to, and the logged-on
+// user.
+void ReadUsersSection(const SectionLines& lines, SnapshotSection& section);
+// Each product by its name, with its version.
+void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section);
+// Each image name with the number of processes that run it: process ids
+// differ between any two snapshots and are no change.
+void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section);
+// Each service by its display name, with its state.
+void ReadServicesSection(const SectionLines& lines, SnapshotSection& section);
+// The product's copies, and below each its products, global profile values,
+// instances and their parameters.
+void ReadZORProductsSection(const SectionLines& lines, SnapshotSection& section);
+// Each driver, and below it its parameters.
+void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section);
+
+void ReadSection(SnapshotPart part, const SectionLines& lines, SnapshotSection& section);

@@ -1,0 +1,32 @@
+// Small readers of the lines of a snapshot's section: blanks trimmed, a row
+// cut into its columns, and the rows of a table found between its rules.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+std::string TrimmedText(const std::string& text);
+std::string TrimmedRight(const std::string& text);
+bool StartsWith(const std::string& text, const char* start);
+// The text behind `start`, which it must begin with.
+std::string TextBehind(const std::string& text, const char* start);
+
+// The fields of a row written with these widths, each trimmed of the blanks
+// that padded it on either side, and what follows the last width. A value as
+// long as its column or longer pushes the rest of the row along; such a row
+// is cut at the columns all the same, the same way each time it is read.
+std::vector<std::string> RowColumns(const std::string& row, const int* widths, std::size_t count);
+
+// The rows of a table: after `rulesBeforeRows` lines that equal `rule`, up to
+// the next line that equals `closingRule` or `rule`. A table cut off before
+// its closing rule has its rows up to the end of the lines.
+struct TableRows {
+    std::size_t first = 0;
+    std::size_t end = 0;
+    // Where reading goes on: behind the closing rule.
+    std::size_t next = 0;
+    bool closed = false;
+};
+TableRows FindTableRows(const std::vector<std::string>& lines, std::size_t from, const std::string& rule,
+                        int rulesBeforeRows, const std::string& closingRule);

@@ -1,0 +1,58 @@
+// One snapshot of the machine as the report reads it back from an event log:
+// for each of the six sections, the things it names, each with the value that
+// a change would show. A section read to its end is complete; one that was cut
+// off, or never came, can't be compared.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <string>
+
+#include "recorder/EventTexts.h"
+
+// The sections in the snapshot's order.
+enum class SnapshotPart : std::size_t {
+    Users,
+    Software,
+    Processes,
+    Services,
+    ZORProducts,
+    ODBCDrivers,
+};
+
+inline constexpr std::size_t kSnapshotPartCount = texts::kSnapshotSectionCount;
+
+// A thing that a section names, and its value. A thing that belongs to
+// another one (a parameter to its instance, an instance to its copy) names
+// that one as its owner, so that a copy that comes or goes is told once,
+// without each of its parameters.
+struct SnapshotItem {
+    std::string value;
+    std::string owner;
+};
+
+struct SnapshotSection {
+    bool present = false;
+    bool complete = false;
+    std::map<std::string, SnapshotItem> items;
+
+    // Adds a thing; a name that is there already gets the new value joined
+    // to its old one, so that two rows of one name both show.
+    void Add(const std::string& name, const std::string& value, const std::string& owner = std::string());
+    // A thing that has no value of its own: named once, however often it is.
+    void Mark(const std::string& name, const std::string& owner = std::string());
+};
+
+struct Snapshot {
+    bool present = false;
+    // The closing line was read.
+    bool complete = false;
+    std::array<SnapshotSection, kSnapshotPartCount> sections;
+
+    SnapshotSection& operator[](SnapshotPart part) { return sections[static_cast<std::size_t>(part)]; }
+    const SnapshotSection& operator[](SnapshotPart part) const
+    {
+        return sections[static_cast<std::size_t>(part)];
+    }
+};

@@ -1,0 +1,82 @@
+// The users and groups of a snapshot. A user's groups are one value, so that a
+// user who joins or leaves a group shows as one change of membership.
+#include <map>
+#include <set>
+
+#include "collectors/ReportTexts.h"
+#include "report/SectionReaders.h"
+#include "report/SectionText.h"
+
+namespace {
+
+using namespace texts::users;
+
+using Memberships = std::map<std::string, std::set<std::string>>;
+
+const std::string kGroupRule(kGroupRuleLength, '-');
+const std::string kUserRule(kUserRuleLength, '-');
+
+// A row: the group in its column of 30, ten blanks, the user. A group of 30
+// characters or more pushes the blanks along.
+void ReadUserRow(const std::string& row, Memberships& members)
+{
+    const std::string gap = kUserColumnGap;
+    std::size_t gapAt = kGroupColumnWidth;
+    if (row.compare(gapAt, gap.size(), gap) != 0)
+        gapAt = row.find(gap, kGroupColumnWidth);
+    if (gapAt == std::string::npos || gapAt > row.size())
+        gapAt = row.size();
+    const std::string group = TrimmedRight(row.substr(0, gapAt));
+    const std::string user = gapAt + gap.size() <= row.size() ? row.substr(gapAt + gap.size()) : "";
+    members[user].insert(group);
+}
+
+std::size_t ReadGroups(const SectionLines& lines, std::size_t from, const std::string& closingRule,
+                       const std::string& kind, SnapshotSection& section)
+{
+    const TableRows rows = FindTableRows(lines, from, kGroupRule, 2, closingRule);
+    for (std::size_t i = rows.first; i < rows.end; ++i)
+        section.Mark(kind + " " + lines[i]);
+    return rows.next;
+}
+
+std::size_t ReadMembers(const SectionLines& lines, std::size_t from, Memberships& members)
+{
+    const TableRows rows = FindTableRows(lines, from, kUserRule, 2, kUserRule);
+    for (std::size_t i = rows.first; i < rows.end; ++i)
+        ReadUserRow(lines[i], members);
+    return rows.next;
+}
+
+void AddMemberships(const Memberships& members, const std::string& kind, SnapshotSection& section)
+{
+    for (const auto& member : members) {
+        std::string groups;
+        for (const std::string& group : member.second)
+            groups += (groups.empty() ? "" : ", ") + group;
+        section.Add(kind + " " + member.first, "member of " + groups);
+    }
+}
+
+}  // namespace
+
+void ReadUsersSection(const SectionLines& lines, SnapshotSection& section)
+{
+    Memberships localMembers;
+    Memberships globalMembers;
+    for (std::size_t i = 0; i < lines.size();) {
+        const std::string& line = lines[i++];
+        if (StartsWith(line, kLoggedOnUserLabel))
+            section.Add("logged-on user", TextBehind(line, kLoggedOnUserLabel));
+        else if (line == kLocalGroupList)
+            i = ReadGroups(lines, i, kGroupRule, "group", section);
+        else if (line == kGlobalGroupList)
+            i = ReadGroups(lines, i, kUserRule, "global group", section);
+        else if (line == kLocalUserList)
+            i = ReadMembers(lines, i, localMembers);
+        else if (line == kGlobalUserList)
+            i = ReadMembers(lines, i, globalMembers);
+    }
+    AddMemberships(localMembers, "user", section);
+    AddMemberships(globalMembers, "global user", section);
+}

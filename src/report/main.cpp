@@ -1,0 +1,88 @@
+// ZORHistoryReport: what did each install change? Reads a history, from an
+// archive or a folder, and writes the report as HTML and/or JSON, with a short
+// summary on standard output.
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "platform/FileSystem.h"
+#include "report/CHistorySource.h"
+#include "report/CReportBuilder.h"
+#include "report/HtmlReport.h"
+#include "report/JsonReport.h"
+#include "report/ReportOptions.h"
+#include "report/TextSummary.h"
+
+namespace {
+
+constexpr int kWritten = 0;
+constexpr int kCantRead = 1;
+constexpr int kUsageError = 2;
+
+template <typename Writer>
+bool WriteFile(const std::string& path, const HistoryReport& report, Writer write)
+{
+    std::filebuf file;
+    if (!platform::OpenFileBuffer(file, path, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary))
+        return false;
+    std::ostream out(&file);
+    write(report, out);
+    out.flush();
+    return out.good() && file.close() != nullptr;
+}
+
+bool WriteOutputs(const ReportOptions& options, const HistoryReport& report)
+{
+    if (!options.htmlPath.empty() && !WriteFile(options.htmlPath, report, WriteHtmlReport)) {
+        std::cerr << options.htmlPath << ": the report can't be written" << std::endl;
+        return false;
+    }
+    if (!options.jsonPath.empty() && !WriteFile(options.jsonPath, report, WriteJsonReport)) {
+        std::cerr << options.jsonPath << ": the report can't be written" << std::endl;
+        return false;
+    }
+    return true;
+}
+
+int Run(const ReportOptions& options)
+{
+    CHistorySource source;
+    std::string reason;
+    if (!source.Open(options.source, reason)) {
+        std::cerr << reason << std::endl;
+        return kCantRead;
+    }
+    HistoryReport report;
+    if (!CReportBuilder(source, options.source).Build(report, reason)) {
+        std::cerr << reason << std::endl;
+        return kCantRead;
+    }
+    WriteTextSummary(report, std::cout);
+    if (!WriteOutputs(options, report))
+        return kCantRead;
+    for (const std::string* path : {&options.htmlPath, &options.jsonPath}) {
+        if (!path->empty())
+            std::cout << "Report written to " << *path << '\n';
+    }
+    return kWritten;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[])
+{
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    ReportOptions options;
+    std::string error;
+    if (!ParseReportOptions(arguments, options, error)) {
+        std::cerr << "ZORHistoryReport: " << error << "\n\n" << kReportUsage;
+        return kUsageError;
+    }
+    if (options.help) {
+        std::cout << kReportUsage;
+        return kWritten;
+    }
+    return Run(options);
+}
