@@ -18,9 +18,11 @@ import zipfile
 
 DOCS = ["README.md", "event-log.md", "faults.md", "recording.md",
         "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi"]
-WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORRecorder.dll",
+WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORHistoryReport.exe",
+                 "bin/ZORRecorder.dll",
                  "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"]
-LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "lib/libZORHistoryRecorder.a",
+LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "bin/ZORHistoryReport",
+               "lib/libZORHistoryRecorder.a",
                "include/zor/history/CHistoryStore.h"]
 # The symbols that a caller's __stdcall declarations ask for.
 IMPORTS = {

@@ -33,4 +33,5 @@ apt-get install -y -q --no-install-recommends \
     g++-mingw-w64-i686-posix gcc-mingw-w64-i686-posix \
     libz-mingw-w64-dev binutils-mingw-w64-x86-64 binutils-mingw-w64-i686 \
     wine wine64 strace \
-    wixl llvm nsis
+    wixl llvm nsis \
+    nlohmann-json3-dev chromium fonts-dejavu-core

@@ -34,12 +34,12 @@ for arch in win32 win64; do
     cmake --build --preset "$arch" --target package
     python3 scripts/check-release.py zip "build/$arch/ZORGetInstallLog-$version-$arch.zip" "$arch"
 done
-for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORRecorder.dll; do
+for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORHistoryReport.exe ZORRecorder.dll; do
     scripts/check-windows-binary.sh "build/win32/$program" PE32 Intel
     scripts/check-windows-binary.sh "build/win64/$program" PE32+ x86-64
 done
 # The x86 build has no tests of its own: its resources are read back here.
-for program in ZORGetInstallLog.exe ZORRecordEvent.exe; do
+for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORHistoryReport.exe; do
     python3 scripts/check-windows-resources.py "build/win32/$program" "$version" --manifest
 done
 python3 scripts/check-windows-resources.py build/win32/ZORRecorder.dll "$version" --no-manifest
