@@ -1,0 +1,157 @@
+// The three forms of the report over a small report made by hand.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "report/HtmlReport.h"
+#include "report/JsonReport.h"
+#include "report/ReportOptions.h"
+#include "report/TextSummary.h"
+
+namespace {
+
+HistoryReport SmallReport()
+{
+    HistoryReport report;
+    report.sourceName = "x.zip";
+    report.computerName = "VM";
+    report.operatingSystem = "Microsoft Windows XP Home Edition";
+    report.eventCount = 2;
+    report.firstTime = "20061012 10:00:00";
+    report.lastTime = "20061012 10:05:00";
+
+    EventReport installed;
+    installed.record.eventId = "E1";
+    installed.record.action = "Install";
+    installed.record.result = "1603";
+    installed.outcome = EventOutcome::Failed;
+    installed.hasBefore = installed.hasAfter = true;
+    installed.messages = {"<script>document.title='x'</script>"};
+    SnapshotChanges changes;
+    for (auto& section : changes)
+        section = SectionChanges();
+    changes[2]->added = {"zorsrv.exe"};
+    changes[2]->changed = {{"svchost.exe", "2", "3"}};
+    changes[3]->removed = {"<b>Old & odd</b>"};
+    changes[5].reset();
+    installed.changes = changes;
+
+    EventReport open;
+    open.record.eventId = "E2";
+    open.record.action = "Upgrade";
+    open.hasBefore = true;
+
+    report.copies = {CopyReport{"C1", {installed, open}}};
+    return report;
+}
+
+}  // namespace
+
+TEST(ReportWriters, TheTextSummaryHasOneLineForEachEvent)
+{
+    std::ostringstream out;
+    WriteTextSummary(SmallReport(), out);
+    EXPECT_EQ(out.str(),
+              "Computer VM, Microsoft Windows XP Home Edition\n"
+              "2 events of 1 copies in x.zip\n"
+              "C1 | E1 | Install | failed (1603) | users 0 software 0 processes 2 services 1 zorProducts 0 "
+              "odbcDrivers -\n"
+              "C1 | E2 | Upgrade | never ended | no snapshot after the install\n");
+}
+
+TEST(ReportWriters, TheJsonHasTheAgreedShape)
+{
+    std::ostringstream out;
+    WriteJsonReport(SmallReport(), out);
+    const nlohmann::json json = nlohmann::json::parse(out.str());
+    EXPECT_EQ(json["machine"]["computer"], "VM");
+    EXPECT_EQ(json["machine"]["os"], "Microsoft Windows XP Home Edition");
+    const nlohmann::json& e1 = json["copies"][0]["events"][0];
+    EXPECT_EQ(json["copies"][0]["copy"], "C1");
+    EXPECT_EQ(e1["eventId"], "E1");
+    EXPECT_EQ(e1["result"], "failed");
+    EXPECT_EQ(e1["resultText"], "1603");
+    EXPECT_EQ(e1["changes"]["processes"]["added"], nlohmann::json::array({"zorsrv.exe"}));
+    EXPECT_EQ(e1["changes"]["processes"]["changed"][0],
+              (nlohmann::json{{"name", "svchost.exe"}, {"before", "2"}, {"after", "3"}}));
+    EXPECT_EQ(e1["changes"]["services"]["removed"], nlohmann::json::array({"<b>Old & odd</b>"}));
+    EXPECT_TRUE(e1["changes"]["odbcDrivers"].is_null());
+    EXPECT_TRUE(e1["drift"].is_null());
+    const nlohmann::json& e2 = json["copies"][0]["events"][1];
+    EXPECT_TRUE(e2["changes"].is_null());
+    EXPECT_EQ(e2["result"], "never ended");
+}
+
+TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesOfTheMachine)
+{
+    HistoryReport report = SmallReport();
+    report.computerName = "M\xE4schine\x80\x01";
+    std::ostringstream out;
+    WriteJsonReport(report, out);
+    const nlohmann::json json = nlohmann::json::parse(out.str());
+    EXPECT_EQ(json["machine"]["computer"], "M\xC3\xA4schine\xE2\x82\xAC\xEF\xBF\xBD");
+}
+
+TEST(ReportWriters, TheHtmlEscapesEveryTextFromTheMachine)
+{
+    std::ostringstream out;
+    WriteHtmlReport(SmallReport(), out);
+    const std::string html = out.str();
+    EXPECT_EQ(html.find("<script"), std::string::npos);
+    EXPECT_NE(html.find("&lt;script&gt;document.title=&#39;x&#39;&lt;/script&gt;"), std::string::npos);
+    EXPECT_NE(html.find("&lt;b&gt;Old &amp; odd&lt;/b&gt;"), std::string::npos);
+    EXPECT_NE(html.find("<title>ZOR installation history report</title>"), std::string::npos);
+    EXPECT_EQ(html.find("src="), std::string::npos);
+    EXPECT_EQ(html.find("href="), std::string::npos);
+}
+
+TEST(ReportWriters, TheHtmlOpensTheSectionsWithChangesAndSaysSoInOneLineForTheOthers)
+{
+    std::ostringstream out;
+    WriteHtmlReport(SmallReport(), out);
+    const std::string html = out.str();
+    EXPECT_NE(html.find("<details open>\n<summary>Current Running Processes: 1 added, 0 removed, 1 changed</summary>"),
+              std::string::npos);
+    EXPECT_NE(html.find("<p class=\"none\">User Group &amp; User Information: no change.</p>"), std::string::npos);
+    EXPECT_NE(html.find("ZOR ODBC Driver Info: not compared"), std::string::npos);
+    EXPECT_NE(html.find("Not compared: no snapshot after the install."), std::string::npos);
+}
+
+TEST(ReportOptionsTest, ASourceAloneWritesReportHtml)
+{
+    ReportOptions options;
+    std::string error;
+    ASSERT_TRUE(ParseReportOptions({"x.zip"}, options, error));
+    EXPECT_EQ(options.source, "x.zip");
+    EXPECT_EQ(options.htmlPath, "report.html");
+    EXPECT_EQ(options.jsonPath, "");
+}
+
+TEST(ReportOptionsTest, JsonAloneWritesNoHtml)
+{
+    ReportOptions options;
+    std::string error;
+    ASSERT_TRUE(ParseReportOptions({"-json", "r.json", "store"}, options, error));
+    EXPECT_EQ(options.source, "store");
+    EXPECT_EQ(options.htmlPath, "");
+    EXPECT_EQ(options.jsonPath, "r.json");
+}
+
+TEST(ReportOptionsTest, UsageErrorsAreTold)
+{
+    ReportOptions options;
+    std::string error;
+    EXPECT_FALSE(ParseReportOptions({}, options, error));
+    EXPECT_EQ(error, "no source given");
+    EXPECT_FALSE(ParseReportOptions({"a", "b"}, options, error));
+    EXPECT_EQ(error, "only one source can be given");
+    EXPECT_FALSE(ParseReportOptions({"a", "-o"}, options, error));
+    EXPECT_EQ(error, "the option -o needs a file name");
+    EXPECT_FALSE(ParseReportOptions({"a", "-x"}, options, error));
+    EXPECT_EQ(error, "unknown option -x");
+    EXPECT_FALSE(ParseReportOptions({"a", "-o", "1", "-o", "2"}, options, error));
+    EXPECT_EQ(error, "the option -o is given twice");
+    ASSERT_TRUE(ParseReportOptions({"-h"}, options, error));
+    EXPECT_TRUE(options.help);
+}
