@@ -26,9 +26,10 @@ void CLineSplitter::Feed(const char* bytes, std::size_t size)
             lineCut_ = true;
         line_.append(bytes + start, taken);
         EndLine();
-        if (c == '\r' && i + 1 < size && bytes[i + 1] == '\n')
+        const bool pair = c == '\r' && i + 1 < size && bytes[i + 1] == '\n';
+        if (pair)
             ++i;
-        afterCarriageReturn_ = (c == '\r' && i + 1 == size);
+        afterCarriageReturn_ = c == '\r' && !pair && i + 1 == size;
         start = i + 1;
     }
     if (start < size) {

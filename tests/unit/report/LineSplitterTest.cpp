@@ -40,6 +40,14 @@ TEST(LineSplitter, BlocksOfAnySizeGiveTheSameLines)
         EXPECT_EQ(SplitInBlocks(text, size), kThreeLines) << "blocks of " << size;
 }
 
+TEST(LineSplitter, ALineFeedBehindAWholeLineEndInTheBlockBeforeIsALineEndOfItsOwn)
+{
+    const std::string text = "a\r\n\nb\r\n\r\r\n";
+    const std::vector<std::string> expected = {"a", "", "b", "", ""};
+    for (std::size_t size = 1; size <= text.size(); ++size)
+        EXPECT_EQ(SplitInBlocks(text, size), expected) << "blocks of " << size;
+}
+
 TEST(LineSplitter, ACarriageReturnAtTheEndOfABlockThenAnotherOneGivesAnEmptyLine)
 {
     EXPECT_EQ(SplitInBlocks("a\r\rb", 2), (std::vector<std::string>{"a", "", "b"}));
