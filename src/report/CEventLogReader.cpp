@@ -1,5 +1,6 @@
 #include "report/CEventLogReader.h"
 
+#include <algorithm>
 #include <cctype>
 #include <utility>
 
@@ -127,8 +128,11 @@ void CEventLogReader::LineInSnapshot(const std::string& line)
         LineOutside(line);
     } else if (IsSectionHeading(line, part)) {
         BeginSection(part);
-    } else if (inSection_) {
-        sectionLines_.push_back(line);
+    } else if (inSection_ && !line.empty()) {
+        if (sectionLines_.size() < CEventLogReader::kSectionLineLimit)
+            sectionLines_.push_back(line);
+        else
+            sectionTooLong_ = true;
     }
 }
 
@@ -144,7 +148,7 @@ void CEventLogReader::BeginSnapshot(const std::string& title)
     Snapshot& target = isAfter ? after : before;
     const char* which = isAfter ? "after" : "before";
     if (target.complete) {
-        notes.push_back(std::string("a second snapshot ") + which + " the install was left out");
+        AddNote(std::string("a second snapshot ") + which + " the install was left out");
         snapshot_ = nullptr;
     } else {
         target = Snapshot();
@@ -161,8 +165,8 @@ void CEventLogReader::EndSnapshot(bool closed)
     if (snapshot_ != nullptr) {
         snapshot_->complete = closed;
         if (!closed)
-            notes.push_back(std::string("the snapshot ") + (snapshot_ == &after ? "after" : "before") +
-                            " the install is cut off");
+            AddNote(std::string("the snapshot ") + (snapshot_ == &after ? "after" : "before") +
+                    " the install is cut off");
     }
     snapshot_ = nullptr;
     place_ = Place::Outside;
@@ -181,12 +185,15 @@ void CEventLogReader::EndSection(bool complete)
     if (inSection_ && snapshot_ != nullptr) {
         SnapshotSection section;
         section.present = true;
-        section.complete = complete;
+        section.complete = complete && !sectionTooLong_;
+        if (sectionTooLong_)
+            AddNote("a section of the log is too long to be one the recorder wrote: it is not compared");
         ReadSection(part_, sectionLines_, section);
         (*snapshot_)[part_] = std::move(section);
     }
     sectionLines_.clear();
     inSection_ = false;
+    sectionTooLong_ = false;
 }
 
 void CEventLogReader::AddMessage(const std::string& line)
@@ -195,4 +202,11 @@ void CEventLogReader::AddMessage(const std::string& line)
         messages.push_back(line);
     else
         ++messagesLeftOut;
+}
+
+// Each note once, however often the log gives cause for it.
+void CEventLogReader::AddNote(const std::string& note)
+{
+    if (std::find(notes.begin(), notes.end(), note) == notes.end())
+        notes.push_back(note);
 }

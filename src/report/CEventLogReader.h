@@ -16,6 +16,9 @@ class CEventLogReader {
 public:
     // At most this many messages are kept; the rest are counted.
     static constexpr std::size_t kMessageLimit = 1000;
+    // A section of more lines than this is no section the recorder wrote: it
+    // is read no further, and counts as cut off.
+    static constexpr std::size_t kSectionLineLimit = 200000;
 
     explicit CEventLogReader(std::string eventId);
 
@@ -42,6 +45,7 @@ private:
     void BeginSection(SnapshotPart part);
     void EndSection(bool complete);
     void AddMessage(const std::string& line);
+    void AddNote(const std::string& note);
 
     std::string eventId_;
     Place place_ = Place::Outside;
@@ -51,6 +55,7 @@ private:
     std::string blockRule_;
     Snapshot* snapshot_ = nullptr;
     bool inSection_ = false;
+    bool sectionTooLong_ = false;
     SnapshotPart part_ = SnapshotPart::Users;
     SectionLines sectionLines_;
 };

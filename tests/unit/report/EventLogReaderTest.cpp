@@ -139,3 +139,20 @@ TEST(EventLogReader, MessagesOverTheLimitAreCounted)
     EXPECT_EQ(reader.messages.size(), CEventLogReader::kMessageLimit);
     EXPECT_EQ(reader.messagesLeftOut, 5u);
 }
+
+TEST(EventLogReader, ASectionLongerThanAnyTheRecorderWritesIsNotComparedAndEachNoteStandsOnce)
+{
+    std::string log = StartSnapshot("E1", "Install", Before());
+    std::string rows;
+    for (std::size_t i = 0; i <= CEventLogReader::kSectionLineLimit; ++i)
+        rows += "x\n";
+    log.insert(log.find("\n4) Services"), "\n" + rows);
+    const CEventLogReader reader = Read(log + log);
+    EXPECT_TRUE(reader.before.complete);
+    EXPECT_FALSE(reader.before[SnapshotPart::Processes].complete);
+    EXPECT_TRUE(reader.before[SnapshotPart::Services].complete);
+    EXPECT_EQ(reader.notes,
+              (std::vector<std::string>{
+                  "a section of the log is too long to be one the recorder wrote: it is not compared",
+                  "a second snapshot before the install was left out"}));
+}
