@@ -57,7 +57,7 @@ def make_report(env, *args, cwd=None):
 
 
 def wine(env, *args):
-    """A Wine tool (sc, reg, regedit, tasklist) in the prefix of the programs under test."""
+    """A Wine tool (cmd, sc, reg, regedit) in the prefix of the programs under test."""
     result = subprocess.run(env.runner + list(args), stdout=subprocess.PIPE,
                             stderr=subprocess.PIPE, timeout=300)
     return result.returncode, result.stdout.decode("latin-1")
@@ -139,25 +139,21 @@ class Probe:
         return self
 
     def start_under_wine(self):
-        code, windows_folder = wine(self.env, "cmd.exe", "/c", "echo", "%SystemRoot%")
-        expect_equal(code, 0, "cmd.exe /c echo %SystemRoot%")
-        assert windows_folder.strip(), "no %SystemRoot% in the prefix"
-        code, _ = wine(self.env, "cmd.exe", "/c", "copy", "/y",
-                       windows_folder.strip() + "\\system32\\cmd.exe",
+        code, _ = wine(self.env, "cmd.exe", "/c", "copy", "/y", "%SystemRoot%\\system32\\cmd.exe",
                        self.env.program_path(self.program))
         expect_equal(code, 0, "copy of cmd.exe")
         self.process = subprocess.Popen(self.env.runner + [self.env.program_path(self.program)],
-                                        stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
-                                        stderr=subprocess.DEVNULL)
+                                        cwd=self.env.work, stdin=subprocess.PIPE,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # The probe runs once it carries out a command of its input.
+        ready = self.env.work / f"{self.name}.ready"
+        self.process.stdin.write(f"echo ready>{ready.name}\r\n".encode("latin-1"))
+        self.process.stdin.flush()
         deadline = time.monotonic() + 120
-        while not self.running_under_wine():
+        while not ready.exists():
             assert self.process.poll() is None, f"{self.name} ended at once"
-            assert time.monotonic() < deadline, f"{self.name} never showed in tasklist"
-            time.sleep(1)
-
-    def running_under_wine(self):
-        code, out = wine(self.env, "tasklist.exe")
-        return code == 0 and self.name.lower() in out.lower()
+            assert time.monotonic() < deadline, f"{self.name} never carried out its first command"
+            time.sleep(0.5)
 
     def __exit__(self, *exc):
         if self.process is None:
