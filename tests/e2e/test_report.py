@@ -358,8 +358,10 @@ def test_archive_made_to_mislead_is_read_without_harm(env):
 
     store = "C:\\ProgramData\\TAQ\\ZORHistory\\"
     climbing_event, climbing_copy = "..\\..\\evil", "..\\.."
+    # Names that would be markup, were the page to take them as they stand.
+    markup_event, markup_copy = "<script>alert(1)</script>", "<b>Copy & Co</b>"
     history = profile_bytes([
-        ("History", {"Count": "3"}),
+        ("History", {"Count": "4"}),
         ("Whole-1", {"Event_ID": "Whole-1", "Copy_Name": "Copy1", "Complete_Flag": "TRUE",
                      "Result": "Success", "Event_Log_File": store + "Copy1\\Whole-1\\ZORInstallEvent.Log"}),
         ("Cut-1", {"Event_ID": "Cut-1", "Copy_Name": "Copy1", "Complete_Flag": "TRUE",
@@ -368,6 +370,7 @@ def test_archive_made_to_mislead_is_read_without_harm(env):
                           "Product": long_line,
                           "Event_Log_File": store + "..\\evil.txt",
                           "Log_File_Name": "C:\\..\\..\\abs.txt"}),
+        (markup_event, {"Event_ID": markup_event, "Copy_Name": markup_copy, "Action": "<i>Install</i>"}),
     ])
     hostile = env.work / "hostile.zip"
     with zipfile.ZipFile(hostile, "w", zipfile.ZIP_DEFLATED) as z:
@@ -392,8 +395,13 @@ def test_archive_made_to_mislead_is_read_without_harm(env):
     expect_equal(absolute.exists(), absolute_before, "/abs.txt")
 
     document = read_json(scratch / "r.json")
-    assert "</html>" in (scratch / "r.html").read_bytes().decode("utf-8").lower(), "the HTML report ends early"
-    expect_equal(document["eventCount"], 3, "events")
+    html = (scratch / "r.html").read_bytes().decode("utf-8")
+    assert "</html>" in html.lower(), "the HTML report ends early"
+    for markup in ("<script>", "<b>", "<i>"):
+        assert markup not in html, f"{markup} stands in the HTML report as markup"
+    expect_equal(document["eventCount"], 4, "events")
+    expect_equal(event_of(document, markup_copy, markup_event)["action"], "<i>Install</i>",
+                 "action of the event with markup in its names")
     whole_event = event_of(document, "Copy1", "Whole-1")
     cut_event = event_of(document, "Copy1", "Cut-1")
     climbing = event_of(document, climbing_copy, climbing_event)
