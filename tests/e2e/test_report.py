@@ -1,0 +1,434 @@
+"""ZORHistoryReport on histories that the real recorder and collector wrote:
+what an install changed on the machine (a process started during it; under
+Wine also a service created and a copy of the product put into the registry),
+the drift between two events of one copy, the same report from the history
+folder as from its archive, the command line's exit codes, and an archive put
+together to mislead its reader."""
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import time
+import zipfile
+
+from e2e_support import expect_equal, main, profile_bytes
+
+TESTS = pathlib.Path(__file__).resolve().parents[1]
+COPY_FIXTURE = TESTS / "fixtures" / "report" / "one_v9_copy.reg"
+# The copy that the fixture adds, as the report names it.
+FIXTURE_COPY = "ReportCopy"
+# The fixture writes below this key; a fresh prefix has none of it.
+FIXTURE_ROOT = "HKLM\\SOFTWARE\\TAQ"
+
+SERVICE = "ZORReportSvc"
+SERVICE_DISPLAY_NAME = "ZOR Report Test Service"
+
+USAGE_LINE = "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json]"
+SECTION_KEYS = ["users", "software", "processes", "services", "zorProducts", "odbcDrivers"]
+NO_CHANGE = {"added": [], "removed": [], "changed": []}
+PROCESS_HEADING = "3) Current Running Processes:"
+
+
+# -- running the programs --------------------------------------------------
+def record(env, *options):
+    code, output = env.run("ZORRecordEvent", *options)
+    expect_equal((code, output), (0, ""), f"result and console output of {options[:2]}")
+
+
+def collect(env, name="x.zip"):
+    """Packs the store into work/name with ZORGetInstallLog -f."""
+    code, output = env.run("ZORGetInstallLog", "-f", name)
+    expect_equal(code, 0, f"exit code of ZORGetInstallLog -f {name}; console:\n{output}")
+    return env.work / name
+
+
+def run_report(env, *args, cwd=None):
+    """ZORHistoryReport with args; (exit code, stdout, stderr)."""
+    return env.run_full("ZORHistoryReport", *args, cwd=cwd)
+
+
+def make_report(env, *args, cwd=None):
+    """A run of ZORHistoryReport that must write its report; its stdout."""
+    code, out, err = run_report(env, *args, cwd=cwd)
+    expect_equal(code, 0, f"exit code of ZORHistoryReport {args!r}; stdout:\n{out}\nstderr:\n{err}")
+    env.expect_no_error_output(err, f"of ZORHistoryReport {args!r}")
+    return out
+
+
+def wine(env, *args):
+    """A Wine tool (cmd, sc, reg, regedit) in the prefix of the programs under test."""
+    result = subprocess.run(env.runner + list(args), stdout=subprocess.PIPE,
+                            stderr=subprocess.PIPE, timeout=300)
+    return result.returncode, result.stdout.decode("latin-1")
+
+
+def error_lines(env, err):
+    """The lines of the error stream that the program wrote. Under Wine the
+    stream may also carry Wine's own diagnostics, which are left out."""
+    lines = err.splitlines()
+    if not env.native:
+        lines = [line for line in lines
+                 if not line.startswith(("wine:", "fixme:", "err:", "warn:", "trace:"))]
+    return lines
+
+
+# -- reading the report ----------------------------------------------------
+def read_json(path):
+    return json.loads(path.read_bytes().decode("utf-8"))
+
+
+def event_of(document, copy, event_id):
+    for listed in document["copies"]:
+        if listed["copy"] != copy:
+            continue
+        for event in listed["events"]:
+            if event["eventId"] == event_id:
+                return event
+    present = [(c["copy"], [e["eventId"] for e in c["events"]]) for c in document["copies"]]
+    raise AssertionError(f"no event {event_id!r} of copy {copy!r} in the report: {present!r}")
+
+
+def event_copy(document, copy):
+    found = [listed for listed in document["copies"] if listed["copy"] == copy]
+    expect_equal(len(found), 1, f"copies named {copy!r}")
+    return found[0]
+
+
+def summary_line(out, copy, event_id):
+    """The one line of the text summary on this event."""
+    lines = [line for line in out.splitlines() if line.startswith(f"{copy} | {event_id} | ")]
+    expect_equal(len(lines), 1, f"summary lines on {copy} | {event_id} in:\n{out}")
+    return lines[0]
+
+
+def summary_fields(line):
+    """(copy, event, action, result, {section: count}) of a summary line."""
+    fields = line.split(" | ")
+    expect_equal(len(fields), 5, f"fields of the summary line {line!r}")
+    words = fields[4].split()
+    counts = dict(zip(words[0::2], words[1::2]))
+    expect_equal(list(counts), SECTION_KEYS, f"sections of the summary line {line!r}")
+    return fields[0], fields[1], fields[2], fields[3], counts
+
+
+def listing(folder):
+    return sorted(os.listdir(folder))
+
+
+# -- a process of the test's own -------------------------------------------
+class Probe:
+    """A program of a name no other process has, running until stopped: a
+    copy of sleep natively; under Wine a copy of Wine's cmd.exe, which waits
+    for commands on its input, kept open until the probe stops."""
+
+    def __init__(self, env):
+        self.env = env
+        base = f"zorrpt{os.getpid()}"
+        self.name = base + env.suffix
+        self.program = env.work / self.name
+        self.process = None
+
+    def __enter__(self):
+        if self.env.native:
+            shutil.copy(shutil.which("sleep"), self.program)
+            # Popen returns once the program runs under its new name.
+            self.process = subprocess.Popen([str(self.program), "600"])
+        else:
+            self.start_under_wine()
+        return self
+
+    def start_under_wine(self):
+        code, _ = wine(self.env, "cmd.exe", "/c", "copy", "/y", "%SystemRoot%\\system32\\cmd.exe",
+                       self.env.program_path(self.program))
+        expect_equal(code, 0, "copy of cmd.exe")
+        self.process = subprocess.Popen(self.env.runner + [self.env.program_path(self.program)],
+                                        cwd=self.env.work, stdin=subprocess.PIPE,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # The probe runs once it carries out a command of its input.
+        ready = self.env.work / f"{self.name}.ready"
+        self.process.stdin.write(f"echo ready>{ready.name}\r\n".encode("latin-1"))
+        self.process.stdin.flush()
+        deadline = time.monotonic() + 120
+        while not ready.exists():
+            assert self.process.poll() is None, f"{self.name} ended at once"
+            assert time.monotonic() < deadline, f"{self.name} never carried out its first command"
+            time.sleep(0.5)
+
+    def __exit__(self, *exc):
+        if self.process is None:
+            return
+        if self.process.stdin:
+            # cmd.exe ends at the end of its input.
+            self.process.stdin.close()
+            try:
+                self.process.wait(timeout=60)
+                return
+            except subprocess.TimeoutExpired:
+                pass
+        self.process.kill()
+        self.process.wait()
+
+
+# -- 1: a process started during the install -------------------------------
+def test_process_started_during_the_install_is_listed_as_added(env):
+    event, copy = "Proc-1", "ProcCopy"
+    record(env, "-start", event, "-Action", "Install")
+    with Probe(env) as probe:
+        record(env, "-end", event, "-CopyName", copy)
+    collect(env, "x.zip")
+    out = make_report(env, "x.zip", "-json", "r.json", "-o", "r.html")
+
+    changes = event_of(read_json(env.work / "r.json"), copy, event)["changes"]
+    assert changes is not None, "no changes for an event with both snapshots"
+    assert probe.name in changes["processes"]["added"], \
+        f"{probe.name} is not among the added processes: {changes['processes']!r}"
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    assert probe.name in html, f"{probe.name} is not in the HTML report"
+    listed_copy, listed_event, action, result, counts = summary_fields(summary_line(out, copy, event))
+    expect_equal((listed_copy, listed_event, action, result), (copy, event, "Install", "no result"),
+                 "copy, event, action and result of the summary line")
+    assert int(counts["processes"]) >= 1, f"processes count in the summary: {counts!r}"
+
+
+# -- 2: a service and a copy of the product, under Wine --------------------
+def import_copy_fixture(env):
+    code, _ = wine(env, "regedit", "/s", env.program_path(COPY_FIXTURE))
+    expect_equal(code, 0, f"regedit /s {COPY_FIXTURE.name}")
+
+
+def clean_machine(env):
+    wine(env, "sc", "delete", SERVICE)
+    wine(env, "reg", "delete", FIXTURE_ROOT, "/f")
+
+
+def test_service_and_copy_added_then_service_deleted_between_events(env):
+    if env.native:
+        return
+    assert wine(env, "reg", "query", FIXTURE_ROOT)[0] != 0, f"{FIXTURE_ROOT} exists in the prefix already"
+    assert wine(env, "sc", "query", SERVICE)[0] != 0, f"{SERVICE} exists in the prefix already"
+    try:
+        record(env, "-start", "Svc-1", "-Action", "Install")
+        code, _ = wine(env, "sc", "create", SERVICE, "binPath=", "C:\\x.exe",
+                       "DisplayName=", SERVICE_DISPLAY_NAME)
+        expect_equal(code, 0, f"sc create {SERVICE}")
+        import_copy_fixture(env)
+        record(env, "-end", "Svc-1", "-CopyName", FIXTURE_COPY, "-Result", "Success")
+        code, _ = wine(env, "sc", "delete", SERVICE)
+        expect_equal(code, 0, f"sc delete {SERVICE}")
+        record(env, "-start", "Svc-2", "-Action", "Upgrade")
+        record(env, "-end", "Svc-2", "-CopyName", FIXTURE_COPY, "-Result", "Success")
+    finally:
+        clean_machine(env)
+    collect(env, "x.zip")
+    out = make_report(env, "x.zip", "-json", "r.json")
+
+    document = read_json(env.work / "r.json")
+    first = event_of(document, FIXTURE_COPY, "Svc-1")
+    second = event_of(document, FIXTURE_COPY, "Svc-2")
+    assert first["changes"] is not None and second["drift"] is not None, (first, second)
+    assert SERVICE_DISPLAY_NAME in first["changes"]["services"]["added"], first["changes"]["services"]
+    assert "copy " + FIXTURE_COPY in first["changes"]["zorProducts"]["added"], first["changes"]["zorProducts"]
+    expect_equal(first["drift"], None, "drift of the copy's first event")
+    assert SERVICE_DISPLAY_NAME in second["drift"]["services"]["removed"], second["drift"]["services"]
+    # Nothing happened to the copy between the two events, nor during the second.
+    expect_equal(second["drift"]["zorProducts"], NO_CHANGE, "drift of the products")
+    expect_equal(second["changes"]["zorProducts"], NO_CHANGE, "products changed by the second event")
+    expect_equal(second["changes"]["services"], NO_CHANGE, "services changed by the second event")
+    for event, action in (("Svc-1", "Install"), ("Svc-2", "Upgrade")):
+        fields = summary_fields(summary_line(out, FIXTURE_COPY, event))
+        expect_equal(fields[2:4], (action, "succeeded"), f"action and result of {event}")
+    assert int(summary_fields(summary_line(out, FIXTURE_COPY, "Svc-1"))[4]["services"]) >= 1
+
+
+# -- 3: the folder against the archive, and the command line -----------------
+def record_two_events(env):
+    record(env, "-start", "Same-1", "-Action", "Install", "-Product", "ZOR Server")
+    record(env, "-end", "Same-1", "-CopyName", "SameCopy", "-Result", "Success")
+    record(env, "-start", "Same-2", "-Action", "Repair")
+    record(env, "-end", "Same-2", "-CopyName", "SameCopy", "-Result", "1603")
+    record(env, "-start", "Open-1", "-Action", "Install")
+
+
+def test_history_folder_gives_the_same_events_as_its_archive(env):
+    record_two_events(env)
+    collect(env, "x.zip")
+    from_archive = make_report(env, "x.zip", "-json", "archive.json")
+    from_folder = make_report(env, env.program_path(env.store), "-json", "folder.json")
+    archive = read_json(env.work / "archive.json")
+    folder = read_json(env.work / "folder.json")
+    expect_equal(archive["source"], "x.zip", "source of the archive's report")
+    expect_equal(folder["source"], env.program_path(env.store), "source of the folder's report")
+    expect_equal(folder["eventCount"], 3, "events of the folder")
+    results = {e["eventId"]: (c["copy"], e["result"]) for c in folder["copies"] for e in c["events"]}
+    expect_equal(sorted(results), ["Open-1", "Same-1", "Same-2"], "events")
+    expect_equal(results["Same-1"], ("SameCopy", "succeeded"), "copy and result of Same-1")
+    expect_equal(results["Same-2"], ("SameCopy", "failed"), "copy and result of Same-2")
+    expect_equal(results["Open-1"][1], "never ended", "result of Open-1")
+    expect_equal([e["eventId"] for e in event_copy(folder, "SameCopy")["events"]], ["Same-1", "Same-2"],
+                 "events of SameCopy, in their order")
+    del archive["source"], folder["source"]
+    expect_equal(folder, archive, "report of the folder against that of the archive")
+    # The summaries differ in the line that names the source alone.
+    expect_equal([line for line in from_folder.splitlines() if "folder.json" not in line
+                  and env.program_path(env.store) not in line],
+                 [line for line in from_archive.splitlines() if "archive.json" not in line
+                  and "x.zip" not in line], "summaries")
+
+
+def test_help_prints_the_usage_and_writes_nothing(env):
+    code, out, err = run_report(env, "-h")
+    expect_equal(code, 0, "exit code of -h")
+    assert USAGE_LINE in out.splitlines(), f"no usage line in:\n{out}"
+    env.expect_no_error_output(err, "of -h")
+    expect_equal(listing(env.work), [], "current folder after -h")
+
+
+def test_no_arguments_is_a_usage_error(env):
+    code, out, err = run_report(env)
+    expect_equal(code, 2, "exit code without arguments")
+    assert USAGE_LINE in (out + err).splitlines(), f"no usage line in:\n{out}{err}"
+    expect_equal(listing(env.work), [], "current folder after a usage error")
+
+
+def expect_source_refused(env, source, what):
+    code, out, err = run_report(env, source)
+    expect_equal(code, 1, f"exit code on {what}")
+    lines = error_lines(env, err)
+    expect_equal(len(lines), 1, f"lines on the error stream on {what}: {lines!r}")
+    assert source in lines[0], f"the error line on {what} doesn't name {source!r}: {lines[0]!r}"
+    assert not (env.work / "report.html").exists(), f"report.html written on {what}"
+
+
+def test_missing_source_is_named_on_one_error_line(env):
+    expect_source_refused(env, "missing.zip", "a missing source")
+
+
+def test_file_that_is_not_a_zip_is_refused(env):
+    (env.work / "text.zip").write_bytes(b"[History]\r\nCount=0\r\n" * 100)
+    expect_source_refused(env, "text.zip", "a file that is not a zip")
+
+
+def test_folder_without_history_ini_is_refused(env):
+    folder = env.work / "Looks Like History"
+    (folder / "E1").mkdir(parents=True)
+    (folder / "E1" / "ZORInstallEvent.Log").write_bytes(b"a log\r\n")
+    (folder / "Summary.txt").write_bytes(b"a summary\r\n")
+    expect_source_refused(env, "Looks Like History", "a folder without History.ini")
+
+
+def test_without_outputs_report_html_is_written_to_the_current_folder_alone(env):
+    record_two_events(env)
+    archive = collect(env, "x.zip")
+    scratch = env.work / "scratch"
+    scratch.mkdir()
+    make_report(env, env.program_path(archive), cwd=scratch)
+    expect_equal(listing(scratch), ["report.html"], "current folder after the run")
+    html = (scratch / "report.html").read_bytes().decode("utf-8")
+    for event in ("Same-1", "Same-2", "Open-1"):
+        assert event in html, f"{event} is not in report.html"
+
+
+# -- 4: an archive put together to mislead ---------------------------------
+def real_event_log(env):
+    """The log of a real event, with a marker message between its snapshots."""
+    record(env, "-start", "Real-1", "-Action", "Install")
+    record(env, "-logmessage", "Real-1", "-message", "MARKER-MESSAGE")
+    record(env, "-end", "Real-1")
+    text = (env.store / "Real-1" / "ZORInstallEvent.Log").read_bytes().decode("latin-1")
+    return text.split(env.eol)
+
+
+def test_archive_made_to_mislead_is_read_without_harm(env):
+    lines = real_event_log(env)
+    eol = "\r\n"
+    long_line = "L" + "0123456789" * 9999 + "LONG-LINE"
+    assert len(long_line) == 100000
+    # The whole log, with the marker message 100 000 characters long.
+    whole = eol.join(long_line if line == "MARKER-MESSAGE" else line for line in lines)
+    # The log cut off in the middle of the first row of the process report
+    # after the install: its heading, a blank line, the count, the rule, the
+    # header and the rule are kept.
+    headings = [number for number, line in enumerate(lines) if line == PROCESS_HEADING]
+    expect_equal(len(headings), 2, "process reports in the real log")
+    kept = lines[:headings[1] + 6]
+    cut_line = lines[headings[1] + 6]
+    assert len(cut_line) > 2, f"the line to cut is too short: {cut_line!r}"
+    cut = eol.join(kept) + eol + cut_line[:len(cut_line) // 2]
+
+    store = "C:\\ProgramData\\TAQ\\ZORHistory\\"
+    climbing_event, climbing_copy = "..\\..\\evil", "..\\.."
+    # Names that would be markup, were the page to take them as they stand.
+    markup_event, markup_copy = "<script>alert(1)</script>", "<b>Copy & Co</b>"
+    history = profile_bytes([
+        ("History", {"Count": "4"}),
+        ("Whole-1", {"Event_ID": "Whole-1", "Copy_Name": "Copy1", "Complete_Flag": "TRUE",
+                     "Result": "Success", "Event_Log_File": store + "Copy1\\Whole-1\\ZORInstallEvent.Log"}),
+        ("Cut-1", {"Event_ID": "Cut-1", "Copy_Name": "Copy1", "Complete_Flag": "TRUE",
+                   "Event_Log_File": store + "Copy1\\Cut-1\\ZORInstallEvent.Log"}),
+        (climbing_event, {"Event_ID": climbing_event, "Copy_Name": climbing_copy, "Complete_Flag": "TRUE",
+                          "Product": long_line,
+                          "Event_Log_File": store + "..\\evil.txt",
+                          "Log_File_Name": "C:\\..\\..\\abs.txt"}),
+        (markup_event, {"Event_ID": markup_event, "Copy_Name": markup_copy, "Action": "<i>Install</i>"}),
+    ])
+    hostile = env.work / "hostile.zip"
+    with zipfile.ZipFile(hostile, "w", zipfile.ZIP_DEFLATED) as z:
+        z.writestr("History.ini", history)
+        z.writestr("Copy1\\Whole-1\\ZORInstallEvent.Log", whole.encode("latin-1"))
+        z.writestr("Copy1\\Cut-1\\ZORInstallEvent.Log", cut.encode("latin-1"))
+        # Logs of the climbing event where its names would lead, were they followed.
+        z.writestr("../evil.txt", whole.encode("latin-1"))
+        z.writestr("/abs.txt", whole.encode("latin-1"))
+        z.writestr("..\\..\\..\\..\\evil\\ZORInstallEvent.Log", whole.encode("latin-1"))
+    with zipfile.ZipFile(hostile) as z:
+        assert "../evil.txt" in z.namelist() and "/abs.txt" in z.namelist(), z.namelist()
+
+    scratch = env.work / "scratch"
+    scratch.mkdir()
+    absolute = pathlib.Path("/abs.txt")
+    absolute_before = absolute.exists()
+    around_before = listing(env.work)
+    make_report(env, env.program_path(hostile), "-o", "r.html", "-json", "r.json", cwd=scratch)
+    expect_equal(listing(scratch), ["r.html", "r.json"], "scratch folder after the run")
+    expect_equal(listing(env.work), around_before, "folder around the scratch folder after the run")
+    expect_equal(absolute.exists(), absolute_before, "/abs.txt")
+
+    document = read_json(scratch / "r.json")
+    html = (scratch / "r.html").read_bytes().decode("utf-8")
+    assert "</html>" in html.lower(), "the HTML report ends early"
+    for markup in ("<script>", "<b>", "<i>"):
+        assert markup not in html, f"{markup} stands in the HTML report as markup"
+    expect_equal(document["eventCount"], 4, "events")
+    expect_equal(event_of(document, markup_copy, markup_event)["action"], "<i>Install</i>",
+                 "action of the event with markup in its names")
+    whole_event = event_of(document, "Copy1", "Whole-1")
+    cut_event = event_of(document, "Copy1", "Cut-1")
+    climbing = event_of(document, climbing_copy, climbing_event)
+
+    expect_equal(whole_event["notes"], [], "notes on the whole log")
+    assert any(message.startswith(long_line[:1000]) for message in whole_event["messages"]), \
+        "the long message is not in the report"
+    assert whole_event["changes"] is not None and whole_event["changes"]["processes"] is not None, \
+        "the snapshot after the long message wasn't compared"
+
+    assert cut_event["notes"], "no note on the log cut off in a snapshot"
+    expect_equal((cut_event["snapshotBefore"], cut_event["snapshotAfter"]), (True, True),
+                 "snapshots of the cut-off log")
+    changes = cut_event["changes"]
+    assert changes is not None, "no changes of the cut-off log"
+    # The sections ahead of the cut are compared, the cut one and those behind it are not.
+    expect_equal([key for key in SECTION_KEYS if changes[key] is not None], ["users", "software"],
+                 "sections compared in the cut-off log")
+
+    # Names that lead out of the history are not followed.
+    expect_equal(climbing["eventLog"], None, "event log of the climbing event")
+    expect_equal((climbing["snapshotBefore"], climbing["snapshotAfter"], climbing["changes"]),
+                 (False, False, None), "snapshots of the climbing event")
+    expect_equal(climbing["product"], long_line, "product of the climbing event")
+    expect_equal([log["inSource"] for log in climbing["installerLogs"]], [False],
+                 "installer log of the climbing event")
+
+
+if __name__ == "__main__":
+    main(globals())
