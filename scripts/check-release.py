@@ -16,7 +16,7 @@ import sys
 import tempfile
 import zipfile
 
-DOCS = ["README.md", "event-log.md", "faults.md", "recording.md",
+DOCS = ["README.md", "event-log.md", "faults.md", "recording.md", "history-report.png",
         "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi"]
 WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORHistoryReport.exe",
                  "bin/ZORRecorder.dll",
