@@ -113,6 +113,13 @@ def main():
     seeds["long-lines-limit-40"] = crlf(whole) + tail((6, 0x8f), limit=40)
     seeds["long-lines-limit-200"] = crlf(whole) + tail((6, 0x8f), limit=200)
 
+    # A member table of a damaged log whose rows end short of the group
+    # column, down to an empty one.
+    seeds["user-row-shorter-than-group-column"] = crlf(
+        ["*  Snapshoot for EventID: E1 -- Before Install Starts ", "1) User Group & User Information:",
+         "Local User List:", "-" * 74, "Group                                   user   ", "-" * 74,
+         "Administrators                          admin", "", "Users", "-" * 74]) + tail()
+
     # Texts that the page must escape, and bytes that UTF-8 has no place for.
     hostile = "<script>alert('x')</script> & \"quoted\" \x80\x81\x9d\xae\xff\x7f\x01\t"
     machine.software.append(["<b>Publisher</b>", hostile, "1.0", "20240101", "1033", "C:\\<x>"])
