@@ -120,6 +120,9 @@ def main():
          "Local User List:", "-" * 74, "Group                                   user   ", "-" * 74,
          "Administrators                          admin", "", "Users", "-" * 74]) + tail()
 
+    # A "\r\n" that ends a block, with an empty "\n" line at the start of the next.
+    seeds["crlf-then-lf-across-blocks"] = b"Logged on User:x\r\n\nEventID       :E1\r\n\n\r\r\n" + tail((17, 0, 0))
+
     # Texts that the page must escape, and bytes that UTF-8 has no place for.
     hostile = "<script>alert('x')</script> & \"quoted\" \x80\x81\x9d\xae\xff\x7f\x01\t"
     machine.software.append(["<b>Publisher</b>", hostile, "1.0", "20240101", "1033", "C:\\<x>"])
