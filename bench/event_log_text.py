@@ -132,25 +132,53 @@ def make_machine(rng, software=600, processes=110, services=260, users=120, copi
 
 
 def changed_machine(rng, before, copy_name):
-    """The machine after an install into `copy_name`: a product, a service and
-    a driver more, a new version of the copy's server, some software updated,
-    a parameter changed, a member more, and every process started anew."""
+    """The machine after an install into `copy_name`: the copy's entry among
+    the software, its service, its driver and its service account there (or
+    a new version of each), the copy's server at a new version and one of
+    its parameters changed, a few other products updated, and every process
+    started anew, the installer's among them. A copy's things are added once,
+    so that the machine doesn't grow with each install."""
     m = copying.deepcopy(before)
-    tag = rng.randrange(1000000)
-    m.software.append(["TAQ Software", "ZOR Database Server %s (build %d)" % (copy_name, tag), "11.0.%d" % (tag % 1000),
-                       "20240105", "1033", "C:\\Program Files\\ZOR\\%s\\" % copy_name])
+    build = rng.randrange(1000)
+    version = "11.0.%d" % build
+    entry = "ZOR Database Server (%s)" % copy_name
+    rows = [row for row in m.software if row[1] == entry]
+    if rows:
+        rows[0][2] = version
+    else:
+        m.software.append(["TAQ Software", entry, version, "20240105", "1033",
+                           "C:\\Program Files\\ZOR\\%s\\" % copy_name])
     for row in rng.sample(m.software, 3):
-        row[2] = row[2] + ".1"
-    m.services.append(["ZOR Server (%s) %d" % (copy_name, tag), "Started"])
-    m.processes = [[rng.randrange(4, 40000), name] for _, name in m.processes] + [[rng.randrange(4, 40000),
-                                                                                    "zorsrv.exe"]]
-    m.members.append(("ZOR Administrators", "svc_zor%d" % tag))
-    m.members.sort()
+        row[2] = "%d.%d.%d" % (rng.randrange(1, 20), rng.randrange(10), rng.randrange(30000))
+    service = "ZOR Server (%s)" % copy_name
+    if not any(name == service for name, _ in m.services):
+        m.services.append([service, "Started"])
+    m.services = [[name, "Started" if name == service else state] for name, state in m.services]
+    names = [name for _, name in m.processes if name != "msiexec.exe"]
+    m.processes = [[rng.randrange(4, 40000), name] for name in names + ["msiexec.exe"]]
+    member = ("ZOR Administrators", "svc_zor_" + copy_name.lower())
+    if member not in m.members:
+        m.members = sorted(m.members + [member])
     for c in m.v9:
         if c.name == copy_name:
-            c.products[0] = c.products[0][:2] + ("11.0.%d" % (tag % 1000),) + c.products[0][3:]
-            c.instances[0][1][0][1] = "%d" % (3000 + tag % 100)
-    m.drivers.append(["TAQ ZOR Driver %s %d" % (copy_name, tag), [["Driver", "C:\\ZOR\\%s\\odbc.dll" % copy_name]]])
+            c.products[0] = c.products[0][:2] + (version,) + c.products[0][3:]
+            c.instances[0][1][0][1] = "%d" % (3000 + build % 100)
+    driver = "TAQ ZOR Driver " + copy_name
+    m.drivers = [d for d in m.drivers if d[0] != driver]
+    m.drivers.append([driver, [["Driver", "C:\\ZOR\\%s\\%s\\zorodbc.dll" % (copy_name, version)]]])
+    return m
+
+
+def machine_between(rng, after, update):
+    """The machine when the next install starts: the installer's process gone,
+    the others started anew, and with `update` one more update installed."""
+    m = copying.deepcopy(after)
+    m.processes = [[rng.randrange(4, 40000), name] for _, name in m.processes if name != "msiexec.exe"]
+    if update:
+        m.software.append(["Microsoft Corporation", "Security Update for Windows Server 2019 (KB%d)"
+                           % (5000000 + rng.randrange(999999)), "", "2024%02d%02d" % (rng.randrange(1, 13),
+                                                                                      rng.randrange(1, 29)),
+                           "1033", ""])
     return m
 
 

@@ -197,8 +197,8 @@ bool IsListed(const std::vector<std::string>& names, const std::string& name)
     return std::binary_search(names.begin(), names.end(), name);
 }
 
-// A thing only on one side is told, itself or through an owner also only on
-// that side; everything told is only on its side.
+// What is told as added or removed is exactly the things on that side only,
+// less those whose owner is also on that side only and so tells them.
 void CheckOneSide(const std::vector<std::string>& told, const Items& side, const Items& other)
 {
     Require(std::is_sorted(told.begin(), told.end()) &&
@@ -210,9 +210,9 @@ void CheckOneSide(const std::vector<std::string>& told, const Items& side, const
         if (Has(other, item.first))
             continue;
         const std::string& owner = item.second.owner;
-        Require(IsListed(told, item.first) ||
-                    (!owner.empty() && Has(side, owner) && !Has(other, owner)),
-                "a thing on one side only is told, or its owner is");
+        const bool ownerTells = !owner.empty() && Has(side, owner) && !Has(other, owner);
+        Require(IsListed(told, item.first) != ownerTells,
+                "a thing on one side only is told, unless its owner is told instead");
     }
 }
 
@@ -461,7 +461,8 @@ void FuzzHistoryIni(const Input& input)
         Require(!group.events.empty(), "a group has an event");
         Require(names.insert(group.name).second, "each group is named once");
         for (const EventRecord* event : group.events) {
-            Require(event >= events.data() && event < events.data() + events.size(), "a group's event is one of the events");
+            Require(event >= events.data() && event < events.data() + events.size(),
+                    "a group's event is one of the events");
             ++seen[static_cast<std::size_t>(event - events.data())];
             const std::string& key = event->copyName.empty() ? event->eventId : event->copyName;
             Require(key == group.name, "a group's events share its name");

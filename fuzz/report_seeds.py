@@ -40,8 +40,8 @@ EVENT = dict(id="E1", start="20240105 10:00:00", end="20240105 10:20:00", produc
 
 
 def small_machines(rng):
-    before = logtext.make_machine(rng, software=14, processes=9, services=10, users=6, copies=1, instances=2,
-                                  parameters=5, drivers=2)
+    before = logtext.make_machine(rng, software=6, processes=5, services=5, users=4, copies=1, instances=2,
+                                  parameters=3, drivers=1)
     return before, logtext.changed_machine(rng, before, "COPY1")
 
 
