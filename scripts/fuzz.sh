@@ -9,7 +9,7 @@
 # Usage: scripts/fuzz.sh [--runs N | --seconds S] [target ...]
 #   --runs N     inputs per target (default 10000000)
 #   --seconds S  time per target instead
-#   targets      any of: profile options entry_names summary (default: all four)
+#   targets      any of: profile options entry_names summary report (default: all five)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -19,7 +19,7 @@ case "${1:-}" in
     --seconds) limit="-max_total_time=$2"; shift 2 ;;
 esac
 targets=("$@")
-[ ${#targets[@]} -eq 0 ] && targets=(profile options entry_names summary)
+[ ${#targets[@]} -eq 0 ] && targets=(profile options entry_names summary report)
 
 cmake --preset fuzz > /dev/null
 cmake --build --preset fuzz

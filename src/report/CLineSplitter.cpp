@@ -26,10 +26,11 @@ void CLineSplitter::Feed(const char* bytes, std::size_t size)
             lineCut_ = true;
         line_.append(bytes + start, taken);
         EndLine();
+        // A "\r" that ends the block may have its "\n" at the start of the next.
         const bool pair = c == '\r' && i + 1 < size && bytes[i + 1] == '\n';
+        afterCarriageReturn_ = c == '\r' && !pair && i + 1 == size;
         if (pair)
             ++i;
-        afterCarriageReturn_ = c == '\r' && !pair && i + 1 == size;
         start = i + 1;
     }
     if (start < size) {

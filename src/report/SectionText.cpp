@@ -10,6 +10,18 @@ bool IsBlank(char c)
     return c == ' ' || c == '\t';
 }
 
+// The part of the text from `start`, at most `count` bytes, without the blanks
+// at either end.
+std::string TrimmedPart(const std::string& text, std::size_t start, std::size_t count)
+{
+    std::size_t end = start + std::min(count, text.size() - start);
+    while (start < end && IsBlank(text[start]))
+        ++start;
+    while (end > start && IsBlank(text[end - 1]))
+        --end;
+    return text.substr(start, end - start);
+}
+
 }  // namespace
 
 std::string TrimmedRight(const std::string& text)
@@ -22,10 +34,7 @@ std::string TrimmedRight(const std::string& text)
 
 std::string TrimmedText(const std::string& text)
 {
-    std::size_t start = 0;
-    while (start < text.size() && IsBlank(text[start]))
-        ++start;
-    return TrimmedRight(text.substr(start));
+    return TrimmedPart(text, 0, text.size());
 }
 
 bool StartsWith(const std::string& text, const char* start)
@@ -41,13 +50,14 @@ std::string TextBehind(const std::string& text, const char* start)
 std::vector<std::string> RowColumns(const std::string& row, const int* widths, std::size_t count)
 {
     std::vector<std::string> fields;
+    fields.reserve(count + 1);
     std::size_t position = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t width = static_cast<std::size_t>(widths[i]);
-        fields.push_back(position < row.size() ? TrimmedText(row.substr(position, width)) : std::string());
+        fields.push_back(position < row.size() ? TrimmedPart(row, position, width) : std::string());
         position += width;
     }
-    fields.push_back(position < row.size() ? TrimmedText(row.substr(position)) : std::string());
+    fields.push_back(position < row.size() ? TrimmedPart(row, position, row.size()) : std::string());
     return fields;
 }
 

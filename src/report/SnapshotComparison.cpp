@@ -10,27 +10,35 @@ bool OwnerAlsoListed(const SnapshotItem& item, const Items& side, const Items& o
     return !item.owner.empty() && side.count(item.owner) != 0 && other.count(item.owner) == 0;
 }
 
-std::vector<std::string> OnlyIn(const Items& side, const Items& other)
-{
-    std::vector<std::string> names;
-    for (const auto& item : side) {
-        if (other.count(item.first) == 0 && !OwnerAlsoListed(item.second, side, other))
-            names.push_back(item.first);
-    }
-    return names;
-}
-
 }  // namespace
 
+// One walk over both sides in the order of their names: a snapshot's
+// sections hold thousands of things, and a lookup of each in the other side
+// would cost a search of its own.
 SectionChanges CompareSections(const SnapshotSection& before, const SnapshotSection& after)
 {
     SectionChanges changes;
-    changes.added = OnlyIn(after.items, before.items);
-    changes.removed = OnlyIn(before.items, after.items);
-    for (const auto& item : before.items) {
-        const auto found = after.items.find(item.first);
-        if (found != after.items.end() && found->second.value != item.second.value)
-            changes.changed.push_back(ItemChange{item.first, item.second.value, found->second.value});
+    auto was = before.items.begin();
+    auto is = after.items.begin();
+    while (was != before.items.end() || is != after.items.end()) {
+        // Below 0: only before has the name; above 0: only after has it.
+        const int order = was == before.items.end() ? 1
+                          : is == after.items.end()  ? -1
+                                                     : was->first.compare(is->first);
+        if (order < 0) {
+            if (!OwnerAlsoListed(was->second, before.items, after.items))
+                changes.removed.push_back(was->first);
+            ++was;
+        } else if (order > 0) {
+            if (!OwnerAlsoListed(is->second, after.items, before.items))
+                changes.added.push_back(is->first);
+            ++is;
+        } else {
+            if (was->second.value != is->second.value)
+                changes.changed.push_back(ItemChange{was->first, was->second.value, is->second.value});
+            ++was;
+            ++is;
+        }
     }
     return changes;
 }

@@ -17,12 +17,13 @@ const std::string kGroupRule(kGroupRuleLength, '-');
 const std::string kUserRule(kUserRuleLength, '-');
 
 // A row: the group in its column of 30, ten blanks, the user. A group of 30
-// characters or more pushes the blanks along.
+// characters or more pushes the blanks along; a row of a damaged log may end
+// short of the column.
 void ReadUserRow(const std::string& row, Memberships& members)
 {
     const std::string gap = kUserColumnGap;
     std::size_t gapAt = kGroupColumnWidth;
-    if (row.compare(gapAt, gap.size(), gap) != 0)
+    if (gapAt > row.size() || row.compare(gapAt, gap.size(), gap) != 0)
         gapAt = row.find(gap, kGroupColumnWidth);
     if (gapAt == std::string::npos || gapAt > row.size())
         gapAt = row.size();
