@@ -184,3 +184,15 @@ TEST(SectionReaders, EmptyReportsNameNothing)
     EXPECT_TRUE(products.items.empty());
     EXPECT_TRUE(drivers.items.empty());
 }
+
+TEST(SectionReaders, AMemberRowShortOfTheGroupColumnIsAGroupWithoutAUser)
+{
+    const SectionLines lines = {
+        "Local User List:", Rule('-', 74), "Group                                   user   ", Rule('-', 74),
+        "Users", Left("Guests", 34), Rule('-', 74),
+    };
+    SnapshotSection section;
+    ReadUsersSection(lines, section);
+    const std::map<std::string, std::string> expected = {{"user ", "member of Guests, Users"}};
+    EXPECT_EQ(Values(section), expected);
+}
