@@ -24,7 +24,10 @@ void WriteChangeCounts(const EventReport& event, std::ostream& out)
 
 void WriteTextSummary(const HistoryReport& report, std::ostream& out)
 {
-    out << "Computer " << report.computerName << ", " << report.operatingSystem << '\n';
+    out << "Computer " << report.computerName;
+    if (!report.operatingSystem.empty())
+        out << ", " << report.operatingSystem;
+    out << '\n';
     out << report.eventCount << " events of " << report.copies.size() << " copies in " << report.sourceName
         << '\n';
     for (const CopyReport& copy : report.copies) {

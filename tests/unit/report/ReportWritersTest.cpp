@@ -155,3 +155,12 @@ TEST(ReportOptionsTest, UsageErrorsAreTold)
     ASSERT_TRUE(ParseReportOptions({"-h"}, options, error));
     EXPECT_TRUE(options.help);
 }
+
+TEST(ReportWriters, TheTextSummaryLeavesOutAnOperatingSystemThatNoReportTold)
+{
+    HistoryReport report = SmallReport();
+    report.operatingSystem.clear();
+    std::ostringstream out;
+    WriteTextSummary(report, out);
+    EXPECT_EQ(out.str().substr(0, out.str().find('\n')), "Computer VM");
+}
