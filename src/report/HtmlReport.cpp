@@ -1,5 +1,7 @@
 #include "report/HtmlReport.h"
 
+#include <algorithm>
+
 #include "report/ReportWords.h"
 
 namespace {
@@ -20,7 +22,7 @@ th { background: #eef; }
 .event { border-left: 4px solid #89a; padding-left: 1em; margin: 1em 0; }
 .succeeded { color: #060; font-weight: bold; }
 .failed { color: #a00; font-weight: bold; }
-.never, .noresult { color: #a60; font-weight: bold; }
+.never-ended, .no-result { color: #a60; font-weight: bold; }
 .none, .na { margin: 0.2em 0; }
 .na, .note { color: #a60; }
 .added::before { content: "+ "; color: #060; }
@@ -31,19 +33,12 @@ code, .mono { font-family: "DejaVu Sans Mono", monospace; }
 @media print { body { margin: 0; max-width: none; } .event { break-inside: avoid-page; } }
 )";
 
-const char* OutcomeClass(EventOutcome outcome)
+// The outcome's word as a class name: "no result" gives "no-result".
+std::string OutcomeClass(EventOutcome outcome)
 {
-    switch (outcome) {
-    case EventOutcome::Succeeded:
-        return "succeeded";
-    case EventOutcome::Failed:
-        return "failed";
-    case EventOutcome::NoResult:
-        return "noresult";
-    case EventOutcome::NeverEnded:
-        break;
-    }
-    return "never";
+    std::string name = OutcomeWord(outcome);
+    std::replace(name.begin(), name.end(), ' ', '-');
+    return name;
 }
 
 void WriteFact(std::ostream& out, const char* label, const std::string& value)
