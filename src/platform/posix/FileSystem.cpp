@@ -26,15 +26,20 @@ namespace platform {
 
 const char* const kTextLineEnd = "\n";
 
-namespace {
+namespace posix {
 
-// The path with "/" for every "\\", and nothing else changed.
 std::string WithSystemSeparators(const std::string& path)
 {
     std::string converted = path;
     std::replace(converted.begin(), converted.end(), '\\', '/');
     return converted;
 }
+
+}  // namespace posix
+
+namespace {
+
+using posix::WithSystemSeparators;
 
 bool EntryExists(const std::string& systemPath)
 {

@@ -15,6 +15,10 @@
 namespace platform {
 namespace posix {
 
+// The path with "/" for every "\\", and nothing else changed: the entry as
+// the caller spells it, before SystemPath looks up the case of its names.
+std::string WithSystemSeparators(const std::string& path);
+
 // The attribute word of an existing entry: the folder bit for a folder,
 // otherwise the archive bit, plus the read-only bit when this process
 // may not write it. Never 0.

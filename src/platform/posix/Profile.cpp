@@ -11,6 +11,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/common/ProfileDocument.h"
+#include "platform/posix/PosixFiles.h"
 #include "platform/posix/ProfileFileCache.h"
 
 namespace platform {
@@ -136,6 +137,18 @@ std::uint32_t LayOutSectionNames(const ProfileDocument& document, std::vector<ch
     return at;
 }
 
+// The file for a read. Where it is there as spelt, SystemPath gives that very
+// path, so only a file that isn't there as spelt has the case of its names
+// looked up, which costs a look at every level of the path: a summary reads
+// the file many times over, and each read then needs one look, not two.
+ProfileOpenResult OpenForReading(const std::string& path, const ProfileDocument*& document)
+{
+    ProfileFileCache& cache = ProfileFileCache::Instance();
+    if (cache.Open(posix::WithSystemSeparators(path), document) == ProfileOpenResult::Opened)
+        return ProfileOpenResult::Opened;
+    return cache.Open(SystemPath(path), document);
+}
+
 }  // namespace
 
 std::uint32_t GetProfileSectionNames(char* buffer, std::uint32_t size, const std::string& path)
@@ -145,8 +158,7 @@ std::uint32_t GetProfileSectionNames(char* buffer, std::uint32_t size, const std
     const ProfileDocument* document = nullptr;
     std::uint32_t count = 0;
     std::vector<char> wide(size, '\0');
-    if (size > 1 && ProfileFileCache::Instance().Open(SystemPath(path), document) !=
-                        ProfileOpenResult::Failed)
+    if (size > 1 && OpenForReading(path, document) != ProfileOpenResult::Failed)
         count = LayOutSectionNames(*document, wide);
     if (count == 0) {
         buffer[0] = '\0';
@@ -169,7 +181,7 @@ std::uint32_t GetProfileString(const char* section, const char* key, const char*
     }
     const std::string fallback = DefaultValue(defaultValue);
     const ProfileDocument* document = nullptr;
-    if (ProfileFileCache::Instance().Open(SystemPath(path), document) == ProfileOpenResult::Failed)
+    if (OpenForReading(path, document) == ProfileOpenResult::Failed)
         return Deliver(Cut(fallback, size), buffer);
     const ProfileEntry* entry = document->Find(section, key);
     return Deliver(HandedOut(entry != nullptr && entry->hasValue ? entry->value : fallback, size),
