@@ -23,7 +23,7 @@ import sys
 import time
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
-WINE_RUN = SOURCE / "scripts" / "wine-run.sh"
+WINE_RUN = SOURCE / "scripts" / "wine-run.py"
 COPIES, INSTANCES, PARAMETERS = 5, 20, 20
 
 

@@ -8,7 +8,7 @@ The store's location is fixed when the program is built, so this script
 configures a Release build of its own (no sanitizers, no tests) whose
 machine-wide application data folder is a private folder below the work folder.
 With --program it times a given ZORRecordEvent instead (for example the
-Windows build under Wine, with --runner "scripts/wine-run.sh PREFIX").
+Windows build under Wine, with --runner "scripts/wine-run.py PREFIX").
 
 This is a measurement, not a test: it asserts nothing about time.
 Usage: bench/snapshot_benchmark.py [--work DIR] [--runs N] [--program EXE --runner CMD]

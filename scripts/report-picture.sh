@@ -10,7 +10,7 @@ build=build/win64
 prefix="$PWD/build/report-picture/wineprefix"
 work="$PWD/build/report-picture/work"
 rm -rf "$work" && mkdir -p "$work"
-run() { scripts/wine-run.sh "$prefix" "$@"; }
+run() { scripts/wine-run.py "$prefix" "$@"; }
 winpath() { echo "Z:$(echo "$1" | tr / '\\')"; }
 
 run "$build/ZORRecordEvent.exe" -start E1 -Action Install -Product "ZOR 9.6 Server" -ServiceLevel SL1 \

@@ -1,48 +1,116 @@
 #!/bin/bash
 # Sets up a fresh Debian 12 machine, builds all three targets and runs every
 # test: Linux native (with ASan and UBSan), Windows x64 under wine64, and the
-# Windows x86 build, which is built and checked but cannot run here. Then the
-# fuzz targets are built with clang and each runs for a bounded time
-# (ZOR_FUZZ_SECONDS, 45 s each); scripts/fuzz.sh runs them for long.
+# Windows x86 build under wine64's WoW64 mode where this machine runs 32-bit
+# code (scripts/x86-probe.py tells; where it can't, one line says why, and the
+# x86 tests that start no Windows program still run). The fuzz targets are
+# built with clang and each runs for a bounded time (ZOR_FUZZ_SECONDS, 45 s
+# each); scripts/fuzz.sh runs them for long.
+#
+# It ends, pass or fail, with the time that each stage took and one line that
+# says how many starts of a Windows program scripts/wine-run.py made once more
+# because Wine ended them at once (each is listed in build/*/*.retries).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-if [ "$(id -u)" -eq 0 ]; then
-    scripts/install-deps.sh
-else
-    sudo scripts/install-deps.sh
-fi
+stage_times=()
+current_stage=""
+stage_began=0
+x86_not_run=""
+# stage NAME COMMAND...: runs one stage and keeps its time.
+stage() {
+    current_stage="$1"
+    stage_began=$SECONDS
+    shift
+    "$@"
+    stage_times+=("$current_stage $((SECONDS - stage_began)) s")
+    current_stage=""
+}
 
-cmake --preset linux
-cmake --build --preset linux
-ctest --preset linux
+report_stages() {
+    local status=$? retried line="" time
+    if [ -n "$current_stage" ]; then
+        stage_times+=("$current_stage failed after $((SECONDS - stage_began)) s")
+    fi
+    retried=$(cat build/*/*.retries 2>/dev/null | wc -l)
+    echo
+    for time in "${stage_times[@]}"; do
+        line+="${line:+, }$time"
+    done
+    echo "Stage times: ${line:-none} (total $SECONDS s)"
+    if [ -n "$x86_not_run" ]; then
+        echo "$x86_not_run"
+    fi
+    echo "Wine starts retried: $retried"
+    exit $status
+}
+trap report_stages EXIT
+rm -f build/*/*.retries
 
-cmake --preset win64
-cmake --build --preset win64
-ctest --preset win64
+install_deps() {
+    if [ "$(id -u)" -eq 0 ]; then
+        scripts/install-deps.sh
+    else
+        sudo scripts/install-deps.sh
+    fi
+}
+# configure_and_build PRESET
+configure_and_build() {
+    cmake --preset "$1"
+    cmake --build --preset "$1"
+}
 
-cmake --preset fuzz
-cmake --build --preset fuzz
-ctest --preset fuzz
+# Whether this machine runs the x86 build's programs: the probe, built first.
+# Where it can't, the reason is kept for the closing lines, and the x86 build's
+# tests are built but only those that start no Windows program are listed.
+x86_probe() {
+    local status=0
+    cmake --preset win32
+    cmake --build --preset win32 --target x86_probe
+    x86_not_run="$(scripts/x86-probe.py build/win32/wineprefix build/win32/tests/windows/x86_probe.exe)" || status=$?
+    echo "$x86_not_run"
+    case $status in
+        0) x86_not_run=""; cmake --preset win32 -DZOR_RUN_BUILT_PROGRAMS=ON ;;
+        3) cmake --preset win32 -DZOR_RUN_BUILT_PROGRAMS=OFF ;;
+        *) return 1 ;;
+    esac
+}
 
-cmake --preset win32
-cmake --build --preset win32
+x86_tests() {
+    if [ -z "$x86_not_run" ]; then
+        ctest --preset win32
+    else
+        ctest --preset win32-static
+    fi
+}
 
-# The release zips of both Windows builds.
-version="$(sed -n 's/^project(ZORGetInstallLog VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)"
-for arch in win32 win64; do
-    cmake --build --preset "$arch" --target package
-    python3 scripts/check-release.py zip "build/$arch/ZORGetInstallLog-$version-$arch.zip" "$arch"
-done
-for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORHistoryReport.exe ZORRecorder.dll; do
-    scripts/check-windows-binary.sh "build/win32/$program" PE32 Intel
-    scripts/check-windows-binary.sh "build/win64/$program" PE32+ x86-64
-done
-# The x86 build has no tests of its own: its resources are read back here.
-for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORHistoryReport.exe; do
-    python3 scripts/check-windows-resources.py "build/win32/$program" "$version" --manifest
-done
-python3 scripts/check-windows-resources.py build/win32/ZORRecorder.dll "$version" --no-manifest
-# The NSIS example as the usual 32-bit installer, with the x86 DLL (the tests
-# build and run its 64-bit form).
-(cd build/win32 && makensis -NOCD -V2 -DRECORDER_DLL=ZORRecorder.dll ../../tests/installer/RecordEvent.nsi)
+# The release zips of both Windows builds, the binaries' formats and resources,
+# and the NSIS example.
+release_checks() {
+    version="$(sed -n 's/^project(ZORGetInstallLog VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)"
+    for arch in win32 win64; do
+        cmake --build --preset "$arch" --target package
+        python3 scripts/check-release.py zip "build/$arch/ZORGetInstallLog-$version-$arch.zip" "$arch"
+    done
+    for program in ZORGetInstallLog.exe ZORRecordEvent.exe ZORHistoryReport.exe ZORRecorder.dll; do
+        scripts/check-windows-binary.sh "build/win32/$program" PE32 Intel
+        scripts/check-windows-binary.sh "build/win64/$program" PE32+ x86-64
+    done
+    # The report program's resources (the tests read back those of the others).
+    python3 scripts/check-windows-resources.py build/win32/ZORHistoryReport.exe "$version" --manifest
+    # The NSIS example as the usual 32-bit installer, with the x86 DLL (the tests
+    # build and run its 64-bit form).
+    (cd build/win32 && makensis -NOCD -V2 -DRECORDER_DLL=ZORRecorder.dll ../../tests/installer/RecordEvent.nsi)
+}
+
+stage setup install_deps
+stage "linux build" configure_and_build linux
+stage "linux tests" ctest --preset linux
+stage "win64 build" configure_and_build win64
+stage "win64 tests" ctest --preset win64
+stage "fuzz build" configure_and_build fuzz
+stage "fuzz runs" ctest --preset fuzz
+stage "win32 probe" x86_probe
+stage "win32 build" cmake --build --preset win32
+stage "win32 tests" x86_tests
+stage "release checks" release_checks

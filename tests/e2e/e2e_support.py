@@ -11,6 +11,7 @@ import shlex
 import resource
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import time
@@ -77,6 +78,11 @@ class Env:
         return result.returncode, result.stdout.decode("latin-1"), result.stderr.decode("latin-1")
 
     @property
+    def arch(self):
+        """x86 or x64 for a Windows build, from the machine of its programs' PE header."""
+        return pe_arch(self.bin_dir / ("ZORRecordEvent" + self.suffix))
+
+    @property
     def native(self):
         """True when the programs run directly, not under an emulator such as Wine."""
         return not self.runner
@@ -90,6 +96,16 @@ class Env:
     def lines(self, *lines):
         """The console or file text of these lines, each with its line end."""
         return "".join(line + self.eol for line in lines)
+
+
+PE_MACHINE_I386 = 0x14C
+
+
+def pe_arch(path):
+    """x86 or x64: the machine that a Windows binary is built for."""
+    data = pathlib.Path(path).read_bytes()
+    header = struct.unpack_from("<I", data, 0x3C)[0]
+    return "x86" if struct.unpack_from("<H", data, header + 4)[0] == PE_MACHINE_I386 else "x64"
 
 
 def limit_file_size(limit):

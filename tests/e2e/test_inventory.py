@@ -66,24 +66,38 @@ def wine(env, *args):
     return result.returncode
 
 
-def import_fixture(env, fixture):
-    """Imports a fixture with regedit. A 5.00 export goes in as real exports
+def fixture_file(env, fixture):
+    """A fixture as Wine's tools read it. A 5.00 export goes in as real exports
     are written, UTF-16LE with its byte-order mark, since Wine's regedit reads
     the hex(2) and hex(7) data of an 8-bit file as ANSI text; a REGEDIT4 export
     is 8-bit by its nature and goes in as it stands."""
     source = FIXTURES / f"{fixture}.reg"
     text = source.read_text(encoding="latin-1")
-    if text.startswith("Windows Registry Editor Version 5.00"):
-        target = env.work / f"{fixture}.utf16.reg"
-        target.write_bytes(b"\xff\xfe" + text.replace("\n", "\r\n").encode("utf-16-le"))
-    else:
-        target = source
+    if not text.startswith("Windows Registry Editor Version 5.00"):
+        return source
+    target = env.work / f"{fixture}.utf16.reg"
+    target.write_bytes(b"\xff\xfe" + text.replace("\n", "\r\n").encode("utf-16-le"))
+    return target
+
+
+def import_fixture(env, fixture):
+    """Imports a fixture with regedit, as a support engineer would."""
+    target = fixture_file(env, fixture)
     assert wine(env, "regedit", "/s", env.program_path(target)) == 0, f"regedit {fixture}"
+
+
+def import_fixture_into_view(env, fixture, bits):
+    """Imports a fixture into the 32-bit or the 64-bit view of the registry, as
+    the installer of a 32-bit or a 64-bit product writes its keys."""
+    target = fixture_file(env, fixture)
+    assert wine(env, "reg", "import", env.program_path(target), f"/reg:{bits}") == 0, \
+        f"reg import {fixture} /reg:{bits}"
 
 
 def clean_registry(env):
     for key in FIXTURE_ROOTS + [INSTALLER_PRODUCT.rsplit("\\", 1)[0]]:
-        wine(env, "reg", "delete", key, "/f")
+        for view in ("/reg:32", "/reg:64"):
+            wine(env, "reg", "delete", key, "/f", view)
 
 
 def test_no_registry_shows_no_copies_and_no_driver_in_both_snapshots(env):
@@ -107,6 +121,24 @@ def test_each_fixture_under_wine_equals_its_goldens(env):
             assert wine(env, "reg", "add", INSTALLER_PRODUCT, "/v", "Publisher", "/t", "REG_SZ",
                         "/d", "TAQ Corp", "/f") == 0, "reg add Publisher"
             expect_inventory(record_event(env, f"Inv-{number}-L"), fixture, "left")
+            clean_registry(env)
+    finally:
+        clean_registry(env)
+
+
+def test_each_build_reads_the_registry_view_of_its_own_bitness(env):
+    """64-bit Windows keeps the keys of 32-bit programs apart (Wow6432Node) and
+    shows every 32-bit program that view unless it asks for the other. So the
+    x86 build sees the copies and drivers of a 32-bit product and not those of
+    a 64-bit one, and the x64 build the other way round."""
+    if env.native:
+        return
+    own_bits = 32 if env.arch == "x86" else 64
+    try:
+        for bits in (32, 64):
+            import_fixture_into_view(env, "v9_only", bits)
+            seen = "v9_only" if bits == own_bits else "nothing_installed"
+            expect_inventory(record_event(env, f"View-{bits}"), seen, "right")
             clean_registry(env)
     finally:
         clean_registry(env)

@@ -9,8 +9,12 @@ private prefix, checked in the store and the archive, and removed again.
 - RecordWithBrokenData.wxs calls it also with no, a modeless and a broken
   CustomActionData before its event; the install still succeeds.
 
-And the NSIS example, RecordEvent.nsi, built as a 64-bit installer with
-makensis, calls ZORRecordEvent from ZORRecorder.dll in its plug-in folder."""
+And the NSIS example, RecordEvent.nsi, built with makensis, calls
+ZORRecordEvent from ZORRecorder.dll in its plug-in folder.
+
+Every package and installer is built for the architecture of the build under
+test: the x86 build's as 32-bit packages, installed below "Program Files (x86)"
+as on 64-bit Windows, the x64 build's as 64-bit ones."""
 import pathlib
 import shutil
 import subprocess
@@ -23,7 +27,13 @@ from e2e_support import expect_equal, expect_lines_match, file_lines, main, sect
 SOURCES = pathlib.Path(__file__).resolve().parent
 EVENT = "Install-ZORServer"
 COPY = "ZORCopy1"
-INSTALL_DIR = "C:\\Program Files\\ZOR Server\\"
+def program_files(env):
+    """The folder of 32-bit programs on 64-bit Windows, or of 64-bit ones."""
+    return "Program Files (x86)" if env.arch == "x86" else "Program Files"
+
+
+def install_dir(env):
+    return f"C:\\{program_files(env)}\\ZOR Server\\"
 
 
 def build_package(env, source, binary):
@@ -33,7 +43,9 @@ def build_package(env, source, binary):
     shutil.copy(env.bin_dir / binary, stage / binary)
     (stage / "readme.txt").write_text("ZOR Server\n")
     package = env.work / "product.msi"
-    result = subprocess.run(["wixl", "-a", "x64", "-o", str(package), str(SOURCES / source)],
+    arch = env.arch
+    result = subprocess.run(["wixl", "-a", arch, "-D", f"Arch={arch}", "-o", str(package),
+                             str(SOURCES / source)],
                             cwd=stage, capture_output=True, text=True)
     expect_equal(result.returncode, 0, f"wixl on {source}: {result.stderr}")
     return package
@@ -59,7 +71,7 @@ def uninstall(env, package):
 
 
 def installed_files(env):
-    folder = env.appdata.parent / "Program Files" / "ZOR Server"
+    folder = env.appdata.parent / program_files(env) / "ZOR Server"
     return sorted(p.name for p in folder.iterdir()) if folder.exists() else []
 
 
@@ -70,7 +82,7 @@ def expect_event(env, product, log):
     expect_lines_match(section_lines(env, EVENT), [
         f"Event_ID={EVENT}", "Command_Line=", "Start_Time=<time>", "End_Time=<time>",
         "Action=Install", "Type=Silent", f"Product={product}", "Version=9.2.0",
-        "Service_Level=", f"Path={INSTALL_DIR}", f"Copy_Name={COPY}", "Complete_Flag=TRUE",
+        "Service_Level=", f"Path={install_dir(env)}", f"Copy_Name={COPY}", "Complete_Flag=TRUE",
         "Log_File_Name=" + env.program_path(log), "Trace_File=", "Response_File=",
         f"Event_Log_File={event_log}", "Result=Success",
     ], "section of the event")
@@ -123,7 +135,8 @@ def test_broken_custom_action_data_records_nothing_and_the_install_succeeds(env)
 
 
 def test_nsis_installer_records_its_install(env):
-    result = subprocess.run(["makensis", "-NOCD", "-V2", "-DAMD64",
+    amd64 = ["-DAMD64"] if env.arch == "x64" else []
+    result = subprocess.run(["makensis", "-NOCD", "-V2", *amd64,
                              "-DRECORDER_DLL=" + str(env.bin_dir / "ZORRecorder.dll"),
                              str(SOURCES / "RecordEvent.nsi")],
                             cwd=env.work, capture_output=True, text=True)
@@ -141,7 +154,7 @@ def test_nsis_installer_records_its_install(env):
     ], "section of the event")
     # The example installs no files of its own; its folder goes again.
     expect_equal(installed_files(env), [], "installed files")
-    shutil.rmtree(env.appdata.parent / "Program Files" / "ZOR Server", ignore_errors=True)
+    shutil.rmtree(env.appdata.parent / program_files(env) / "ZOR Server", ignore_errors=True)
 
 
 if __name__ == "__main__":

@@ -1,14 +1,17 @@
 // The special-folder look-up on Windows: SHGetFolderPathA, found by name in
-// "shfolder.dll" at run time, so that a machine without it still runs.
+// "shfolder.dll" at run time, so that a machine without it still runs. The
+// call through it takes its type from the system's own declaration, so that
+// its calling convention is the system's (__stdcall in the 32-bit program).
 #include "platform/SpecialFolder.h"
 
 #include <windows.h>
+#include <shlobj.h>
 
 namespace platform {
 
 namespace {
 
-using ShellFolderPathCall = HRESULT(WINAPI*)(HWND, int, HANDLE, DWORD, LPSTR);
+using ShellFolderPathCall = decltype(&::SHGetFolderPathA);
 
 // The default path of the folder, not the one it may have been moved to.
 constexpr DWORD kFolderDefaultPath = 1;

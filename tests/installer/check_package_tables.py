@@ -1,0 +1,141 @@
+"""The Windows Installer packages of this build, read back without running
+them, so that they are proven on every machine: each WiX example built with
+wixl for the build's architecture, its tables exported with msiinfo.
+
+- The summary's Template is "Intel;1033" for the x86 build, "x64;1033" for x64.
+- Files go below ProgramFilesFolder (x86) or ProgramFiles64Folder (x64), and
+  only the x64 package marks its components 64-bit (attribute 256).
+- The DLL's custom actions: Binary ZORRecorder holding this build's
+  ZORRecorder.dll byte for byte, entry ZORRecordEventAction, type 3073
+  (a DLL in the Binary table, deferred, not impersonated).
+- The program's custom actions run the installed ZORRecordEvent.exe: type 3154
+  (an installed file, its exit code ignored, deferred, not impersonated).
+- ZORRecorder.dll exports ZORRecordEventAction by that undecorated name, which
+  is the name an installer looks up (a 32-bit __stdcall export would otherwise
+  be _ZORRecordEventAction@4).
+
+Usage: check_package_tables.py BIN_DIR WORK_DIR
+Prints "N passed, N failed"."""
+import pathlib
+import shutil
+import subprocess
+import sys
+import traceback
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "e2e"))
+from e2e_support import pe_arch  # noqa: E402
+
+SOURCES = pathlib.Path(__file__).resolve().parent
+DLL_ACTION_TYPE = "3073"
+PROGRAM_ACTION_TYPE = "3154"
+
+
+class Build:
+    def __init__(self, bin_dir, work):
+        self.bin_dir = bin_dir
+        self.work = work
+        self.arch = pe_arch(bin_dir / "ZORRecorder.dll")
+
+    def package(self, source, binary):
+        stage = self.work / source
+        shutil.rmtree(stage, ignore_errors=True)
+        stage.mkdir(parents=True)
+        shutil.copy(self.bin_dir / binary, stage / binary)
+        (stage / "readme.txt").write_text("ZOR Server\n")
+        package = stage / "product.msi"
+        subprocess.run(["wixl", "-a", self.arch, "-D", f"Arch={self.arch}", "-o", str(package),
+                        str(SOURCES / source)], cwd=stage, check=True, capture_output=True)
+        return package
+
+
+def table(package, name):
+    """The rows of one table, each a list of its columns (the three header lines left out)."""
+    text = subprocess.run(["msiinfo", "export", str(package), name], check=True,
+                          capture_output=True, text=True).stdout
+    return [line.split("\t") for line in text.splitlines()[3:]]
+
+
+def summary(package):
+    text = subprocess.run(["msiinfo", "suminfo", str(package)], check=True,
+                          capture_output=True, text=True).stdout
+    return dict(line.split(": ", 1) for line in text.splitlines() if ": " in line)
+
+
+def expect(condition, what):
+    if not condition:
+        raise AssertionError(what)
+
+
+def expect_arch(build, package):
+    template = "Intel;1033" if build.arch == "x86" else "x64;1033"
+    expect(summary(package).get("Template") == template, f"Template {summary(package)}")
+    folder = "ProgramFilesFolder" if build.arch == "x86" else "ProgramFiles64Folder"
+    parents = {row[0]: row[1] for row in table(package, "Directory")}
+    expect(parents.get("INSTALLDIR") == folder, f"INSTALLDIR below {parents.get('INSTALLDIR')}")
+    bit64 = 256
+    for row in table(package, "Component"):
+        attributes = int(row[3])
+        expect(bool(attributes & bit64) == (build.arch == "x64"), f"component {row[0]}: {attributes}")
+
+
+def actions(package):
+    return {row[0]: row[1:] for row in table(package, "CustomAction")}
+
+
+def test_package_calling_the_dll(build):
+    package = build.package("RecordWithDll.wxs", "ZORRecorder.dll")
+    expect_arch(build, package)
+    for name in ("RecordStart", "RecordEnd"):
+        expect(actions(package)[name][:3] == [DLL_ACTION_TYPE, "ZORRecorder", "ZORRecordEventAction"],
+               f"{name}: {actions(package)[name]}")
+    extracted = subprocess.run(["msiinfo", "extract", str(package), "Binary.ZORRecorder"],
+                               check=True, capture_output=True).stdout
+    expect(extracted == (build.bin_dir / "ZORRecorder.dll").read_bytes(),
+           "the Binary table doesn't hold this build's ZORRecorder.dll")
+
+
+def test_package_with_broken_data_calls_the_dll(build):
+    package = build.package("RecordWithBrokenData.wxs", "ZORRecorder.dll")
+    expect_arch(build, package)
+    for name in ("RecordNoData", "RecordNoMode", "RecordOpenQuote", "RecordStart", "RecordEnd"):
+        expect(actions(package)[name][:3] == [DLL_ACTION_TYPE, "ZORRecorder", "ZORRecordEventAction"],
+               f"{name}: {actions(package)[name]}")
+
+
+def test_package_running_the_program(build):
+    package = build.package("RecordWithProgram.wxs", "ZORRecordEvent.exe")
+    expect_arch(build, package)
+    for name in ("RecordStart", "RecordEnd"):
+        expect(actions(package)[name][:2] == [PROGRAM_ACTION_TYPE, "ZORRecordEvent.exe"],
+               f"{name}: {actions(package)[name]}")
+
+
+def test_dll_exports_the_action_by_its_undecorated_name(build):
+    text = subprocess.run(["llvm-readobj", "--coff-exports", str(build.bin_dir / "ZORRecorder.dll")],
+                          check=True, capture_output=True, text=True).stdout
+    names = [line.split(":", 1)[1].strip() for line in text.splitlines()
+             if line.strip().startswith("Name:")]
+    expect("ZORRecordEventAction" in names, f"exports {names}")
+    expect(not [n for n in names if "@" in n or n.startswith("_ZOR")], f"decorated exports {names}")
+
+
+def main():
+    build = Build(pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]))
+    passed = failed = 0
+    for name, test in list(globals().items()):
+        if not name.startswith("test_"):
+            continue
+        try:
+            test(build)
+            passed += 1
+            print(f"PASS {name} ({build.arch})")
+        except Exception:
+            failed += 1
+            print(f"FAIL {name} ({build.arch})")
+            traceback.print_exc(file=sys.stdout)
+    print(f"{passed} passed, {failed} failed")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
