@@ -13,6 +13,7 @@
 // without privilege, other users' processes, as Windows leaves out system
 // processes. Its base name is the last part of that link.
 #include "platform/Processes.h"
+#include "platform/common/PrintableText.h"
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -104,19 +105,6 @@ bool ReadExecutableLink(std::uintptr_t process, std::string& target)
     if (EndsWith(target, kDeletedSuffix) && ExecutableWasDeleted(link))
         target.resize(target.size() - (sizeof kDeletedSuffix - 1));
     return true;
-}
-
-// A Linux file name may hold line ends and other control characters, which no
-// Windows name can; each is written as "?", so that a name stays on its line
-// of the event log.
-std::string PrintableName(std::string name)
-{
-    for (char& c : name) {
-        const unsigned char byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7F)
-            c = '?';
-    }
-    return name;
 }
 
 }  // namespace
@@ -216,8 +204,10 @@ std::uint32_t CallGetModuleBaseName(std::uintptr_t, std::uintptr_t process, std:
     if (module != kExecutableModule || !ReadExecutableLink(process, target))
         return 0;
     const std::size_t slash = target.rfind('/');
+    // A Linux file name may hold line ends and other control characters, which
+    // no Windows name can: the name keeps to its one line of the event log.
     const std::string base =
-        PrintableName(slash == std::string::npos ? target : target.substr(slash + 1));
+        PrintableText(slash == std::string::npos ? target : target.substr(slash + 1));
     if (base.empty())
         return 0;
     // Cut to the buffer, with its terminating zero.
