@@ -69,12 +69,17 @@ bool IsProcessIdName(const char* name, std::uint32_t& id)
 // deleted while it runs.
 const char kDeletedSuffix[] = " (deleted)";
 
+std::string ProcessFolder(std::uint32_t processId)
+{
+    return "/proc/" + std::to_string(processId);
+}
+
 // The /proc folder of the process behind a handle, or the empty text for no handle.
-std::string ProcessFolder(std::uintptr_t handle)
+std::string ProcessFolderOfHandle(std::uintptr_t handle)
 {
     if (handle == 0 || handle > static_cast<std::uintptr_t>(UINT32_MAX) + 1)
         return std::string();
-    return "/proc/" + std::to_string(handle - 1);
+    return ProcessFolder(static_cast<std::uint32_t>(handle - 1));
 }
 
 // True when the executable behind the link has no name left on disk.
@@ -93,7 +98,7 @@ bool EndsWith(const std::string& text, const std::string& end)
 // is given by the name it had, without the kernel's " (deleted)".
 bool ReadExecutableLink(std::uintptr_t process, std::string& target)
 {
-    const std::string folder = ProcessFolder(process);
+    const std::string folder = ProcessFolderOfHandle(process);
     if (folder.empty())
         return false;
     const std::string link = folder + "/exe";
@@ -160,9 +165,8 @@ void CloseSystemHandle(std::uintptr_t)
 
 std::uintptr_t OpenProcessHandle(std::uint32_t, bool, std::uint32_t processId)
 {
-    const std::string folder = "/proc/" + std::to_string(processId);
     struct stat status {};
-    if (stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+    if (stat(ProcessFolder(processId).c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
         return 0;
     return static_cast<std::uintptr_t>(processId) + 1;
 }
