@@ -66,13 +66,18 @@ int CComputerInfo::Collect()
 }
 
 // The extended structure first; a system that refuses it is asked again with
-// the older one, and the product type then comes from the product options.
+// the older one, and the product type then comes from the product options. A
+// system without a Windows version, such as Linux, may name itself instead:
+// its distribution as the OS and its kernel's release as the type, with no
+// service pack.
 void CComputerInfo::CollectOSInfo()
 {
     platform::SystemVersion version;
     const bool extended = platform::GetVersionEx(platform::kExtendedVersionSize, version);
-    if (!extended && !platform::GetVersionEx(platform::kVersionSize, version))
+    if (!extended && !platform::GetVersionEx(platform::kVersionSize, version)) {
+        platform::GetSystemRelease(osName, machineType);
         return;
+    }
 
     majorVersion = version.majorVersion;
     minorVersion = version.minorVersion;

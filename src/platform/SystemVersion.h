@@ -34,4 +34,10 @@ struct SystemVersion {
 // failure `version` holds the zeros of the cleared structure.
 bool GetVersionEx(std::uint32_t structureSize, SystemVersion& version);
 
+// What a system that has no Windows version tells of itself instead: the name
+// of its distribution and the release of its kernel, each written with its
+// control characters as "?". False, with both left as they were, on a system
+// that has no such names, as Windows, whose version GetVersionEx tells.
+bool GetSystemRelease(std::string& systemName, std::string& release);
+
 }  // namespace platform

@@ -3,6 +3,7 @@ the test runs on (natively, or under Wine with the real Windows calls): the
 computer report, both snapshots with their six sections, and the facts that the
 machine itself reports through its own tools."""
 import os
+import platform
 import pwd
 import grp
 import shutil
@@ -75,7 +76,11 @@ def test_computer_report_shows_this_machine(env):
                      "computer name")
         expect_equal(value_of(lines, "Number of processors:"),
                      str(os.sysconf("SC_NPROCESSORS_ONLN")), "processors")
-        expect_equal(value_of(lines, "OS                  :"), "", "OS without a Windows version")
+        expect_equal(value_of(lines, "OS                  :"),
+                     platform.freedesktop_os_release()["PRETTY_NAME"], "OS: the distribution")
+        expect_equal(value_of(lines, "Type                :"), os.uname().release,
+                     "type: the kernel's release")
+        expect_equal(value_of(lines, "Service Pack        :"), "", "no service pack")
     else:
         expect_equal(value_of(lines, "Computer Name       :"), windows_variable(env, "COMPUTERNAME"),
                      "computer name")

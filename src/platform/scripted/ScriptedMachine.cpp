@@ -51,4 +51,14 @@ bool GetVersionEx(std::uint32_t structureSize, SystemVersion& version)
     return true;
 }
 
+bool GetSystemRelease(std::string& systemName, std::string& release)
+{
+    const scripted::Machine& machine = scripted::CurrentMachine();
+    if (!machine.namesItself)
+        return false;
+    systemName = machine.systemName;
+    release = machine.systemRelease;
+    return true;
+}
+
 }  // namespace platform

@@ -27,6 +27,11 @@ struct Machine {
     SystemVersion version;
     bool acceptsExtendedVersion = true;
     bool acceptsVersion = true;
+    // What GetSystemRelease answers: nothing, as on Windows, unless a test
+    // makes the machine one that names itself, as a Linux system does.
+    bool namesItself = false;
+    std::string systemName;
+    std::string systemRelease;
 
     Computer computer;
     Accounts accounts;

@@ -1,7 +1,8 @@
 // The scripted machine's registry below HKEY_LOCAL_MACHINE. Key and value names
 // match without regard to case and keep the case they were written in; keys
-// and values enumerate sorted by their lower-cased names, as the registry of
-// the Windows machines the tests run on does, whatever order a test writes.
+// and values enumerate sorted by their lower-cased names, whatever order a
+// test writes. Keys come so on Windows too; values come so under Wine, while
+// Windows hands them out in the order they were created.
 #pragma once
 
 #include <cstdint>
@@ -44,8 +45,9 @@ public:
 
     // Loads a registry export, as regedit writes it ("REGEDIT4" or "Windows
     // Registry Editor Version 5.00", 8-bit text): keys below
-    // HKEY_LOCAL_MACHINE, and values of the forms "text", dword:, hex:,
-    // hex(2): and hex(7):, continued over lines by a trailing backslash.
+    // HKEY_LOCAL_MACHINE, and values of the forms "text", dword: (one to
+    // eight hexadecimal digits), hex:, hex(2): and hex(7):, continued over
+    // lines by a trailing backslash.
     // False, with what was read so far kept, on a line it can't read.
     bool LoadExport(const std::string& text);
 

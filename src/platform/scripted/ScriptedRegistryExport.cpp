@@ -94,8 +94,11 @@ bool ReadData(const std::string& data, std::uint32_t& type, std::string& bytes)
         return true;
     }
     if (data.compare(0, 6, "dword:") == 0) {
+        // One to eight hexadecimal digits, as regedit takes them: "dword:1"
+        // is the number 1, as "dword:00000001" is.
         const std::string digits = data.substr(6);
-        if (digits.size() != 8 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
+        if (digits.empty() || digits.size() > 8 ||
+            digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
             return false;
         const std::uint32_t number = static_cast<std::uint32_t>(std::stoul(digits, nullptr, 16));
         type = kRegDword;

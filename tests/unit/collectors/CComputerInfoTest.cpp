@@ -236,6 +236,42 @@ TEST_F(ComputerInfo, MachineWhereEveryCallFailsPrintsLabelsAlone)
                                        }));
 }
 
+TEST_F(ComputerInfo, SystemWithoutWindowsVersionNamesItsDistributionAndKernel)
+{
+    Machine().computer.name = "BUILDHOST";
+    Machine().acceptsExtendedVersion = false;
+    Machine().acceptsVersion = false;
+    Machine().namesItself = true;
+    Machine().systemName = "Debian GNU/Linux 12 (bookworm)";
+    Machine().systemRelease = "6.1.0-18-amd64";
+    SetProcessors(9, 6, 8664, 2);
+    EXPECT_EQ(Report<CComputerInfo>(), TextLines({
+                                           "",
+                                           "System Information: ",
+                                           "=============================================",
+                                           "Computer Name       :BUILDHOST",
+                                           "OS                  :Debian GNU/Linux 12 (bookworm)",
+                                           "Type                :6.1.0-18-amd64",
+                                           "Service Pack        :",
+                                           "Number of processors:2",
+                                           "CPU                 :AMD64",
+                                           "=============================================",
+                                           "",
+                                       }));
+}
+
+TEST_F(ComputerInfo, WindowsVersionWinsOverTheSystemsOwnNames)
+{
+    SetVersion(platform::kPlatformWin32NT, 5, 0, 1, 0, "Service Pack 4");
+    Machine().namesItself = true;
+    Machine().systemName = "Debian GNU/Linux 12 (bookworm)";
+    Machine().systemRelease = "6.1.0-18-amd64";
+    const CComputerInfo computer = Collected();
+    EXPECT_EQ(computer.osName, "Microsoft Windows 2000 Professional");
+    EXPECT_EQ(computer.machineType, "Workstation");
+    EXPECT_EQ(computer.servicePack, "Service Pack 4");
+}
+
 // The version tree.
 
 TEST_F(ComputerInfo, XpHomeIsWorkstation)

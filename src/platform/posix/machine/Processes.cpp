@@ -4,15 +4,19 @@
 // path of the Windows 95 family finds nothing to call. There is no Windows
 // folder: those calls fail.
 //
-// A process handle is a descriptor of the process's /proc folder, plus one so
-// that no handle is 0: a process opens while that folder exists. Its modules
-// can be listed when its executable link can be read, which leaves out kernel
-// threads and, without privilege, other users' processes, as Windows leaves
-// out system processes. Its base name is the last part of that link.
+// A process handle is the process id plus one, so that no handle is 0: a
+// process opens while its /proc folder exists. A handle holds no descriptor,
+// so a handle left open costs nothing: the collector leaves the one on its own
+// process open, and an installer that records many events in one process
+// must not run out of descriptors for that. A process's modules can be listed
+// when its executable link can be read, which leaves out kernel threads and,
+// without privilege, other users' processes, as Windows leaves out system
+// processes. Its base name is the last part of that link.
 #include "platform/Processes.h"
+#include "platform/common/PrintableText.h"
 
 #include <dirent.h>
-#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -61,24 +65,50 @@ bool IsProcessIdName(const char* name, std::uint32_t& id)
     return true;
 }
 
-int DescriptorOf(std::uintptr_t handle)
+// What the kernel adds to the executable link of a program whose file was
+// deleted while it runs.
+const char kDeletedSuffix[] = " (deleted)";
+
+std::string ProcessFolder(std::uint32_t processId)
 {
-    if (handle == 0 || handle > static_cast<std::uintptr_t>(INT_MAX))
-        return -1;
-    return static_cast<int>(handle - 1);
+    return "/proc/" + std::to_string(processId);
 }
 
-// The executable link of an opened process, or false.
+// The /proc folder of the process behind a handle, or the empty text for no handle.
+std::string ProcessFolderOfHandle(std::uintptr_t handle)
+{
+    if (handle == 0 || handle > static_cast<std::uintptr_t>(UINT32_MAX) + 1)
+        return std::string();
+    return ProcessFolder(static_cast<std::uint32_t>(handle - 1));
+}
+
+// True when the executable behind the link has no name left on disk.
+bool ExecutableWasDeleted(const std::string& link)
+{
+    struct stat status {};
+    return stat(link.c_str(), &status) == 0 && status.st_nlink == 0;
+}
+
+bool EndsWith(const std::string& text, const std::string& end)
+{
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// The executable link of an opened process, or false. A deleted executable
+// is given by the name it had, without the kernel's " (deleted)".
 bool ReadExecutableLink(std::uintptr_t process, std::string& target)
 {
-    const int folder = DescriptorOf(process);
-    if (folder < 0)
+    const std::string folder = ProcessFolderOfHandle(process);
+    if (folder.empty())
         return false;
+    const std::string link = folder + "/exe";
     char buffer[PATH_MAX];
-    const ssize_t length = readlinkat(folder, "exe", buffer, sizeof buffer);
+    const ssize_t length = readlink(link.c_str(), buffer, sizeof buffer);
     if (length <= 0)
         return false;
     target.assign(buffer, static_cast<std::size_t>(length));
+    if (EndsWith(target, kDeletedSuffix) && ExecutableWasDeleted(link))
+        target.resize(target.size() - (sizeof kDeletedSuffix - 1));
     return true;
 }
 
@@ -128,20 +158,17 @@ void FreeLibraryHandle(std::uintptr_t)
 {
 }
 
-void CloseSystemHandle(std::uintptr_t handle)
+// A process handle holds nothing to release, and there are no snapshot handles.
+void CloseSystemHandle(std::uintptr_t)
 {
-    const int descriptor = DescriptorOf(handle);
-    if (descriptor >= 0)
-        close(descriptor);
 }
 
 std::uintptr_t OpenProcessHandle(std::uint32_t, bool, std::uint32_t processId)
 {
-    const std::string folder = "/proc/" + std::to_string(processId);
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
+    struct stat status {};
+    if (stat(ProcessFolder(processId).c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
         return 0;
-    return static_cast<std::uintptr_t>(descriptor) + 1;
+    return static_cast<std::uintptr_t>(processId) + 1;
 }
 
 bool CallEnumProcesses(std::uintptr_t, std::uint32_t (&ids)[kProcessIdBufferCount],
@@ -181,7 +208,10 @@ std::uint32_t CallGetModuleBaseName(std::uintptr_t, std::uintptr_t process, std:
     if (module != kExecutableModule || !ReadExecutableLink(process, target))
         return 0;
     const std::size_t slash = target.rfind('/');
-    const std::string base = slash == std::string::npos ? target : target.substr(slash + 1);
+    // A Linux file name may hold line ends and other control characters, which
+    // no Windows name can: the name keeps to its one line of the event log.
+    const std::string base =
+        PrintableText(slash == std::string::npos ? target : target.substr(slash + 1));
     if (base.empty())
         return 0;
     // Cut to the buffer, with its terminating zero.

@@ -44,4 +44,10 @@ bool GetVersionEx(std::uint32_t structureSize, SystemVersion& version)
     return done != FALSE;
 }
 
+// Windows names itself through its version.
+bool GetSystemRelease(std::string&, std::string&)
+{
+    return false;
+}
+
 }  // namespace platform
