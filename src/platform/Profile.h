@@ -30,4 +30,9 @@ std::uint32_t GetProfileInt(const char* section, const char* key, int defaultVal
 bool WriteProfileString(const char* section, const char* key, const char* value,
                         const std::string& path);
 
+// The whole content of a profile file as the calls above read it: never a
+// write half done, nor any record that the platform keeps inside the file
+// while it writes. False when the file can't be read.
+bool ReadProfileFile(const std::string& path, std::string& content);
+
 }  // namespace platform

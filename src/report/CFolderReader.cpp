@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/FileSystem.h"
+#include "platform/Profile.h"
 
 namespace {
 
@@ -44,5 +45,15 @@ bool CFolderReader::Stream(const std::string& lookupName, std::uint64_t limit,
         handler(block.data(), static_cast<std::size_t>(read));
         total += static_cast<std::uint64_t>(read);
     }
+    return true;
+}
+
+bool CFolderReader::ReadProfile(const std::string& lookupName, std::uint64_t limit,
+                                std::string& bytes) const
+{
+    if (!Contains(lookupName) || !platform::ReadProfileFile(PathOf(lookupName), bytes))
+        return false;
+    if (bytes.size() > limit)
+        bytes.resize(static_cast<std::size_t>(limit));
     return true;
 }

@@ -15,6 +15,10 @@ public:
     // Hands over the file's bytes, at most `limit` of them; false if the file
     // can't be opened or a read fails.
     bool Stream(const std::string& lookupName, std::uint64_t limit, const BlockHandler& handler) const;
+    // A profile file's content as the recorder's own profile calls read it
+    // (a write in flight is waited for, a writer's unfinished work never
+    // shows), at most `limit` bytes of it; false if it can't be read.
+    bool ReadProfile(const std::string& lookupName, std::uint64_t limit, std::string& bytes) const;
 
 private:
     std::string PathOf(const std::string& lookupName) const;

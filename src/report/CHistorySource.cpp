@@ -41,3 +41,10 @@ bool CHistorySource::ReadWhole(const std::string& relativeName, std::string& byt
     bytes.clear();
     return Stream(relativeName, [&bytes](const char* block, std::size_t size) { bytes.append(block, size); });
 }
+
+bool CHistorySource::ReadProfile(const std::string& relativeName, std::string& bytes) const
+{
+    if (isArchive_)
+        return ReadWhole(relativeName, bytes);
+    return folder_.ReadProfile(LookupName(relativeName), kFileLimit, bytes);
+}

@@ -30,6 +30,10 @@ public:
     bool Stream(const std::string& relativeName, const BlockHandler& handler) const;
     // The whole file, up to the limit; false as for Stream.
     bool ReadWhole(const std::string& relativeName, std::string& bytes) const;
+    // A profile file, History.ini, whole up to the limit: in a folder as the
+    // recorder's profile calls read it, so that a write in flight or a
+    // writer's unfinished work never shows; in an archive as it is stored.
+    bool ReadProfile(const std::string& relativeName, std::string& bytes) const;
 
 private:
     bool isArchive_ = false;

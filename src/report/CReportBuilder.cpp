@@ -34,7 +34,7 @@ CReportBuilder::CReportBuilder(const CHistorySource& source, std::string sourceN
 bool CReportBuilder::Build(HistoryReport& report, std::string& reason)
 {
     std::string historyIni;
-    if (!source_.Contains(kHistoryIniName) || !source_.ReadWhole(kHistoryIniName, historyIni)) {
+    if (!source_.Contains(kHistoryIniName) || !source_.ReadProfile(kHistoryIniName, historyIni)) {
         reason = sourceName_ + ": no History.ini that can be read in it";
         return false;
     }

@@ -5,7 +5,10 @@ write whose process is killed. After each fault, the file is either the old
 or the new content: as a reader that may not change it sees it, and, once a
 reader that may has finished the dead writer's work, byte for byte. No other
 file is ever left beside it, a symbolic link stays a link, a hard link stays
-a link, and a folder that its writer may not change is no hindrance.
+a link, and a folder that its writer may not change is no hindrance. Each
+step reaches the disk before the next begins (the order of the calls, as
+strace sees them), and a disk that fills refuses the write before the file
+has changed (on a small tmpfs, mounted here, as root).
 
 Usage: test_profile_faults.py --strace STRACE --setpriv SETPRIV --tool PROFILE_TOOL --work-dir DIR"""
 import argparse
@@ -21,7 +24,9 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "e2e"))
 from e2e_support import run_tests  # noqa: E402
 
 PAGE = 4096
-CHANGING_CALLS = ("pwrite64", "ftruncate", "linkat")
+# The calls that change a file, and those that reserve its space or bring it
+# to the disk, between which the order of its steps is kept.
+CHANGING_CALLS = ("pwrite64", "ftruncate", "linkat", "fallocate", "fdatasync", "fsync")
 KEYS = ["Count", "Event_ID", "Copy_Name", "Complete_Flag", "Result"]
 # strace injects only into the calls that it traces: every run traces these.
 TRACED = "trace=openat," + ",".join(CHANGING_CALLS)
@@ -178,7 +183,7 @@ class Faults:
         killed = 0
         if left in dumps:
             return 0
-        for call in ("pwrite64", "ftruncate"):
+        for call in ("pwrite64", "fdatasync", "ftruncate"):
             scenario.lay_down(left)
             result = self.run(self.command(scenario, "read", str(scenario.path), *KEYS),
                               ["-e", f"inject={call}:signal=KILL:when=1"])
@@ -226,8 +231,10 @@ def parse_trace(text, path):
         if cut:
             calls.append(("ftruncate", int(cut.group(1)) in file_fds, int(cut.group(2)), b""))
             continue
-        if line.startswith("linkat("):
-            calls.append(("linkat", False, 0, b""))
+        other = re.match(r'(linkat|fallocate|fdatasync|fsync)\((\d+|AT_FDCWD)', line)
+        if other:
+            calls.append((other.group(1), other.group(2).isdigit() and int(other.group(2)) in file_fds,
+                          0, b""))
     return calls
 
 
@@ -352,6 +359,55 @@ def nobody():
     return entry.pw_uid, entry.pw_gid
 
 
+def check_flush_order(faults):
+    """Each step of a write is on the disk before the next begins: the blocks
+    are reserved before the first byte is written, the journal is flushed
+    before the front is written over, and the front before the journal is
+    cut off. A new file is flushed before it gets its name, and its folder
+    after."""
+    steps = {"grows": ["fallocate", "journal", "journal", "fdatasync", "front", "fdatasync",
+                       "ftruncate"],
+             "made_anew": ["front", "fdatasync", "linkat", "fsync"]}
+    for scenario in scenarios(faults.work):
+        if scenario.name not in steps:
+            continue
+        _, calls = faults.traced_write(scenario)
+        seen = [("front" if argument == 0 else "journal") if name == "pwrite64" else name
+                for name, on_file, argument, _ in calls if on_file or scenario.old is None]
+        expect(seen == steps[scenario.name], f"{scenario.name}: the steps are {seen}")
+
+
+def check_disk_that_fills(faults):
+    """A disk with room for the journal but not for the new front, which grows
+    into pages that the old content never had: the write is refused before
+    anything has changed, and History.ini keeps its old content, byte for byte."""
+    disk = faults.work / "small-disk"
+    disk.mkdir()
+    mounted = subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k,mode=0755", "tmpfs", str(disk)],
+                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+    if mounted.returncode != 0:
+        print(f"  SKIPPED: no small tmpfs can be mounted here, so the full disk is not tried: "
+              f"{mounted.stdout.decode(errors='replace').strip()}")
+        return
+    try:
+        path = disk / "History.ini"
+        old = profile([("History", [("Count", "1")])])
+        path.write_bytes(old)
+        value = "v" * 20000
+        new_size = len(profile([("History", [("Count", "1"), ("Result", value)])]))
+        journal_at = (new_size + 63) // 64 * 64
+        journal_pages = (journal_at + 64 + new_size - 1) // PAGE - journal_at // PAGE + 1
+        (disk / "filler").write_bytes(bytes((os.statvfs(disk).f_bavail - journal_pages) * PAGE))
+        expect(os.statvfs(disk).f_bavail == journal_pages, "the disk doesn't hold just the journal")
+        result = faults.run([faults.tool, "write", str(path), "History", "Result", value])
+        expect(result.returncode == 1, f"the write was not refused: {result.returncode}")
+        expect(path.read_bytes() == old, f"History.ini holds {shown(path.read_bytes())}")
+        seen = faults.run([faults.tool, "read", str(path), "Count", "Result"]).stdout
+        expect(seen == b"[History]\nCount=1\nResult\n", f"a reader sees {seen!r}")
+    finally:
+        subprocess.run(["umount", str(disk)], check=True)
+
+
 def scenarios(work):
     store = store_of(150)  # over three pages
     return [
@@ -376,7 +432,9 @@ def main():
     faults.work.mkdir(parents=True)
     os.chmod(faults.work, 0o755)
     run_tests([(scenario.name, lambda scenario=scenario: faults.run_scenario(scenario))
-               for scenario in scenarios(faults.work)], lambda: None)
+               for scenario in scenarios(faults.work)] +
+              [("flush_order", lambda: check_flush_order(faults)),
+               ("disk_that_fills", lambda: check_disk_that_fills(faults))], lambda: None)
 
 
 if __name__ == "__main__":

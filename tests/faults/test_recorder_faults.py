@@ -15,7 +15,9 @@ import shutil
 import subprocess
 import sys
 
-CHANGING_CALLS = ("pwrite64", "ftruncate", "linkat")
+# The calls that change a file, and those that reserve its space or bring it
+# to the disk, between which the order of its steps is kept.
+CHANGING_CALLS = ("pwrite64", "ftruncate", "linkat", "fallocate", "fdatasync", "fsync")
 EARLIER_EVENTS = 20
 # Under ptrace the leak checker can't run; the runs here are about the store.
 ENVIRONMENT = dict(os.environ, ASAN_OPTIONS="detect_leaks=0")

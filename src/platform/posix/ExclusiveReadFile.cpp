@@ -1,9 +1,11 @@
 // The exclusive read-only open on POSIX systems. POSIX has no share modes, so
 // the open asks whether anyone holds the file open for writing: by a read lease,
 // which the kernel grants only while no one does, or, where leases are not to
-// be had, by a look through this process's own open descriptors.
+// be had, by a look through this process's own open descriptors. A profile
+// file is read as the profile calls read it.
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +16,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/posix/PosixFiles.h"
+#include "platform/posix/ProfileJournal.h"
 
 namespace platform {
 
@@ -104,6 +107,25 @@ bool HeldForWriting(int descriptor, const struct stat& file)
     return ThisProcessWrites(descriptor, file);
 }
 
+// A profile file that holds the journal of a writer that died is read as
+// the content that it stands for, which the profile calls read: from a file
+// in memory that holds that content alone. Any other file is read as it is.
+std::intptr_t WithoutJournal(int descriptor)
+{
+    posix::JournalView view;
+    if (!posix::ViewOfJournalFile(descriptor, view))
+        return descriptor;
+    close(descriptor);
+    const int content = memfd_create("profile content", MFD_CLOEXEC);
+    if (content < 0)
+        return kClosed;
+    if (!posix::WriteAt(content, view.content, 0)) {
+        close(content);
+        return kClosed;
+    }
+    return content;
+}
+
 }  // namespace
 
 ExclusiveReadFile::ExclusiveReadFile() : handle_(kClosed) {}
@@ -126,8 +148,8 @@ bool ExclusiveReadFile::Open(const std::string& path)
         close(descriptor);
         return false;
     }
-    handle_ = descriptor;
-    return true;
+    handle_ = WithoutJournal(descriptor);
+    return handle_ != kClosed;
 }
 
 bool ExclusiveReadFile::Read(void* buffer, std::uint32_t size, std::uint32_t& bytesRead)

@@ -207,4 +207,12 @@ bool WriteProfileString(const char* section, const char* key, const char* value,
     });
 }
 
+// As a read of a key, the file as spelt first, and only then its case looked up.
+bool ReadProfileFile(const std::string& path, std::string& content)
+{
+    ProfileFileCache& cache = ProfileFileCache::Instance();
+    return cache.ReadContent(posix::WithSystemSeparators(path), content) ||
+           cache.ReadContent(SystemPath(path), content);
+}
+
 }  // namespace platform

@@ -84,6 +84,17 @@ bool ReadLocked(const std::string& systemPath, std::string& bytes, FileIdentity&
     return true;
 }
 
+// Brings the folder's names to the disk, so that a new name outlives a loss
+// of power; a folder that can't be flushed is left as it is.
+void FlushFolder(const std::string& folder)
+{
+    const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return;
+    fsync(fd);
+    close(fd);
+}
+
 // A new file that appears whole or not at all: the bytes go into an unnamed
 // file in the folder, which then gets the name. False where the system
 // offers no unnamed files, or when the name was taken meanwhile; nothing is
@@ -95,12 +106,14 @@ bool CreateWhole(const std::string& systemPath, const std::string& bytes, FileId
         return false;
     const std::string unnamed = "/proc/self/fd/" + std::to_string(fd);
     struct stat status;
-    const bool made = WriteAt(fd, bytes, 0) && fstat(fd, &status) == 0 &&
+    const bool made = WriteAt(fd, bytes, 0) && Flush(fd) && fstat(fd, &status) == 0 &&
                       linkat(AT_FDCWD, unnamed.c_str(), AT_FDCWD, systemPath.c_str(),
                              AT_SYMLINK_FOLLOW) == 0;
     close(fd);
-    if (made)
+    if (made) {
         identity = FileIdentity::Of(status);
+        FlushFolder(FolderOf(systemPath));
+    }
     return made;
 }
 
@@ -180,6 +193,19 @@ bool ProfileFileCache::Change(const std::string& systemPath, const DocumentChang
 void ProfileFileCache::ForgetAll()
 {
     entries_.clear();
+}
+
+bool ProfileFileCache::ReadContent(const std::string& systemPath, std::string& content)
+{
+    std::string bytes;
+    FileIdentity identity;
+    if (!ReadLocked(systemPath, bytes, identity))
+        return false;
+    const JournalView view = ViewOf(bytes);
+    if (view.interrupted)
+        FinishWork(systemPath);
+    content = view.content;
+    return true;
 }
 
 // Made whole where the system allows it; elsewhere, or when another writer
@@ -294,6 +320,13 @@ void ProfileFileCache::Forget(const std::string& systemPath)
     entries_.remove_if([&](const Entry& entry) { return entry.systemPath == systemPath; });
 }
 
+// The work of a writer that died, finished where this process may write the
+// file; false where it may not, or a step failed.
+bool ProfileFileCache::FinishWork(const std::string& systemPath)
+{
+    return !IsReadOnlyFile(systemPath) && Change(systemPath, NothingToChange);
+}
+
 // A file that a writer left unfinished is finished here where this process
 // may write it; otherwise its journal is only read.
 ProfileOpenResult ProfileFileCache::Load(const std::string& systemPath,
@@ -306,7 +339,7 @@ ProfileOpenResult ProfileFileCache::Load(const std::string& systemPath,
         return ProfileOpenResult::Failed;
     }
     const JournalView view = ViewOf(bytes);
-    if (view.interrupted && !IsReadOnlyFile(systemPath) && Change(systemPath, NothingToChange)) {
+    if (view.interrupted && FinishWork(systemPath)) {
         document = &Cached(systemPath)->document;
         return ProfileOpenResult::Opened;
     }

@@ -70,6 +70,12 @@ public:
     // Drops every parsed copy, so that each file is read again.
     void ForgetAll();
 
+    // The bytes of the file at `systemPath` as it stands for now, read under
+    // the lock that writers take: a journal is never part of them. A writer's
+    // unfinished work is finished where this process may write the file, as
+    // Open does. False when the file can't be read.
+    bool ReadContent(const std::string& systemPath, std::string& content);
+
 private:
     struct Entry {
         std::string systemPath;
@@ -87,6 +93,7 @@ private:
     Entry& Remember(const std::string& systemPath, const FileIdentity& identity,
                     ProfileDocument document, bool whole);
     void Forget(const std::string& systemPath);
+    bool FinishWork(const std::string& systemPath);
     ProfileOpenResult Load(const std::string& systemPath, const ProfileDocument*& document);
 
     // Most recently used first; a process works on very few profile files.

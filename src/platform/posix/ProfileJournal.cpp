@@ -1,9 +1,12 @@
 #include "platform/posix/ProfileJournal.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 namespace platform {
 namespace posix {
@@ -20,6 +23,10 @@ constexpr char kMagic[8] = {'\0', 'Z', 'O', 'R', 'J', 'N', 'L', '\x1a'};
 // own offset, the new content's checksum and the checksum of all before it.
 constexpr std::size_t kWords = 5;
 constexpr std::size_t kHeaderSize = sizeof kMagic + kWords * 8;
+
+// A file is searched for a header in blocks of this many bytes, a whole
+// number of slots.
+constexpr std::uint64_t kSearchBlock = 1024 * kSlot;
 
 struct Header {
     std::uint64_t oldSize = 0;
@@ -45,11 +52,11 @@ void PutWord(std::string& out, std::uint64_t word)
         out += static_cast<char>((word >> shift) & 0xFF);
 }
 
-std::uint64_t WordAt(const std::string& bytes, std::size_t at)
+std::uint64_t WordAt(const char* data)
 {
     std::uint64_t word = 0;
     for (int i = 7; i >= 0; --i)
-        word = (word << 8) | static_cast<unsigned char>(bytes[at + static_cast<std::size_t>(i)]);
+        word = (word << 8) | static_cast<unsigned char>(data[i]);
     return word;
 }
 
@@ -64,19 +71,33 @@ std::string Encoded(const Header& header)
     return out;
 }
 
-// A header at `at` that is whole and says that it stands there.
-bool HeaderAt(const std::string& bytes, std::uint64_t at, Header& header)
+// A header whose bytes are `data`, whole and saying that it stands at `at`.
+bool HeaderIn(const char* data, std::uint64_t at, Header& header)
 {
-    if (bytes.compare(at, sizeof kMagic, kMagic, sizeof kMagic) != 0)
+    if (std::memcmp(data, kMagic, sizeof kMagic) != 0)
         return false;
-    const std::size_t sumAt = at + kHeaderSize - 8;
-    if (WordAt(bytes, sumAt) != Checksum(bytes.data() + at, kHeaderSize - 8))
+    if (WordAt(data + kHeaderSize - 8) != Checksum(data, kHeaderSize - 8))
         return false;
-    header.oldSize = WordAt(bytes, at + 8);
-    header.newSize = WordAt(bytes, at + 16);
-    header.offset = WordAt(bytes, at + 24);
-    header.contentSum = WordAt(bytes, at + 32);
+    header.oldSize = WordAt(data + 8);
+    header.newSize = WordAt(data + 16);
+    header.offset = WordAt(data + 24);
+    header.contentSum = WordAt(data + 32);
     return header.offset == at && header.oldSize <= at && header.newSize <= at;
+}
+
+// The last slot where a header may stand in a file of `size` bytes.
+std::uint64_t HighestSlot(std::uint64_t size)
+{
+    return (size - kHeaderSize) / kSlot * kSlot;
+}
+
+// The first: a writer puts its header at p, no lower than either content's
+// size, and the file then ends at p + 64 + the new size at most, so p lies
+// in the file's second half. No slot below is looked at, by any reader.
+std::uint64_t LowestSlot(std::uint64_t size)
+{
+    const std::uint64_t half = size > kSlot ? (size - kSlot) / 2 : 0;
+    return (half + kSlot - 1) / kSlot * kSlot;
 }
 
 // The header of a journal in the bytes, looked for at every slot from the end.
@@ -84,17 +105,76 @@ bool FindHeader(const std::string& bytes, Header& header)
 {
     if (bytes.size() < kHeaderSize)
         return false;
-    for (std::uint64_t at = (bytes.size() - kHeaderSize) / kSlot * kSlot;; at -= kSlot) {
-        if (HeaderAt(bytes, at, header))
+    const std::uint64_t lowest = LowestSlot(bytes.size());
+    for (std::uint64_t at = HighestSlot(bytes.size()); at >= lowest; at -= kSlot) {
+        if (HeaderIn(bytes.data() + at, at, header))
             return true;
         if (at == 0)
             return false;
     }
+    return false;
+}
+
+bool ReadAt(int descriptor, std::string& data, std::uint64_t offset, std::uint64_t size)
+{
+    data.resize(size);
+    std::size_t done = 0;
+    while (done < data.size()) {
+        const ssize_t count = pread(descriptor, &data[done], data.size() - done,
+                                    static_cast<off_t>(offset + done));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        done += static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
+// Whether the open file of `size` bytes holds a header, at the slots that
+// FindHeader looks at, read a block at a time from the end.
+bool HoldsHeader(int descriptor, std::uint64_t size)
+{
+    if (size < kHeaderSize)
+        return false;
+    const std::uint64_t lowest = LowestSlot(size);
+    std::string block;
+    Header header;
+    for (std::uint64_t end = HighestSlot(size) + kSlot; end > lowest;) {
+        const std::uint64_t begin = end - std::min(end - lowest, kSearchBlock);
+        if (!ReadAt(descriptor, block, begin, std::min(end, size) - begin))
+            return false;
+        for (std::uint64_t at = end - kSlot;; at -= kSlot) {
+            if (at + kHeaderSize <= size && HeaderIn(block.data() + (at - begin), at, header))
+                return true;
+            if (at == begin)
+                break;
+        }
+        end = begin;
+    }
+    return false;
 }
 
 bool CutTo(int descriptor, std::uint64_t size)
 {
     return ftruncate(descriptor, static_cast<off_t>(size)) == 0;
+}
+
+// Reserves the blocks of the file's first `end` bytes, the journal's and
+// the new front's among them, without changing its size: a disk that fills
+// then refuses the write before any byte of the file has changed. This is
+// the call behind posix_fallocate, with the flag that keeps the size; a
+// longer file would stand for its old content followed by zeros if its
+// writer died before the header was written. A file system that can't
+// reserve goes on without: a disk that fills while the new front is written
+// then leaves the file standing for the new content, by its journal.
+bool Reserve(int descriptor, std::uint64_t end)
+{
+    int result;
+    do {
+        result = fallocate(descriptor, FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(end));
+    } while (result != 0 && errno == EINTR);
+    return result == 0 || errno == EOPNOTSUPP || errno == ENOSYS;
 }
 
 }  // namespace
@@ -122,18 +202,41 @@ bool WriteThroughJournal(int descriptor, std::uint64_t oldSize, const std::strin
     header.newSize = content.size();
     header.offset = (std::max<std::uint64_t>(oldSize, content.size()) + kSlot - 1) / kSlot * kSlot;
     header.contentSum = Checksum(content.data(), content.size());
-    if (!WriteAt(descriptor, Encoded(header), header.offset) ||
-        !WriteAt(descriptor, content, header.offset + kSlot)) {
+    const std::uint64_t journalEnd = header.offset + kSlot + content.size();
+    if (!Reserve(descriptor, journalEnd) || !WriteAt(descriptor, Encoded(header), header.offset) ||
+        !WriteAt(descriptor, content, header.offset + kSlot) || !Flush(descriptor)) {
         CutTo(descriptor, oldSize);
         return false;
     }
-    return WriteAt(descriptor, content, 0) && CutTo(descriptor, content.size());
+    return WriteAt(descriptor, content, 0) && Flush(descriptor) && CutTo(descriptor, content.size());
 }
 
 bool Repair(int descriptor, const JournalView& view)
 {
-    return (!view.forward || WriteAt(descriptor, view.content, 0)) &&
+    return (!view.forward || (WriteAt(descriptor, view.content, 0) && Flush(descriptor))) &&
            CutTo(descriptor, view.content.size());
+}
+
+bool ViewOfJournalFile(int descriptor, JournalView& view)
+{
+    struct stat status;
+    if (fstat(descriptor, &status) != 0 || status.st_size < 0)
+        return false;
+    const std::uint64_t size = static_cast<std::uint64_t>(status.st_size);
+    std::string bytes;
+    if (!HoldsHeader(descriptor, size) || !ReadAt(descriptor, bytes, 0, size))
+        return false;
+    view = ViewOf(bytes);
+    return view.interrupted;
+}
+
+bool Flush(int descriptor)
+{
+    int result;
+    do {
+        result = fdatasync(descriptor);
+    } while (result != 0 && errno == EINTR);
+    return result == 0;
 }
 
 bool WriteAt(int descriptor, const std::string& data, std::uint64_t offset)

@@ -24,8 +24,15 @@
 // (forward), or by cutting it to the old size (back). Both can be done again
 // if that process dies too.
 //
-// This answers for the death of a process, which the system's page cache
-// outlives; it makes no claim for a machine that loses its power.
+// Before step 1 the blocks of both are reserved, so that a disk that fills
+// refuses the write before anything has changed. The journal reaches the
+// disk (fdatasync) before step 2 begins, and the new front before step 3,
+// so the order holds for a machine that loses its power too: the checksums
+// tell a journal whose bytes reached the disk only in part, which then
+// stands for the old content.
+//
+// A header lies in the file's second half, where a writer puts it: a reader
+// looks for one there alone.
 #pragma once
 
 #include <cstdint>
@@ -52,6 +59,13 @@ bool WriteThroughJournal(int descriptor, std::uint64_t oldSize, const std::strin
 // Finishes the work of a writer that died, as `view` found it. False when a
 // step fails; the file still stands for the view's content.
 bool Repair(int descriptor, const JournalView& view);
+
+// Whether the open file holds a journal; if so, `view` is what it stands for.
+// A file without one is searched but not read whole.
+bool ViewOfJournalFile(int descriptor, JournalView& view);
+
+// Brings what was written to the open file to the disk (fdatasync).
+bool Flush(int descriptor);
 
 // Writes all of `data` at `offset`, as many calls as it takes.
 bool WriteAt(int descriptor, const std::string& data, std::uint64_t offset);

@@ -34,4 +34,22 @@ bool WriteProfileString(const char* section, const char* key, const char* value,
     return WritePrivateProfileStringA(section, key, value, path.c_str()) != FALSE;
 }
 
+// The file is the content itself: it is read as the profile calls read it,
+// sharing it with their readers and writers.
+bool ReadProfileFile(const std::string& path, std::string& content)
+{
+    const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return false;
+    content.clear();
+    char block[65536];
+    DWORD got = 0;
+    BOOL read;
+    while ((read = ReadFile(file, block, sizeof block, &got, nullptr)) != FALSE && got > 0)
+        content.append(block, got);
+    CloseHandle(file);
+    return read != FALSE;
+}
+
 }  // namespace platform
