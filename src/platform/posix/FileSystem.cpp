@@ -295,12 +295,20 @@ bool CopyBytes(int source, int target)
     }
 }
 
-// The copy takes the source's mode and last-write time, as the Windows copy
-// keeps the source's attributes and times.
+// The most that a copy's mode keeps of its source's: read and write for the
+// owner, read for group and others. A Windows copy takes over attributes
+// (read-only, hidden, archive), never a right to run or to run as another
+// user; so a copy never has the setuid, setgid or sticky bit nor an execute
+// bit, and never gives group or others more than the source gave them.
+constexpr mode_t kCopyModeMask = 0644;
+
+// The copy takes the source's mode, within kCopyModeMask, and its last-write
+// time, as the Windows copy keeps the source's attributes and times.
 bool TakeOverModeAndTime(int target, const struct stat& sourceStatus)
 {
     const struct timespec times[2] = {sourceStatus.st_atim, sourceStatus.st_mtim};
-    return fchmod(target, sourceStatus.st_mode & 07777) == 0 && futimens(target, times) == 0;
+    return fchmod(target, sourceStatus.st_mode & kCopyModeMask) == 0 &&
+           futimens(target, times) == 0;
 }
 
 bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string& targetPath)
