@@ -127,4 +127,9 @@ std::FILE* OpenRuntimeFile(const std::string& path, const char* mode);
 // What a text-mode stream writes for "\n" on this platform.
 extern const char* const kTextLineEnd;
 
+// The characters that end a component where the last component of a file name
+// is looked for: the backslash on Windows; on POSIX "/" as well, since a Linux
+// installer names its files with it.
+extern const char* const kFileNameSeparators;
+
 }  // namespace platform

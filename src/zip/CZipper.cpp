@@ -50,28 +50,13 @@ bool NamesADrive(const char* name)
     return name != nullptr && std::strchr(name, ':') != nullptr;
 }
 
-// Whether any component of the name, between "\" or "/" separators, is "..".
-bool HasParentComponent(const char* name)
-{
-    const char* component = name;
-    for (const char* at = name;; ++at) {
-        if (*at == '\0' || IsSeparator(*at)) {
-            if (at - component == 2 && component[0] == '.' && component[1] == '.')
-                return true;
-            if (*at == '\0')
-                return false;
-            component = at + 1;
-        }
-    }
-}
-
 // An entry name that an unpacking program would put outside the folder that
 // it unpacks into: one that begins with a separator or a drive ("C:"), or
 // climbs out with a ".." component anywhere. No such entry is ever written,
 // whatever the paths and the folder's own names are.
 bool LeavesUnpackFolder(const char* name)
 {
-    return IsSeparator(name[0]) || BeginsWithDrive(name) || HasParentComponent(name);
+    return !StaysInsideFolder(name);
 }
 
 zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attributes)

@@ -25,6 +25,7 @@
 namespace platform {
 
 const char* const kTextLineEnd = "\n";
+const char* const kFileNameSeparators = "\\/";
 
 namespace posix {
 

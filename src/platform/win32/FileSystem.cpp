@@ -16,6 +16,7 @@
 namespace platform {
 
 const char* const kTextLineEnd = "\r\n";
+const char* const kFileNameSeparators = "\\";
 
 std::string SystemPath(const std::string& path)
 {
