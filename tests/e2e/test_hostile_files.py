@@ -103,5 +103,142 @@ def test_staged_copies_never_keep_setuid_setgid_sticky_or_execute_bits(env):
         shutil.rmtree(folder, ignore_errors=True)
 
 
+# -- item: links and special files ----------------------------------------------
+def root_only_secret():
+    """A folder of root's, mode 0700, with a file that nobody else may read."""
+    folder = tempfile.mkdtemp(prefix="zor-root-only-")
+    os.chmod(folder, 0o700)
+    secret = os.path.join(folder, "shadow")
+    with open(secret, "wb") as f:
+        f.write(b"ROOT-ONLY-SECRET\n")
+    os.chmod(secret, 0o600)
+    return folder, secret
+
+
+def expect_secret_nowhere(env, archive):
+    for path in env.store.rglob("*"):
+        if path.is_file() and not path.is_symlink():
+            assert b"ROOT-ONLY-SECRET" not in path.read_bytes(), f"{path} holds the secret"
+    with zipfile.ZipFile(archive) as z:
+        for name in z.namelist():
+            assert b"ROOT-ONLY-SECRET" not in z.read(name), f"archive entry {name} holds the secret"
+
+
+def writable_event_folder(env):
+    """The honest event, recorded and handed over, in a folder that anyone may
+    write, as a store made under umask 000 left it."""
+    honest = env.work / "honest.log"
+    honest.write_bytes(HONEST_LOG)
+    record_event(env, l=windows_form(env, honest))
+    folder = env.store / COPY / EVENT
+    os.chmod(folder, 0o777)
+    return folder
+
+
+def expect_honest_log_collected(env, archive):
+    with zipfile.ZipFile(archive) as z:
+        expect_equal(z.read(f"{COPY}\\{EVENT}\\honest.log"), HONEST_LOG, "archived honest log")
+    expect_honest_event_collected(env, archive)
+
+
+def test_a_link_named_as_an_installer_log_is_not_followed(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    folder = attacker_folder()
+    secret_folder, secret = root_only_secret()
+    try:
+        as_nobody("ln", "-s", secret, f"{folder}/install.log")
+        honest = env.work / "honest.log"
+        honest.write_bytes(HONEST_LOG)
+        record_event(env, l=windows_form(env, f"{folder}/install.log"), t=windows_form(env, honest))
+        archive = collect(env)
+        expect_secret_nowhere(env, archive)
+        assert not (env.store / COPY / EVENT / "install.log").exists(), "the link was staged"
+        expect_honest_log_collected(env, archive)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.rmtree(secret_folder, ignore_errors=True)
+
+
+def collect_within_a_bound(env, name="x.zip"):
+    """A collection that hangs fails the test when the bound passes, instead of
+    holding up the run for ever."""
+    try:
+        code, output = env.run("ZORGetInstallLog", "-f", name, timeout=120)
+    except subprocess.TimeoutExpired:
+        raise AssertionError("the collection hangs")
+    expect_equal((code, output), (0, f"The file '{name}' is created successfully" + env.eol),
+                 "collection run")
+    return env.work / name
+
+
+def test_fifos_in_the_store_and_named_as_logs_dont_hang_the_collection(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    folder = attacker_folder()
+    try:
+        as_nobody("mkfifo", f"{folder}/setup.log")
+        honest = env.work / "honest.log"
+        honest.write_bytes(HONEST_LOG)
+        record_event(env, l=windows_form(env, f"{folder}/setup.log"), t=windows_form(env, honest))
+        event_folder = env.store / COPY / EVENT
+        os.chmod(event_folder, 0o777)
+        as_nobody("mkfifo", f"{event_folder}/trap.log")
+        as_nobody("ln", "-s", "/dev/zero", f"{event_folder}/zero.log")
+        archive = collect_within_a_bound(env)
+        names = archive_names(archive)
+        for name in ("trap.log", "zero.log", "setup.log"):
+            assert f"{COPY}\\{EVENT}\\{name}" not in names, f"{name} is in the archive: {names}"
+        assert not (event_folder / "setup.log").exists(), "the FIFO was staged"
+        expect_honest_log_collected(env, archive)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+
+
+def test_links_in_the_store_are_not_followed_out_of_it(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    secret_folder, secret = root_only_secret()
+    try:
+        folder = writable_event_folder(env)
+        as_nobody("ln", "-s", secret_folder, f"{folder}/secrets")
+        as_nobody("ln", "-s", secret, f"{folder}/shadow.log")
+        archive = collect(env)
+        names = archive_names(archive)
+        leaked = [n for n in names if "secrets" in n or "shadow" in n]
+        expect_equal(leaked, [], "entries of the links")
+        expect_secret_nowhere(env, archive)
+        expect_honest_log_collected(env, archive)
+    finally:
+        shutil.rmtree(secret_folder, ignore_errors=True)
+
+
+def test_the_archive_replaces_a_link_planted_at_its_name(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    folder = attacker_folder()
+    secret_folder, secret = root_only_secret()
+    try:
+        honest = env.work / "honest.log"
+        honest.write_bytes(HONEST_LOG)
+        record_event(env, l=windows_form(env, honest))
+        as_nobody("ln", "-s", secret, f"{folder}/x.zip")
+        as_nobody("sh", "-c", f"printf 'mine' > {folder}/y.zip && chmod 666 {folder}/y.zip")
+        planted = os.stat(f"{folder}/y.zip")
+        for name in ("x.zip", "y.zip"):
+            archive = collect(env, f"{folder}/{name}")
+            status = os.lstat(archive)
+            assert stat.S_ISREG(status.st_mode), f"{name} is no regular file"
+            expect_equal((status.st_uid, stat.S_IMODE(status.st_mode)), (0, 0o600), f"owner and mode of {name}")
+            expect_honest_log_collected(env, archive)
+        with open(secret, "rb") as f:
+            expect_equal(f.read(), b"ROOT-ONLY-SECRET\n", "the file that the link named")
+        assert os.stat(f"{folder}/y.zip").st_ino != planted.st_ino, "the planted file was written in place"
+        expect_equal(sorted(os.listdir(folder)), ["x.zip", "y.zip"], "files beside the archives")
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.rmtree(secret_folder, ignore_errors=True)
+
+
 if __name__ == "__main__":
     main(globals())

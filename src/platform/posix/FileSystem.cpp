@@ -177,6 +177,19 @@ bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fu
 
 namespace posix {
 
+int OpenRegularFile(const std::string& systemPath)
+{
+    const int descriptor = open(systemPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor < 0)
+        return -1;
+    struct stat status;
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
 std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& status)
 {
     if (S_ISDIR(status.st_mode))
@@ -259,6 +272,45 @@ std::FILE* OpenRuntimeFile(const std::string& path, const char* mode)
     return std::fopen(systemPath.c_str(), mode);
 }
 
+// The target is looked at as the runtime's "wb" open would meet it: a folder
+// or a read-only file (through a link too) can't be written. The new file is
+// made by mkostemp: exclusively, with mode 0600, whatever the umask.
+std::FILE* CreateFileBeside(const std::string& path, std::string& temporaryPath)
+{
+    temporaryPath.clear();
+    const std::string systemPath = SystemPath(path);
+    struct stat status;
+    if (path.empty() || systemPath.back() == '/' ||
+        (stat(systemPath.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) ||
+        posix::IsReadOnlyFile(systemPath))
+        return nullptr;
+    const std::size_t slash = systemPath.rfind('/');
+    const std::size_t nameStart = slash == std::string::npos ? 0 : slash + 1;
+    std::string pattern = systemPath.substr(0, nameStart) + "." + systemPath.substr(nameStart) + ".XXXXXX";
+    const int descriptor = mkostemp(&pattern[0], O_CLOEXEC);
+    if (descriptor < 0)
+        return nullptr;
+    std::FILE* file = fdopen(descriptor, "wb");
+    if (file == nullptr) {
+        close(descriptor);
+        unlink(pattern.c_str());
+        return nullptr;
+    }
+    temporaryPath = pattern;
+    return file;
+}
+
+// rename replaces the entry of the target's name, a link or another user's
+// file alike, and never writes into what it was.
+bool PutFileInPlace(const std::string& temporaryPath, const std::string& path)
+{
+    const std::string temporary = WithSystemSeparators(temporaryPath);
+    if (rename(temporary.c_str(), SystemPath(path).c_str()) == 0)
+        return true;
+    unlink(temporary.c_str());
+    return false;
+}
+
 bool CreateFolder(const std::string& path)
 {
     return !path.empty() && mkdir(SystemPath(path).c_str(), 0777) == 0;
@@ -327,16 +379,19 @@ bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string
 
 }  // namespace
 
+// Only a regular file is copied: a symbolic link in the last component is
+// refused, not followed, and a FIFO or device is refused without waiting for
+// a writer, since the copy runs as whoever collects, over files that others
+// may name.
 bool CopyFileNoOverwrite(const std::string& source, const std::string& target)
 {
     if (source.empty() || target.empty())
         return false;
-    const int input = open(SystemPath(source).c_str(), O_RDONLY | O_CLOEXEC);
+    const int input = posix::OpenRegularFile(SystemPath(source));
     if (input < 0)
         return false;
     struct stat status;
-    bool copied = fstat(input, &status) == 0 && !S_ISDIR(status.st_mode) &&
-                  CopyOpenFile(input, status, SystemPath(target));
+    bool copied = fstat(input, &status) == 0 && CopyOpenFile(input, status, SystemPath(target));
     close(input);
     return copied;
 }
