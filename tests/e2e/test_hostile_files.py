@@ -240,5 +240,20 @@ def test_the_archive_replaces_a_link_planted_at_its_name(env):
         shutil.rmtree(secret_folder, ignore_errors=True)
 
 
+def test_folder_links_in_the_store_are_passed_over_on_every_build(env):
+    """A link to a folder outside the store, made in an event's folder. Under
+    Wine a Unix link to a folder is a reparse point, as a junction is on
+    Windows (Wine 8 makes no junctions: its mklink /J creates nothing)."""
+    outside = env.work / "outside"
+    outside.mkdir()
+    (outside / "private.txt").write_bytes(b"outside the store\n")
+    folder = writable_event_folder(env)
+    os.symlink(outside, folder / "junction")
+    archive = collect(env)
+    names = archive_names(archive)
+    expect_equal([n for n in names if "junction" in n], [], "entries below the link")
+    expect_honest_log_collected(env, archive)
+
+
 if __name__ == "__main__":
     main(globals())
