@@ -229,7 +229,8 @@ def test_the_archive_replaces_a_link_planted_at_its_name(env):
             archive = collect(env, f"{folder}/{name}")
             status = os.lstat(archive)
             assert stat.S_ISREG(status.st_mode), f"{name} is no regular file"
-            expect_equal((status.st_uid, stat.S_IMODE(status.st_mode)), (0, 0o600), f"owner and mode of {name}")
+            expect_equal((status.st_uid, stat.S_IMODE(status.st_mode)), (0, 0o600),
+                         f"owner and mode of {name}")
             expect_honest_log_collected(env, archive)
         with open(secret, "rb") as f:
             expect_equal(f.read(), b"ROOT-ONLY-SECRET\n", "the file that the link named")
