@@ -17,6 +17,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Process.h"
 #include "recorder/CInstallEvent.h"
+#include "zip/PathParts.h"
 
 namespace {
 
@@ -112,13 +113,23 @@ void WriteEventRows(std::ostream& out, CInstallEvent& event)
     out << kLongRule << std::endl;
 }
 
+// Opens a copy report as OpenReport does. A group whose name would lead out of
+// the history folder gets a failed stream, as if its folder didn't exist.
+void OpenCopyReport(std::ofstream& report, const std::string& groupName)
+{
+    if (StaysInsideFolder(groupName))
+        OpenReport(report, SummaryPathIn(GetHistoryFolder() + "\\" + groupName));
+    else
+        report.setstate(std::ios_base::failbit);
+}
+
 // Writes one group into the overall report and into its own copy report. The
 // copy's folder isn't made here: where it doesn't exist, the copy report goes
 // nowhere.
 void WriteGroup(std::ostream& overall, const CopyGroup& group)
 {
     std::ofstream copy;
-    OpenReport(copy, SummaryPathIn(GetHistoryFolder() + "\\" + group.name));
+    OpenCopyReport(copy, group.name);
     WriteGroupHead(overall, group, kOverallCountLabel);
     WriteGroupHead(copy, group, kCopyCountLabel);
     for (const CInstallEvent& storedEvent : group.events) {

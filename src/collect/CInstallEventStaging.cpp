@@ -7,25 +7,35 @@
 #include "history/HistoryPaths.h"
 #include "platform/FileSystem.h"
 #include "recorder/CInstallEvent.h"
+#include "zip/PathParts.h"
 
 namespace {
 
-// The event's folder, ending in a backslash: below its copy's folder once the
-// event has been handed over, directly in the history folder before.
-std::string EventFolderOf(const std::string& copyName, const std::string& eventId)
+// Where a file of the event is staged, relative to the history folder: in the
+// event's folder, below its copy's folder once the event has been handed over,
+// directly in the history folder before.
+std::string StagedName(const std::string& copyName, const std::string& eventId,
+                       const std::string& source)
 {
-    std::string folder = GetHistoryFolder() + "\\";
+    std::string name;
     if (!copyName.empty())
-        folder += copyName + "\\";
-    return folder + eventId + "\\";
+        name += copyName + "\\";
+    return name + eventId + "\\" + FileNameOf(source);
 }
 
-// True if the key is to name the target: the source is there and the target
-// isn't. The copy's own result doesn't count; a failed copy still moves the key.
-bool StageFile(const std::string& source, const std::string& target)
+std::string StagedPath(const std::string& stagedName)
 {
-    if (!FileExists(source.c_str()))
+    return GetHistoryFolder() + "\\" + stagedName;
+}
+
+// True if the key is to name the staged copy: the source is there and the
+// target isn't. The copy's own result doesn't count; a failed copy still moves
+// the key. A target that would lie outside the history folder is passed over.
+bool StageFile(const std::string& source, const std::string& stagedName)
+{
+    if (!FileExists(source.c_str()) || !StaysInsideFolder(stagedName))
         return false;
+    const std::string target = StagedPath(stagedName);
     if (FileExists(target.c_str()))
         return false;
     platform::CopyFileNoOverwrite(source, target);
@@ -36,7 +46,7 @@ bool StageFile(const std::string& source, const std::string& target)
 
 std::string FileNameOf(std::string path)
 {
-    const std::string::size_type separator = path.rfind('\\');
+    const std::string::size_type separator = path.find_last_of(platform::kFileNameSeparators);
     if (separator == std::string::npos)
         return path;
     return path.substr(separator + 1);
@@ -49,15 +59,14 @@ void CInstallEvent::StageFiles()
     const std::string responseFile = GetResponseFile();
     const std::string copyName = GetCopyName();
 
-    const std::string folder = EventFolderOf(copyName, EventID);
-    const std::string logTarget = folder + FileNameOf(logFile);
-    const std::string traceTarget = folder + FileNameOf(traceFile);
-    const std::string responseTarget = folder + FileNameOf(responseFile);
+    const std::string logName = StagedName(copyName, EventID, logFile);
+    const std::string traceName = StagedName(copyName, EventID, traceFile);
+    const std::string responseName = StagedName(copyName, EventID, responseFile);
 
-    if (StageFile(logFile, logTarget))
-        SetLogFileName(logTarget);
-    if (StageFile(traceFile, traceTarget))
-        SetTraceFile(traceTarget);
-    if (StageFile(responseFile, responseTarget))
-        SetResponseFile(responseTarget);
+    if (StageFile(logFile, logName))
+        SetLogFileName(StagedPath(logName));
+    if (StageFile(traceFile, traceName))
+        SetTraceFile(StagedPath(traceName));
+    if (StageFile(responseFile, responseName))
+        SetResponseFile(StagedPath(responseName));
 }

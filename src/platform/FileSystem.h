@@ -19,7 +19,9 @@ constexpr std::uint32_t kInvalidFileAttributes = 0xFFFFFFFFu;
 constexpr std::uint32_t kAttributeReadOnly = 0x1;
 constexpr std::uint32_t kAttributeDirectory = 0x10;
 constexpr std::uint32_t kAttributeArchive = 0x20;
+constexpr std::uint32_t kAttributeDevice = 0x40;
 constexpr std::uint32_t kAttributeNormal = 0x80;
+constexpr std::uint32_t kAttributeReparsePoint = 0x400;
 
 // The platform's path limit, terminator included.
 constexpr std::size_t kMaxPath = 260;
@@ -51,7 +53,9 @@ struct PathStatus {
 };
 PathStatus StatPath(const std::string& path);
 
-// One entry of a folder search.
+// One entry of a folder search. A link (a junction or symbolic link) has the
+// reparse-point bit; on POSIX a symbolic link has it too, and a FIFO, socket
+// or device has the device bit.
 struct FolderEntry {
     std::string name;
     std::uint32_t attributes = 0;
@@ -80,7 +84,9 @@ private:
 
 // CreateFileA(GENERIC_READ, share mode 0, OPEN_EXISTING), ReadFile, CloseHandle.
 // The open is exclusive: it fails while the file is held open for writing,
-// by this process or (where the system can tell) another.
+// by this process or (where the system can tell) another. On POSIX it opens a
+// regular file only, never through a symbolic link in the last component, and
+// never waits on a FIFO or device.
 class ExclusiveReadFile {
 public:
     ExclusiveReadFile();
@@ -100,7 +106,9 @@ private:
 // CreateDirectoryA with default security: one level, fails if it exists.
 bool CreateFolder(const std::string& path);
 
-// CopyFileA(source, target, TRUE): never overwrites an existing target.
+// CopyFileA(source, target, TRUE): never overwrites an existing target. On
+// POSIX the source is a regular file, opened as ExclusiveReadFile opens one,
+// and the copy's mode is the source's within 0644.
 bool CopyFileNoOverwrite(const std::string& source, const std::string& target);
 
 // MoveFileA: moves a file or a whole folder; fails if the target exists, and
@@ -124,7 +132,23 @@ std::string SystemPath(const std::string& path);
 bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode);
 std::FILE* OpenRuntimeFile(const std::string& path, const char* mode);
 
+// A new, empty file for writing beside `path`, under a temporary name that
+// begins with a dot, made exclusively (never through an existing entry) and,
+// on POSIX, with mode 0600; `temporaryPath` gets its name. Null where `path`
+// couldn't be written as OpenRuntimeFile's "wb" would refuse it: its folder is
+// missing or may not be written, it is a folder, or its attribute is read-only.
+std::FILE* CreateFileBeside(const std::string& path, std::string& temporaryPath);
+
+// Puts the file `temporaryPath` in the place of `path`, replacing the entry of
+// that name (never writing through it). On failure the temporary file is removed.
+bool PutFileInPlace(const std::string& temporaryPath, const std::string& path);
+
 // What a text-mode stream writes for "\n" on this platform.
 extern const char* const kTextLineEnd;
+
+// The characters that end a component where the last component of a file name
+// is looked for: the backslash on Windows; on POSIX "/" as well, since a Linux
+// installer names its files with it.
+extern const char* const kFileNameSeparators;
 
 }  // namespace platform

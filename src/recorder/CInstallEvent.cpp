@@ -10,6 +10,7 @@
 #include "recorder/CLogger.h"
 #include "recorder/EventTexts.h"
 #include "recorder/RecorderOptions.h"
+#include "zip/PathParts.h"
 
 using texts::kEndMode;
 using texts::kLogMessageMode;
@@ -31,9 +32,14 @@ CInstallEvent::CInstallEvent(int& argc, char** argv)
 }
 
 // A folder that can't be made is told, on the line of whatever follows, and the
-// event goes on without it.
+// event goes on without it. An EventID that would lead out of the history
+// folder is refused in the same way, before the disk is asked.
 void CInstallEvent::MakeEventFolder()
 {
+    if (!StaysInsideFolder(EventID)) {
+        PrintFailedToCreatePath(EventFolder);
+        return;
+    }
     if (DirectoryExists(EventFolder.c_str()))
         return;
     if (!platform::CreateFolder(EventFolder))

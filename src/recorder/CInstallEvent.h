@@ -109,5 +109,6 @@ private:
     void WriteODBCDrivers();
 };
 
-// The text behind the last backslash of a path; the whole path if it has none.
+// The text behind the last separator of a path (platform::kFileNameSeparators);
+// the whole path if it has none.
 std::string FileNameOf(std::string path);

@@ -2,19 +2,24 @@
 // report of their own: the two banners and a message.
 #include <ios>
 #include <ostream>
+#include <string>
 
 #include "history/HistoryPaths.h"
 #include "recorder/CInstallEvent.h"
 #include "recorder/CLogger.h"
 #include "recorder/EventTexts.h"
+#include "zip/PathParts.h"
 
 // A -start begins the log afresh; every other call adds to its end, creating
-// the file if the folder is there.
+// the file if the folder is there. The log of an EventID that would lead out
+// of the history folder is opened nowhere, as if its folder couldn't be made:
+// every line of the call goes nowhere.
 bool CInstallEvent::OpenLog()
 {
     const std::ios_base::openmode mode =
         Mode == texts::kStartMode ? std::ios_base::out : std::ios_base::app;
-    CLogger::Instance().Open(EventLogPath, static_cast<int>(mode));
+    const std::string path = StaysInsideFolder(EventID) ? EventLogPath : std::string();
+    CLogger::Instance().Open(path, static_cast<int>(mode));
     return true;
 }
 

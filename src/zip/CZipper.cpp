@@ -1,6 +1,7 @@
 #include "zip/CZipper.h"
 
 #include <cctype>
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -50,28 +51,22 @@ bool NamesADrive(const char* name)
     return name != nullptr && std::strchr(name, ':') != nullptr;
 }
 
-// Whether any component of the name, between "\" or "/" separators, is "..".
-bool HasParentComponent(const char* name)
-{
-    const char* component = name;
-    for (const char* at = name;; ++at) {
-        if (*at == '\0' || IsSeparator(*at)) {
-            if (at - component == 2 && component[0] == '.' && component[1] == '.')
-                return true;
-            if (*at == '\0')
-                return false;
-            component = at + 1;
-        }
-    }
-}
-
 // An entry name that an unpacking program would put outside the folder that
 // it unpacks into: one that begins with a separator or a drive ("C:"), or
 // climbs out with a ".." component anywhere. No such entry is ever written,
 // whatever the paths and the folder's own names are.
 bool LeavesUnpackFolder(const char* name)
 {
-    return IsSeparator(name[0]) || BeginsWithDrive(name) || HasParentComponent(name);
+    return !StaysInsideFolder(name);
+}
+
+// Whether the walk passes over an entry: a name with a leading dot ("." and
+// ".." with them), and a link or special file, which may lead out of the root
+// or never end (a FIFO); files and folders alone are packed.
+bool PassedOver(const platform::FolderEntry& entry)
+{
+    const std::uint32_t linkOrSpecial = platform::kAttributeReparsePoint | platform::kAttributeDevice;
+    return entry.name.empty() || entry.name[0] == '.' || (entry.attributes & linkOrSpecial) != 0;
 }
 
 zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attributes)
@@ -91,11 +86,38 @@ zip_fileinfo MakeFileInfo(const platform::CalendarTime& time, std::uint32_t attr
     return info;
 }
 
-// minizip's own open of the archive, with its modes, through the platform's
-// open, which refuses to write a file whose attribute is read-only as the
-// system does for every user.
-voidpf ZCALLBACK OpenArchiveFile(voidpf, const void* path, int mode)
+// An archive that is made anew is written under a temporary name beside its
+// target and put in the target's place at its close, so that an existing
+// file of that name, or a link planted there, is replaced and never written
+// into. minizip carries this record as the opaque value of its file calls,
+// from the open that makes the file to the close that puts it in place and
+// ends the record.
+struct NewArchive {
+    std::string target;
+    std::string temporary;
+};
+
+// Makes the new archive's file beside its target; when that fails, the
+// archive's record ends here, since no close will follow.
+std::FILE* CreateNewArchive(NewArchive* archive, const char* path)
 {
+    std::FILE* file = nullptr;
+    if (path != nullptr) {
+        archive->target = path;
+        file = platform::CreateFileBeside(archive->target, archive->temporary);
+    }
+    if (file == nullptr)
+        delete archive;
+    return file;
+}
+
+// minizip's own open of the archive, with its modes, through the platform's
+// opens, which refuse to write a file whose attribute is read-only as the
+// system does for every user. Only an archive made anew has a record.
+voidpf ZCALLBACK OpenArchiveFile(voidpf opaque, const void* path, int mode)
+{
+    if (opaque != nullptr)
+        return CreateNewArchive(static_cast<NewArchive*>(opaque), static_cast<const char*>(path));
     const char* fileMode = nullptr;
     if ((mode & ZLIB_FILEFUNC_MODE_READWRITEFILTER) == ZLIB_FILEFUNC_MODE_READ)
         fileMode = "rb";
@@ -108,11 +130,27 @@ voidpf ZCALLBACK OpenArchiveFile(voidpf, const void* path, int mode)
     return platform::OpenRuntimeFile(static_cast<const char*>(path), fileMode);
 }
 
+// Closes the archive's file; a new archive is then put in its target's place,
+// whatever the close said, as a file written in place would stand as it is.
+int ZCALLBACK CloseArchiveFile(voidpf opaque, voidpf stream)
+{
+    int result = std::fclose(static_cast<std::FILE*>(stream));
+    NewArchive* archive = static_cast<NewArchive*>(opaque);
+    if (archive != nullptr) {
+        if (!platform::PutFileInPlace(archive->temporary, archive->target))
+            result = EOF;
+        delete archive;
+    }
+    return result;
+}
+
 zipFile OpenArchive(const std::string& path, int appendStatus)
 {
     zlib_filefunc64_def calls;
     fill_fopen64_filefunc(&calls);
     calls.zopen64_file = OpenArchiveFile;
+    calls.zclose_file = CloseArchiveFile;
+    calls.opaque = appendStatus == APPEND_STATUS_CREATE ? new NewArchive() : nullptr;
     return zipOpen2_64(path.c_str(), appendStatus, nullptr, &calls);
 }
 
@@ -306,9 +344,8 @@ void CZipper::WriteFolderEntry(const char* fullPath, const char* name)
     zipCloseFileInZip(zipHandle);
 }
 
-// Walks the folder in the order in which the file system lists it. Names with
-// a leading dot are passed over, "." and ".." with them; nothing that fails
-// below reaches the caller.
+// Walks the folder in the order in which the file system lists it, passing
+// over what PassedOver says; nothing that fails below reaches the caller.
 void CZipper::AddFolderContents(const char* fullPath, bool ignorePath)
 {
     const PathParts parts = SplitPath(fullPath);
@@ -321,7 +358,7 @@ void CZipper::AddFolderContents(const char* fullPath, bool ignorePath)
     if (!search.First(pattern, entry))
         return;
     do {
-        if (entry.name.empty() || entry.name[0] == '.')
+        if (PassedOver(entry))
             continue;
         char childPath[kPathBufferSize];
         if (!StorePath(childPath, kPathBufferSize, MakePath(parts.drive, folder, entry.name, "")))

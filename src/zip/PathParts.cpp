@@ -21,6 +21,31 @@ bool IsSeparator(char c)
     return c == '\\' || c == '/';
 }
 
+namespace {
+
+bool HasParentComponent(const std::string& name)
+{
+    std::size_t start = 0;
+    for (;;) {
+        std::size_t end = start;
+        while (end < name.size() && !IsSeparator(name[end]))
+            ++end;
+        if (name.compare(start, end - start, "..") == 0)
+            return true;
+        if (end == name.size())
+            return false;
+        start = end + 1;
+    }
+}
+
+}  // namespace
+
+bool StaysInsideFolder(const std::string& name)
+{
+    return (name.empty() || !IsSeparator(name[0])) && !BeginsWithDrive(name.c_str()) &&
+           !HasParentComponent(name);
+}
+
 PathParts SplitPath(const char* path)
 {
     PathParts parts;

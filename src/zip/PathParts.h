@@ -19,6 +19,12 @@ bool IsSeparator(char c);
 // A letter and a colon at the front: "X:", as _splitpath takes a drive.
 bool BeginsWithDrive(const char* path);
 
+// Whether a relative name, put behind a folder and a separator, names a place
+// inside that folder: it is false for a name that begins with a separator or
+// a drive ("C:"), or that has a ".." component anywhere ("\\" and "/" both
+// separate, as the Windows calls take them). Plain text: the disk isn't asked.
+bool StaysInsideFolder(const std::string& name);
+
 // _splitpath of `path`; a null path splits into four empty parts.
 PathParts SplitPath(const char* path);
 

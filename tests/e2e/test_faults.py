@@ -189,11 +189,12 @@ def test_event_ids_at_and_past_the_path_limits(env):
 
 
 def test_event_ids_with_separators_and_control_characters(env):
-    # An EventID is a path below the history folder, as it stands: ".." puts
-    # the event's log beside the history folder, as the Windows calls do.
+    # An EventID is a path below the history folder, as it stands; one that
+    # would lead out of it (a ".." component) is refused.
     try:
         check_event_ids(env, ["a\\b", "c/d", "..", "..\\..\\up", "e:f", "tab\tid", "bell\x07id", "line\nend"])
-        assert (env.store.parent / "ZORInstallEvent.Log").is_file(), "no log for the EventID .."
+        assert not (env.store.parent / "ZORInstallEvent.Log").exists(), "a log for the EventID .."
+        assert not (env.appdata / "up").exists(), "a folder for the EventID ..\\..\\up"
     finally:
         shutil.rmtree(env.appdata / "up", ignore_errors=True)
 

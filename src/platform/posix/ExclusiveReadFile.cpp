@@ -140,11 +140,11 @@ bool ExclusiveReadFile::Open(const std::string& path)
     Close();
     if (path.empty())
         return false;
-    const int descriptor = open(SystemPath(path).c_str(), O_RDONLY | O_CLOEXEC);
+    const int descriptor = posix::OpenRegularFile(SystemPath(path));
     if (descriptor < 0)
         return false;
     struct stat file;
-    if (fstat(descriptor, &file) != 0 || S_ISDIR(file.st_mode) || HeldForWriting(descriptor, file)) {
+    if (fstat(descriptor, &file) != 0 || HeldForWriting(descriptor, file)) {
         close(descriptor);
         return false;
     }

@@ -25,6 +25,7 @@
 namespace platform {
 
 const char* const kTextLineEnd = "\n";
+const char* const kFileNameSeparators = "\\/";
 
 namespace posix {
 
@@ -176,6 +177,19 @@ bool GetFullPathName(const std::string& name, std::size_t limit, std::string& fu
 
 namespace posix {
 
+int OpenRegularFile(const std::string& systemPath)
+{
+    const int descriptor = open(systemPath.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor < 0)
+        return -1;
+    struct stat status;
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
 std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& status)
 {
     if (S_ISDIR(status.st_mode))
@@ -258,6 +272,45 @@ std::FILE* OpenRuntimeFile(const std::string& path, const char* mode)
     return std::fopen(systemPath.c_str(), mode);
 }
 
+// The target is looked at as the runtime's "wb" open would meet it: a folder
+// or a read-only file (through a link too) can't be written. The new file is
+// made by mkostemp: exclusively, with mode 0600, whatever the umask.
+std::FILE* CreateFileBeside(const std::string& path, std::string& temporaryPath)
+{
+    temporaryPath.clear();
+    const std::string systemPath = SystemPath(path);
+    struct stat status;
+    if (path.empty() || systemPath.back() == '/' ||
+        (stat(systemPath.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) ||
+        posix::IsReadOnlyFile(systemPath))
+        return nullptr;
+    const std::size_t slash = systemPath.rfind('/');
+    const std::size_t nameStart = slash == std::string::npos ? 0 : slash + 1;
+    std::string pattern = systemPath.substr(0, nameStart) + "." + systemPath.substr(nameStart) + ".XXXXXX";
+    const int descriptor = mkostemp(&pattern[0], O_CLOEXEC);
+    if (descriptor < 0)
+        return nullptr;
+    std::FILE* file = fdopen(descriptor, "wb");
+    if (file == nullptr) {
+        close(descriptor);
+        unlink(pattern.c_str());
+        return nullptr;
+    }
+    temporaryPath = pattern;
+    return file;
+}
+
+// rename replaces the entry of the target's name, a link or another user's
+// file alike, and never writes into what it was.
+bool PutFileInPlace(const std::string& temporaryPath, const std::string& path)
+{
+    const std::string temporary = WithSystemSeparators(temporaryPath);
+    if (rename(temporary.c_str(), SystemPath(path).c_str()) == 0)
+        return true;
+    unlink(temporary.c_str());
+    return false;
+}
+
 bool CreateFolder(const std::string& path)
 {
     return !path.empty() && mkdir(SystemPath(path).c_str(), 0777) == 0;
@@ -295,12 +348,20 @@ bool CopyBytes(int source, int target)
     }
 }
 
-// The copy takes the source's mode and last-write time, as the Windows copy
-// keeps the source's attributes and times.
+// The most that a copy's mode keeps of its source's: read and write for the
+// owner, read for group and others. A Windows copy takes over attributes
+// (read-only, hidden, archive), never a right to run or to run as another
+// user; so a copy never has the setuid, setgid or sticky bit nor an execute
+// bit, and never gives group or others more than the source gave them.
+constexpr mode_t kCopyModeMask = 0644;
+
+// The copy takes the source's mode, within kCopyModeMask, and its last-write
+// time, as the Windows copy keeps the source's attributes and times.
 bool TakeOverModeAndTime(int target, const struct stat& sourceStatus)
 {
     const struct timespec times[2] = {sourceStatus.st_atim, sourceStatus.st_mtim};
-    return fchmod(target, sourceStatus.st_mode & 07777) == 0 && futimens(target, times) == 0;
+    return fchmod(target, sourceStatus.st_mode & kCopyModeMask) == 0 &&
+           futimens(target, times) == 0;
 }
 
 bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string& targetPath)
@@ -318,16 +379,19 @@ bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string
 
 }  // namespace
 
+// Only a regular file is copied: a symbolic link in the last component is
+// refused, not followed, and a FIFO or device is refused without waiting for
+// a writer, since the copy runs as whoever collects, over files that others
+// may name.
 bool CopyFileNoOverwrite(const std::string& source, const std::string& target)
 {
     if (source.empty() || target.empty())
         return false;
-    const int input = open(SystemPath(source).c_str(), O_RDONLY | O_CLOEXEC);
+    const int input = posix::OpenRegularFile(SystemPath(source));
     if (input < 0)
         return false;
     struct stat status;
-    bool copied = fstat(input, &status) == 0 && !S_ISDIR(status.st_mode) &&
-                  CopyOpenFile(input, status, SystemPath(target));
+    bool copied = fstat(input, &status) == 0 && CopyOpenFile(input, status, SystemPath(target));
     close(input);
     return copied;
 }

@@ -38,9 +38,16 @@ bool WildcardMatches(const char* pattern, const char* name)
            WildcardMatches(pattern + 1, name + 1);
 }
 
-bool StatEntry(const std::string& systemPath, struct stat& status)
+// The bits that tell a link or a special file from a file or folder: a
+// symbolic link is a reparse point, as a Windows link is; a FIFO, socket or
+// device has the device bit.
+std::uint32_t KindAttributes(const struct stat& entry)
 {
-    return stat(systemPath.c_str(), &status) == 0 || lstat(systemPath.c_str(), &status) == 0;
+    if (S_ISLNK(entry.st_mode))
+        return kAttributeReparsePoint;
+    if (!S_ISREG(entry.st_mode) && !S_ISDIR(entry.st_mode))
+        return kAttributeDevice;
+    return 0;
 }
 
 }  // namespace
@@ -53,11 +60,14 @@ struct FolderSearch::State {
     bool Fill(const std::string& name, FolderEntry& entry) const
     {
         const std::string systemPath = folderPath + name;
-        struct stat status;
-        if (!StatEntry(systemPath, status))
+        struct stat link;
+        if (lstat(systemPath.c_str(), &link) != 0)
             return false;
+        struct stat status;
+        if (stat(systemPath.c_str(), &status) != 0)
+            status = link;
         entry.name = name;
-        entry.attributes = posix::AttributesOf(systemPath, status);
+        entry.attributes = posix::AttributesOf(systemPath, status) | KindAttributes(link);
         entry.lastWriteLocal = posix::LocalLastWriteTime(status);
         return true;
     }

@@ -19,6 +19,11 @@ namespace posix {
 // the caller spells it, before SystemPath looks up the case of its names.
 std::string WithSystemSeparators(const std::string& path);
 
+// Opens a regular file for reading: a symbolic link in the last component is
+// not followed, and a FIFO or device is not waited on; anything but a regular
+// file is refused. The descriptor, or -1.
+int OpenRegularFile(const std::string& systemPath);
+
 // The attribute word of an existing entry: the folder bit for a folder,
 // otherwise the archive bit, plus the read-only bit when this process
 // may not write it. Never 0.

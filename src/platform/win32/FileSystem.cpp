@@ -7,6 +7,8 @@
 #undef GetFullPathName
 #undef GetFileAttributes
 
+#include <fcntl.h>
+#include <io.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -16,6 +18,7 @@
 namespace platform {
 
 const char* const kTextLineEnd = "\r\n";
+const char* const kFileNameSeparators = "\\";
 
 std::string SystemPath(const std::string& path)
 {
@@ -67,6 +70,68 @@ bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base
 std::FILE* OpenRuntimeFile(const std::string& path, const char* mode)
 {
     return std::fopen(path.c_str(), mode);
+}
+
+namespace {
+
+// How many names the temporary file of CreateFileBeside tries before it gives up.
+constexpr unsigned kTemporaryNameAttempts = 100;
+
+// An exclusive new file as a runtime stream; null if it exists or can't be made.
+std::FILE* CreateNewRuntimeFile(const std::string& path)
+{
+    const HANDLE handle =
+        CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return nullptr;
+    const int descriptor = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_BINARY);
+    if (descriptor < 0) {
+        CloseHandle(handle);
+        DeleteFileA(path.c_str());
+        return nullptr;
+    }
+    std::FILE* file = _fdopen(descriptor, "wb");
+    if (file == nullptr) {
+        _close(descriptor);
+        DeleteFileA(path.c_str());
+    }
+    return file;
+}
+
+}  // namespace
+
+// The target is looked at as the runtime's "wb" open would meet it: a folder
+// or a read-only file can't be written. The new file is named after the
+// target, this process and an attempt number, and made with CREATE_NEW.
+std::FILE* CreateFileBeside(const std::string& path, std::string& temporaryPath)
+{
+    temporaryPath.clear();
+    const DWORD attributes = GetFileAttributesA(path.c_str());
+    const DWORD unwritable = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
+    if (path.empty() || (attributes != INVALID_FILE_ATTRIBUTES && (attributes & unwritable) != 0))
+        return nullptr;
+    const std::size_t separator = path.find_last_of("\\/");
+    const std::size_t nameStart = separator == std::string::npos ? 0 : separator + 1;
+    const std::string stem = path.substr(0, nameStart) + "." + path.substr(nameStart) + "." +
+                             std::to_string(GetCurrentProcessId()) + "-";
+    for (unsigned attempt = 0; attempt < kTemporaryNameAttempts; ++attempt) {
+        const std::string candidate = stem + std::to_string(attempt);
+        if (std::FILE* file = CreateNewRuntimeFile(candidate)) {
+            temporaryPath = candidate;
+            return file;
+        }
+        if (GetLastError() != ERROR_FILE_EXISTS)
+            return nullptr;
+    }
+    return nullptr;
+}
+
+bool PutFileInPlace(const std::string& temporaryPath, const std::string& path)
+{
+    if (MoveFileExA(temporaryPath.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE)
+        return true;
+    DeleteFileA(temporaryPath.c_str());
+    return false;
 }
 
 bool CreateFolder(const std::string& path)

@@ -51,11 +51,16 @@ TEST(FileNameOf, IsTheTextBehindTheLastBackslash)
     EXPECT_EQ(FileNameOf("\\setup.log"), "setup.log");
 }
 
-TEST(FileNameOf, OnlyTheBackslashSeparates)
+// Only the backslash separates on Windows; on POSIX the slash does as well, so
+// that the file name of a Linux installer's log is found. A colon never does.
+TEST(FileNameOf, TheBackslashSeparatesEverywhereTheSlashOnPosixAlone)
 {
-    EXPECT_EQ(FileNameOf("/tmp/setup.log"), "/tmp/setup.log");
+    const bool windows = std::string(platform::kTextLineEnd) == "\r\n";
+    EXPECT_EQ(std::string(platform::kFileNameSeparators), windows ? "\\" : "\\/");
+    EXPECT_EQ(FileNameOf("/tmp/setup.log"), windows ? "/tmp/setup.log" : "setup.log");
     EXPECT_EQ(FileNameOf("C:setup.log"), "C:setup.log");
-    EXPECT_EQ(FileNameOf("C:\\a/b\\c/d.log"), "c/d.log");
+    EXPECT_EQ(FileNameOf("C:\\a/b\\c/d.log"), windows ? "c/d.log" : "d.log");
+    EXPECT_EQ(FileNameOf("/tmp/logs/"), windows ? "/tmp/logs/" : "");
 }
 
 TEST(Staging, LogOutsideTheStoreIsCopiedIntoTheEventFolderAndTheKeyNamesTheCopy)

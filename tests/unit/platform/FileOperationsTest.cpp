@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "platform/FileSystem.h"
 #include "support/TestFiles.h"
@@ -23,6 +26,14 @@ bool SameMoment(const platform::CalendarTime& one, const platform::CalendarTime&
 {
     return one.year == other.year && one.month == other.month && one.day == other.day &&
            one.hour == other.hour && one.minute == other.minute && one.second == other.second;
+}
+
+// A folder of its own in the test's machine, for tests that list what it holds.
+std::string EmptyFolderIn(const TestMachine& machine)
+{
+    const std::string folder = machine.Root() + "\\beside";
+    MakeFolders(folder);
+    return folder;
 }
 
 }  // namespace
@@ -146,4 +157,90 @@ TEST(MovePath, FailsForAMissingSource)
 {
     TestMachine machine;
     EXPECT_FALSE(platform::MovePath(machine.Root() + "\\missing", machine.Root() + "\\target"));
+}
+
+TEST(CreateFileBeside, MakesANewDotNamedFileInTheTargetsFolderAndLeavesTheTargetAlone)
+{
+    TestMachine machine;
+    const std::string folder = EmptyFolderIn(machine);
+    const std::string target = folder + "\\x.zip";
+    WriteWholeFile(target, "old");
+    std::string temporary;
+    std::FILE* file = platform::CreateFileBeside(target, temporary);
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(std::fputs("new", file) >= 0, true);
+    EXPECT_EQ(std::fclose(file), 0);
+
+    EXPECT_EQ(ReadWholeFile(target), "old");
+    EXPECT_EQ(ReadWholeFile(temporary), "new");
+    const std::vector<std::string> names = FolderNames(folder);
+    ASSERT_EQ(names.size(), 2u);
+    EXPECT_EQ(names[0].compare(0, 7, ".x.zip."), 0) << names[0];
+    EXPECT_EQ(names[1], "x.zip");
+}
+
+TEST(CreateFileBeside, TwoCallsMakeTwoFiles)
+{
+    TestMachine machine;
+    const std::string folder = EmptyFolderIn(machine);
+    const std::string target = folder + "\\x.zip";
+    std::string first;
+    std::string second;
+    std::FILE* one = platform::CreateFileBeside(target, first);
+    std::FILE* other = platform::CreateFileBeside(target, second);
+    ASSERT_NE(one, nullptr);
+    ASSERT_NE(other, nullptr);
+    EXPECT_NE(first, second);
+    std::fclose(one);
+    std::fclose(other);
+}
+
+TEST(CreateFileBeside, RefusesAFolderAMissingFolderAndAReadOnlyFile)
+{
+    TestMachine machine;
+    const std::string folder = EmptyFolderIn(machine);
+    MakeFolders(folder + "\\folder");
+    const std::string readOnly = folder + "\\read-only.zip";
+    WriteWholeFile(readOnly, "kept");
+    const ReadOnlyWhileAlive held(readOnly);
+    std::string temporary;
+
+    EXPECT_EQ(platform::CreateFileBeside(folder + "\\folder", temporary), nullptr);
+    EXPECT_EQ(platform::CreateFileBeside(folder + "\\missing\\x.zip", temporary), nullptr);
+    EXPECT_EQ(platform::CreateFileBeside(readOnly, temporary), nullptr);
+    EXPECT_EQ(temporary, "");
+    EXPECT_EQ(FolderNames(folder), (std::vector<std::string>{"folder", "read-only.zip"}));
+}
+
+TEST(PutFileInPlace, ReplacesTheTargetWithTheTemporaryFile)
+{
+    TestMachine machine;
+    const std::string folder = EmptyFolderIn(machine);
+    const std::string target = folder + "\\x.zip";
+    WriteWholeFile(target, "old");
+    std::string temporary;
+    std::FILE* file = platform::CreateFileBeside(target, temporary);
+    ASSERT_NE(file, nullptr);
+    std::fputs("new", file);
+    std::fclose(file);
+
+    EXPECT_TRUE(platform::PutFileInPlace(temporary, target));
+    EXPECT_EQ(ReadWholeFile(target), "new");
+    EXPECT_EQ(FolderNames(folder), std::vector<std::string>{"x.zip"});
+}
+
+TEST(PutFileInPlace, RemovesTheTemporaryFileWhenTheTargetCantBeReplaced)
+{
+    TestMachine machine;
+    const std::string folder = EmptyFolderIn(machine);
+    const std::string target = folder + "\\x.zip";
+    std::string temporary;
+    std::FILE* file = platform::CreateFileBeside(target, temporary);
+    ASSERT_NE(file, nullptr);
+    std::fclose(file);
+    MakeFolders(target + "\\inside");
+
+    EXPECT_FALSE(platform::PutFileInPlace(temporary, target));
+    EXPECT_EQ(FolderNames(folder), std::vector<std::string>{"x.zip"});
+    EXPECT_TRUE(platform::StatPath(target).directory);
 }

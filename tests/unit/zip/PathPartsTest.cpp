@@ -107,3 +107,36 @@ TEST(PathParts, BackslashAndSlashAreTheOnlySeparators)
     EXPECT_FALSE(IsSeparator(' '));
     EXPECT_FALSE(IsSeparator('\0'));
 }
+
+TEST(StaysInsideFolder, PlainNamesAndNamesWithSubFoldersStayInside)
+{
+    EXPECT_TRUE(StaysInsideFolder("E1"));
+    EXPECT_TRUE(StaysInsideFolder("C1\\E1\\setup.log"));
+    EXPECT_TRUE(StaysInsideFolder("a/b"));
+    EXPECT_TRUE(StaysInsideFolder("..x"));
+    EXPECT_TRUE(StaysInsideFolder("x.."));
+    EXPECT_TRUE(StaysInsideFolder("a\\..b\\c"));
+    EXPECT_TRUE(StaysInsideFolder("a\\...\\c"));
+    EXPECT_TRUE(StaysInsideFolder(".hidden"));
+    EXPECT_TRUE(StaysInsideFolder("ab:c"));
+}
+
+TEST(StaysInsideFolder, AParentComponentAnywhereLeadsOut)
+{
+    EXPECT_FALSE(StaysInsideFolder(".."));
+    EXPECT_FALSE(StaysInsideFolder("..\\..\\etc\\sudoers.d\\x"));
+    EXPECT_FALSE(StaysInsideFolder("../../etc/cron.d/x"));
+    EXPECT_FALSE(StaysInsideFolder("C1\\..\\..\\x"));
+    EXPECT_FALSE(StaysInsideFolder("C1/E1/.."));
+    EXPECT_FALSE(StaysInsideFolder("a\\.."));
+    EXPECT_FALSE(StaysInsideFolder("a/../b"));
+}
+
+TEST(StaysInsideFolder, ALeadingSeparatorOrADriveLeadsOut)
+{
+    EXPECT_FALSE(StaysInsideFolder("\\etc\\passwd"));
+    EXPECT_FALSE(StaysInsideFolder("/etc/passwd"));
+    EXPECT_FALSE(StaysInsideFolder("\\\\server\\share\\x"));
+    EXPECT_FALSE(StaysInsideFolder("C:\\Windows\\x"));
+    EXPECT_FALSE(StaysInsideFolder("c:x"));
+}

@@ -1,0 +1,260 @@
+"""A hostile neighbour against root's recorder and root's ZORGetInstallLog -f:
+the unprivileged user `nobody` prepares installer logs, links and special files,
+and each attack must fail while the honest event is still recorded and
+collected whole. The attacks that need a second user run on the Linux build
+as root; under Wine the Windows counterparts run (attributes of a copy,
+reparse points in the store)."""
+import os
+import pwd
+import shutil
+import stat
+import subprocess
+import tempfile
+import threading
+import zipfile
+
+from e2e_support import main, check_archive, expect_equal, section_lines
+
+EVENT = "E1"
+COPY = "C1"
+HONEST_LOG = b"the honest installer's log\n"
+
+
+def second_user_available(env):
+    return env.native and os.geteuid() == 0 and shutil.which("setpriv") is not None
+
+
+def as_nobody(*command):
+    """Runs a command as the unprivileged user, as a hostile neighbour would."""
+    subprocess.run(["setpriv", "--reuid=nobody", "--regid=nogroup", "--clear-groups", "--reset-env",
+                    *command], check=True, timeout=60)
+
+
+def attacker_folder():
+    """A folder in /tmp that belongs to the unprivileged user."""
+    folder = tempfile.mkdtemp(prefix="zor-attacker-")
+    entry = pwd.getpwnam("nobody")
+    os.chown(folder, entry.pw_uid, entry.pw_gid)
+    os.chmod(folder, 0o755)
+    return folder
+
+
+def windows_form(env, host_path):
+    """A host path in the system's own form, with backslashes."""
+    return env.program_path(host_path).replace("/", "\\")
+
+
+def record(env, *options):
+    code, output = env.run("ZORRecordEvent", *options)
+    expect_equal((code, output), (0, ""), f"recorder call {options[:2]}")
+
+
+def collect(env, name="x.zip"):
+    code, output = env.run("ZORGetInstallLog", "-f", name)
+    expect_equal((code, output), (0, f"The file '{name}' is created successfully" + env.eol),
+                 "collection run")
+    return env.work / name
+
+
+def record_event(env, event_id=EVENT, copy=COPY, **files):
+    """One whole event; files maps -l, -t, -u to the paths the installer names."""
+    options = []
+    for option in ("l", "t", "u"):
+        if option in files:
+            options += [f"-{option}", files[option]]
+    record(env, "-start", event_id, "-Product", "ZOR Server", *options)
+    record(env, "-end", event_id, "-CopyName", copy, "-Result", "Success")
+
+
+def archive_names(archive):
+    return [info.filename for info in check_archive(archive)]
+
+
+def expect_honest_event_collected(env, archive, event_id=EVENT, copy=COPY):
+    """The event's log is in the store and in the archive, whole."""
+    event_log = env.store / copy / event_id / "ZORInstallEvent.Log"
+    assert event_log.is_file(), f"{event_log} missing"
+    with zipfile.ZipFile(archive) as z:
+        expect_equal(z.read(f"{copy}\\{event_id}\\ZORInstallEvent.Log"), event_log.read_bytes(),
+                     "archived event log")
+    assert f"Event_ID={event_id}" in section_lines(env, event_id), section_lines(env, event_id)
+
+
+# -- item: a staged copy never runs as anyone ----------------------------------
+def test_staged_copies_never_keep_setuid_setgid_sticky_or_execute_bits(env):
+    if not second_user_available(env):
+        return  # a Windows copy takes over attributes only; there is no mode to keep
+    folder = attacker_folder()
+    try:
+        names = {"l": ("setuid.log", 0o7777), "t": ("private.log", 0o600), "u": ("readonly.log", 0o444)}
+        for name, mode in names.values():
+            as_nobody("sh", "-c", f"printf '#!/bin/sh\\nid\\n' > {folder}/{name} && "
+                                  f"chmod {mode:o} {folder}/{name}")
+        record_event(env, **{key: windows_form(env, f"{folder}/{name}") for key, (name, _) in names.items()})
+        archive = collect(env)
+        staged = env.store / COPY / EVENT
+        expect_equal({name: stat.S_IMODE((staged / name).stat().st_mode) for name, _ in names.values()},
+                     {"setuid.log": 0o644, "private.log": 0o600, "readonly.log": 0o444},
+                     "modes of the staged copies")
+        expect_equal((staged / "setuid.log").read_bytes(), b"#!/bin/sh\nid\n", "staged content")
+        assert "C1\\E1\\setuid.log" in archive_names(archive)
+        expect_honest_event_collected(env, archive)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+
+
+# -- item: links and special files ----------------------------------------------
+def root_only_secret():
+    """A folder of root's, mode 0700, with a file that nobody else may read."""
+    folder = tempfile.mkdtemp(prefix="zor-root-only-")
+    os.chmod(folder, 0o700)
+    secret = os.path.join(folder, "shadow")
+    with open(secret, "wb") as f:
+        f.write(b"ROOT-ONLY-SECRET\n")
+    os.chmod(secret, 0o600)
+    return folder, secret
+
+
+def expect_secret_nowhere(env, archive):
+    for path in env.store.rglob("*"):
+        if path.is_file() and not path.is_symlink():
+            assert b"ROOT-ONLY-SECRET" not in path.read_bytes(), f"{path} holds the secret"
+    with zipfile.ZipFile(archive) as z:
+        for name in z.namelist():
+            assert b"ROOT-ONLY-SECRET" not in z.read(name), f"archive entry {name} holds the secret"
+
+
+def writable_event_folder(env):
+    """The honest event, recorded and handed over, in a folder that anyone may
+    write, as a store made under umask 000 left it."""
+    honest = env.work / "honest.log"
+    honest.write_bytes(HONEST_LOG)
+    record_event(env, l=windows_form(env, honest))
+    folder = env.store / COPY / EVENT
+    os.chmod(folder, 0o777)
+    return folder
+
+
+def expect_honest_log_collected(env, archive):
+    with zipfile.ZipFile(archive) as z:
+        expect_equal(z.read(f"{COPY}\\{EVENT}\\honest.log"), HONEST_LOG, "archived honest log")
+    expect_honest_event_collected(env, archive)
+
+
+def test_a_link_named_as_an_installer_log_is_not_followed(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    folder = attacker_folder()
+    secret_folder, secret = root_only_secret()
+    try:
+        as_nobody("ln", "-s", secret, f"{folder}/install.log")
+        honest = env.work / "honest.log"
+        honest.write_bytes(HONEST_LOG)
+        record_event(env, l=windows_form(env, f"{folder}/install.log"), t=windows_form(env, honest))
+        archive = collect(env)
+        expect_secret_nowhere(env, archive)
+        assert not (env.store / COPY / EVENT / "install.log").exists(), "the link was staged"
+        expect_honest_log_collected(env, archive)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.rmtree(secret_folder, ignore_errors=True)
+
+
+def collect_within_a_bound(env, name="x.zip"):
+    """A collection that hangs fails the test when the bound passes, instead of
+    holding up the run for ever."""
+    try:
+        code, output = env.run("ZORGetInstallLog", "-f", name, timeout=120)
+    except subprocess.TimeoutExpired:
+        raise AssertionError("the collection hangs")
+    expect_equal((code, output), (0, f"The file '{name}' is created successfully" + env.eol),
+                 "collection run")
+    return env.work / name
+
+
+def test_fifos_in_the_store_and_named_as_logs_dont_hang_the_collection(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    folder = attacker_folder()
+    try:
+        as_nobody("mkfifo", f"{folder}/setup.log")
+        honest = env.work / "honest.log"
+        honest.write_bytes(HONEST_LOG)
+        record_event(env, l=windows_form(env, f"{folder}/setup.log"), t=windows_form(env, honest))
+        event_folder = env.store / COPY / EVENT
+        os.chmod(event_folder, 0o777)
+        as_nobody("mkfifo", f"{event_folder}/trap.log")
+        as_nobody("ln", "-s", "/dev/zero", f"{event_folder}/zero.log")
+        archive = collect_within_a_bound(env)
+        names = archive_names(archive)
+        for name in ("trap.log", "zero.log", "setup.log"):
+            assert f"{COPY}\\{EVENT}\\{name}" not in names, f"{name} is in the archive: {names}"
+        assert not (event_folder / "setup.log").exists(), "the FIFO was staged"
+        expect_honest_log_collected(env, archive)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+
+
+def test_links_in_the_store_are_not_followed_out_of_it(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    secret_folder, secret = root_only_secret()
+    try:
+        folder = writable_event_folder(env)
+        as_nobody("ln", "-s", secret_folder, f"{folder}/secrets")
+        as_nobody("ln", "-s", secret, f"{folder}/shadow.log")
+        archive = collect(env)
+        names = archive_names(archive)
+        leaked = [n for n in names if "secrets" in n or "shadow" in n]
+        expect_equal(leaked, [], "entries of the links")
+        expect_secret_nowhere(env, archive)
+        expect_honest_log_collected(env, archive)
+    finally:
+        shutil.rmtree(secret_folder, ignore_errors=True)
+
+
+def test_the_archive_replaces_a_link_planted_at_its_name(env):
+    if not second_user_available(env):
+        return  # needs a second user
+    folder = attacker_folder()
+    secret_folder, secret = root_only_secret()
+    try:
+        honest = env.work / "honest.log"
+        honest.write_bytes(HONEST_LOG)
+        record_event(env, l=windows_form(env, honest))
+        as_nobody("ln", "-s", secret, f"{folder}/x.zip")
+        as_nobody("sh", "-c", f"printf 'mine' > {folder}/y.zip && chmod 666 {folder}/y.zip")
+        planted = os.stat(f"{folder}/y.zip")
+        for name in ("x.zip", "y.zip"):
+            archive = collect(env, f"{folder}/{name}")
+            status = os.lstat(archive)
+            assert stat.S_ISREG(status.st_mode), f"{name} is no regular file"
+            expect_equal((status.st_uid, stat.S_IMODE(status.st_mode)), (0, 0o600),
+                         f"owner and mode of {name}")
+            expect_honest_log_collected(env, archive)
+        with open(secret, "rb") as f:
+            expect_equal(f.read(), b"ROOT-ONLY-SECRET\n", "the file that the link named")
+        assert os.stat(f"{folder}/y.zip").st_ino != planted.st_ino, "the planted file was written in place"
+        expect_equal(sorted(os.listdir(folder)), ["x.zip", "y.zip"], "files beside the archives")
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.rmtree(secret_folder, ignore_errors=True)
+
+
+def test_folder_links_in_the_store_are_passed_over_on_every_build(env):
+    """A link to a folder outside the store, made in an event's folder. Under
+    Wine a Unix link to a folder is a reparse point, as a junction is on
+    Windows (Wine 8 makes no junctions: its mklink /J creates nothing)."""
+    outside = env.work / "outside"
+    outside.mkdir()
+    (outside / "private.txt").write_bytes(b"outside the store\n")
+    folder = writable_event_folder(env)
+    os.symlink(outside, folder / "junction")
+    archive = collect(env)
+    names = archive_names(archive)
+    expect_equal([n for n in names if "junction" in n], [], "entries below the link")
+    expect_honest_log_collected(env, archive)
+
+
+if __name__ == "__main__":
+    main(globals())
