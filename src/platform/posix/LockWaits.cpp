@@ -4,10 +4,13 @@
 #include "platform/posix/LockWaits.h"
 
 #include <sys/file.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <set>
 #include <thread>
+#include <utility>
 
 #include "platform/StoreLock.h"
 
@@ -24,6 +27,18 @@ constexpr std::chrono::milliseconds kLongestPause(100);
 // The end of the waits of this thread's current call; none outside a call.
 thread_local bool inCall = false;
 thread_local Clock::time_point callDeadline;
+
+// The files (device and inode) whose holders kept them past a bound.
+using FileKey = std::pair<dev_t, ino_t>;
+thread_local std::set<FileKey> passedBy;
+
+FileKey KeyOf(int fd)
+{
+    struct stat status;
+    if (fstat(fd, &status) != 0)
+        return FileKey();
+    return FileKey(status.st_dev, status.st_ino);
+}
 
 enum class Attempt { Held, Busy, Failed };
 
@@ -53,16 +68,22 @@ void LockWaits::EndCall()
 
 bool LockWaits::Take(int fd, int operation)
 {
-    const Clock::time_point deadline =
-        inCall ? callDeadline : Clock::now() + StoreLock::kWaitBound;
+    const FileKey file = KeyOf(fd);
+    const Clock::time_point deadline = passedBy.count(file) != 0 ? Clock::now()
+                                       : inCall ? callDeadline
+                                                : Clock::now() + StoreLock::kWaitBound;
     std::chrono::milliseconds pause = kFirstPause;
     for (;;) {
         const Attempt attempt = TryOnce(fd, operation);
+        if (attempt == Attempt::Held)
+            passedBy.erase(file);
         if (attempt != Attempt::Busy)
             return attempt == Attempt::Held;
         const Clock::time_point now = Clock::now();
-        if (now >= deadline)
+        if (now >= deadline) {
+            passedBy.insert(file);
             return false;
+        }
         std::this_thread::sleep_for(std::min<Clock::duration>(pause, deadline - now));
         pause = std::min(pause * 2, kLongestPause);
     }
