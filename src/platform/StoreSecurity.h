@@ -22,21 +22,4 @@ bool CreateStoreFolder(const std::string& path);
 // where the folders' security is set only as they are made, nothing happens.
 void SecureExistingStore(const std::string& historyFolder);
 
-// Who owns an existing path and who may do what with it, as text: on Windows
-// the owner's SID ("S-1-5-32-544") and the DACL in SDDL ("D:P(A;OICI;...)"),
-// on POSIX the owner's user id and the mode in octal ("0755"). Both empty
-// when the path can't be read.
-struct PathSecurity {
-    std::string owner;
-    std::string access;
-};
-PathSecurity ReadPathSecurity(const std::string& path);
-
-// Whether the caller may write into the store in `folder`: on Windows, only
-// when the owner of the folder and of the folder that holds it is SYSTEM, the
-// Administrators group or the caller (a folder that another user made first,
-// in ProgramData where every user may make one, is used read-only); on POSIX
-// always.
-bool IsTrustedStoreFolder(const std::string& folder);
-
 }  // namespace platform

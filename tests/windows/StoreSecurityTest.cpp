@@ -3,9 +3,14 @@
 // inside inherits, and their owner is one whom the store may trust.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
+#include <system_error>
 
+#include "platform/FileSystem.h"
 #include "platform/StoreSecurity.h"
+#include "platform/win32/StoreOwner.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
 #include "support/WineHost.h"
@@ -74,6 +79,29 @@ TEST(StoreSecurity, APathThatDoesNotExistHasNoOwnerAndIsNotTrusted)
     const std::string missing = machine.AppData() + "\\missing";
     EXPECT_TRUE(platform::ReadPathSecurity(missing).owner.empty());
     EXPECT_FALSE(platform::IsTrustedStoreFolder(missing));
+}
+
+TEST(StoreSecurity, NothingIsWrittenCopiedOrMovedThroughALinkInTheStore)
+{
+    TestMachine machine;
+    const std::string store = machine.MakeHistoryFolder();
+    const std::string outside = machine.Root() + "\\outside";
+    MakeFolders(outside);
+    std::error_code failed;
+    std::filesystem::create_directory_symlink(outside, store + "\\E1", failed);
+    if (failed || platform::GetFileAttributes(store + "\\E1") == platform::kInvalidFileAttributes)
+        GTEST_SKIP() << "no folder link could be made here: " << failed.message();
+    const std::string source = machine.Root() + "\\setup.log";
+    WriteWholeFile(source, "installer log");
+
+    EXPECT_FALSE(platform::CopyFileNoOverwrite(source, store + "\\E1\\setup.log"));
+    std::filebuf log;
+    EXPECT_FALSE(platform::OpenFileBuffer(log, store + "\\E1\\ZORInstallEvent.Log",
+                                          std::ios_base::out));
+    EXPECT_FALSE(platform::CreateFolder(store + "\\E1\\inner"));
+    MakeFolders(store + "\\C1");
+    EXPECT_FALSE(platform::MovePath(store + "\\C1", store + "\\E1\\C1"));
+    EXPECT_TRUE(FolderNames(outside).empty());
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Bounded flock waits: the lock is tried without blocking, and tried again
-// after short pauses that grow up to a tenth of a second, until it is held or
+// after short pauses that grow up to a hundredth of a second, until it is held or
 // the call's time is up.
 #include "platform/posix/LockWaits.h"
 
@@ -22,7 +22,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kFirstPause(1);
-constexpr std::chrono::milliseconds kLongestPause(100);
+constexpr std::chrono::milliseconds kLongestPause(10);
 
 // The end of the waits of this thread's current call; none outside a call.
 thread_local bool inCall = false;
@@ -53,6 +53,16 @@ Attempt TryOnce(int fd, int operation)
     return errno == EWOULDBLOCK ? Attempt::Busy : Attempt::Failed;
 }
 
+// A file passed by once is only tried; otherwise the call's bound, or a
+// bound of its own outside a call.
+Clock::time_point DeadlineFor(const FileKey& file)
+{
+    const Clock::time_point now = Clock::now();
+    if (passedBy.count(file) != 0)
+        return now;
+    return inCall ? callDeadline : now + StoreLock::kWaitBound;
+}
+
 }  // namespace
 
 void LockWaits::BeginCall(std::chrono::milliseconds bound)
@@ -69,9 +79,7 @@ void LockWaits::EndCall()
 bool LockWaits::Take(int fd, int operation)
 {
     const FileKey file = KeyOf(fd);
-    const Clock::time_point deadline = passedBy.count(file) != 0 ? Clock::now()
-                                       : inCall ? callDeadline
-                                                : Clock::now() + StoreLock::kWaitBound;
+    const Clock::time_point deadline = DeadlineFor(file);
     std::chrono::milliseconds pause = kFirstPause;
     for (;;) {
         const Attempt attempt = TryOnce(fd, operation);

@@ -7,7 +7,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <cstring>
 
 #include "platform/FileSystem.h"
@@ -112,24 +111,6 @@ void SecureExistingStore(const std::string& historyFolder)
     if (parent >= 0)
         close(parent);
     close(history);
-}
-
-PathSecurity ReadPathSecurity(const std::string& path)
-{
-    PathSecurity security;
-    struct stat status;
-    if (lstat(SystemPath(path).c_str(), &status) != 0)
-        return security;
-    char mode[8];
-    std::snprintf(mode, sizeof mode, "%04o", static_cast<unsigned>(status.st_mode & 07777));
-    security.owner = std::to_string(status.st_uid);
-    security.access = mode;
-    return security;
-}
-
-bool IsTrustedStoreFolder(const std::string&)
-{
-    return true;
 }
 
 }  // namespace platform

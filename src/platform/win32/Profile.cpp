@@ -11,7 +11,7 @@
 #undef WriteProfileString
 
 #include "platform/Profile.h"
-#include "platform/StoreSecurity.h"
+#include "platform/win32/StoreOwner.h"
 
 namespace platform {
 
