@@ -5,15 +5,22 @@
 #include "history/CHistoryStore.h"
 #include "history/HistoryPaths.h"
 #include "platform/StoreLock.h"
+#include "platform/StoreSecurity.h"
 #include "zip/CZipper.h"
 
-// The run holds the store's lock from the summaries to the archive's end, so
-// that no recorder call changes the store while it is read and packed.
+// The run holds the store's lock while it reads History.ini, stages and writes
+// the summaries, so that no recorder call changes the store meanwhile; it lets
+// go before the archive is packed, which may take long, so that no installer
+// waits for it. A store that older code left writable by others is set right
+// before anything is written into it.
 bool CHistoryStore::CollectHistory(const std::string& zipFileName)
 {
-    const platform::StoreLock lock(GetHistoryFolder());
-    // A failed or skipped summary never stops the archive.
-    WriteSummary();
+    platform::SecureExistingStore(GetHistoryFolder());
+    {
+        const platform::StoreLock lock(GetHistoryFolder());
+        // A failed or skipped summary never stops the archive.
+        WriteSummary();
+    }
     return CreateZip(zipFileName);
 }
 

@@ -6,15 +6,16 @@
 #include "history/ConsoleMessages.h"
 #include "history/HistoryKeys.h"
 #include "history/HistoryPaths.h"
-#include "platform/FileSystem.h"
+#include "platform/StoreSecurity.h"
 
 namespace {
 
-// One level of the store's tree: true if the folder is there or could be made.
-// A folder that another call makes at the same moment is there as well.
+// One level of the store's tree: true if the folder is there or could be made,
+// with the store's own security. A folder that another call makes at the same
+// moment is there as well.
 bool EnsureFolder(const std::string& path)
 {
-    return DirectoryExists(path.c_str()) || platform::CreateFolder(path) ||
+    return DirectoryExists(path.c_str()) || platform::CreateStoreFolder(path) ||
            DirectoryExists(path.c_str());
 }
 

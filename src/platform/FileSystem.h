@@ -103,7 +103,8 @@ private:
     std::intptr_t handle_;
 };
 
-// CreateDirectoryA with default security: one level, fails if it exists.
+// CreateDirectoryA with default security: one level, fails if it exists. On
+// POSIX the folder gets mode 0755 whatever the umask.
 bool CreateFolder(const std::string& path);
 
 // CopyFileA(source, target, TRUE): never overwrites an existing target. On
@@ -128,7 +129,8 @@ std::string SystemPath(const std::string& path);
 
 // The runtime's opens of a file (std::filebuf::open, fopen), refused as the
 // system refuses them: an existing file whose attribute is read-only (as
-// GetFileAttributes reports it) can't be opened for writing, by any user.
+// GetFileAttributes reports it) can't be opened for writing, by any user. On
+// POSIX the file that OpenFileBuffer makes gets mode 0644 whatever the umask.
 bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode);
 std::FILE* OpenRuntimeFile(const std::string& path, const char* mode);
 

@@ -1,25 +1,34 @@
 // The machine-wide lock of the history store: while one process holds it, no
-// other recorder call or collection run, of any process or user, touches the
-// store. Nothing is written into the store for it.
+// other recorder call or collection run of the store's owner touches the
+// store. The lock guards only against the store's own programs: a holder that
+// doesn't let go within the bound is passed by, so that no user of the
+// machine can stop an installer by holding it.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
 namespace platform {
 
-// Held from construction to destruction. The constructor waits for as long as
-// another holder has the lock of the store in `folder`. A process that ends
-// while holding it, however it ends, gives it up, so that it never blocks the
-// next one.
+// Held from construction to destruction. The constructor waits while another
+// holder has the lock of the store in `folder`, for at most `bound`; the call
+// then goes on without it, in silence. A process that ends while holding it,
+// however it ends, gives it up.
 //
 // On Windows the lock is a mutex of the global namespace, one for each
-// folder; an abandoned mutex counts as taken. On POSIX it is the folder's own
-// flock: a folder that doesn't exist can't be locked, and the lock is then
-// not held (there is no store yet to keep in order).
+// folder, that only the system and administrators may open; an abandoned
+// mutex counts as taken. On POSIX it is the flock of a dot-named file in the
+// folder (the archive passes over dot-names), made with mode 0600 by the
+// folder's owner; a caller who can't open it, or a folder that doesn't exist,
+// leaves the lock not held. There, every flock that the call's file
+// operations wait for while the lock lives shares the same bound.
 class StoreLock {
 public:
-    explicit StoreLock(const std::string& folder);
+    // How long a call waits, all its waits together, before it goes on.
+    static constexpr std::chrono::milliseconds kWaitBound{60000};
+
+    explicit StoreLock(const std::string& folder, std::chrono::milliseconds bound = kWaitBound);
     ~StoreLock();
     StoreLock(const StoreLock&) = delete;
     StoreLock& operator=(const StoreLock&) = delete;

@@ -45,8 +45,11 @@ void SetWritable(const std::string& path, bool writable)
 std::vector<std::string> FolderNames(const std::string& path)
 {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(platform::SystemPath(path)))
-        names.push_back(entry.path().filename().string());
+    for (const auto& entry : fs::directory_iterator(platform::SystemPath(path))) {
+        const std::string name = entry.path().filename().string();
+        if (name[0] != '.')
+            names.push_back(name);
+    }
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -30,7 +30,8 @@ private:
     std::string path_;
 };
 
-// Names of the entries of a folder, sorted, without "." and "..".
+// Names of the entries of a folder, sorted, without the names that begin with
+// a dot, which the archive passes over: the store's lock file is one.
 std::vector<std::string> FolderNames(const std::string& path);
 
 // Lines joined, each ended by the line end that a text-mode stream writes here.

@@ -21,6 +21,7 @@
 
 #include "platform/common/AsciiCase.h"
 #include "platform/posix/PosixFiles.h"
+#include "platform/posix/StoreModes.h"
 
 namespace platform {
 
@@ -260,6 +261,8 @@ bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base
     const bool writes = (mode & (std::ios_base::out | std::ios_base::app)) != 0;
     if (writes && posix::IsReadOnlyFile(systemPath))
         return false;
+    if (writes)
+        posix::MakeMissingFile(systemPath);
     return buffer.open(systemPath, mode) != nullptr;
 }
 
@@ -313,7 +316,7 @@ bool PutFileInPlace(const std::string& temporaryPath, const std::string& path)
 
 bool CreateFolder(const std::string& path)
 {
-    return !path.empty() && mkdir(SystemPath(path).c_str(), 0777) == 0;
+    return !path.empty() && posix::MakeFolderWithFolderMode(SystemPath(path));
 }
 
 namespace {

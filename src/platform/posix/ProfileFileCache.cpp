@@ -9,8 +9,10 @@
 #include <utility>
 
 #include "platform/FileSystem.h"
+#include "platform/posix/LockWaits.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/ProfileJournal.h"
+#include "platform/posix/StoreModes.h"
 
 namespace platform {
 namespace posix {
@@ -51,14 +53,12 @@ bool ReadWhole(int fd, std::string& bytes)
     }
 }
 
-// A file system that offers no flock leaves the file unguarded, as before.
-bool Lock(int fd, int operation)
+// Any user who may read the file may flock it and keep it: a lock that isn't
+// had within the call's bound, or on a file system that offers no flock,
+// leaves the file unguarded, as if there were no lock.
+void Lock(int fd, int operation)
 {
-    int locked;
-    do {
-        locked = flock(fd, operation);
-    } while (locked != 0 && errno == EINTR);
-    return locked == 0 || errno == ENOLCK || errno == EOPNOTSUPP;
+    LockWaits::Take(fd, operation);
 }
 
 // The file's bytes under a shared lock, and its identity as read.
@@ -69,7 +69,8 @@ bool ReadLocked(const std::string& systemPath, std::string& bytes, FileIdentity&
         if (fd < 0)
             return false;
         struct stat before, after;
-        const bool read = Lock(fd, LOCK_SH) && fstat(fd, &before) == 0 && S_ISREG(before.st_mode) &&
+        Lock(fd, LOCK_SH);
+        const bool read = fstat(fd, &before) == 0 && S_ISREG(before.st_mode) &&
                           ReadWhole(fd, bytes) && fstat(fd, &after) == 0;
         close(fd);
         if (!read)
@@ -101,9 +102,10 @@ void FlushFolder(const std::string& folder)
 // left behind either way.
 bool CreateWhole(const std::string& systemPath, const std::string& bytes, FileIdentity& identity)
 {
-    const int fd = open(FolderOf(systemPath).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+    const int fd = open(FolderOf(systemPath).c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kFileMode);
     if (fd < 0)
         return false;
+    fchmod(fd, kFileMode);
     const std::string unnamed = "/proc/self/fd/" + std::to_string(fd);
     struct stat status;
     const bool made = WriteAt(fd, bytes, 0) && Flush(fd) && fstat(fd, &status) == 0 &&
@@ -221,13 +223,14 @@ bool ProfileFileCache::ChangeMissingFile(const std::string& systemPath, const Do
         Remember(systemPath, identity, ReadBack(std::move(document), bytes), true);
         return true;
     }
-    return ChangeAt(systemPath, O_RDWR | O_CREAT, change);
+    MakeMissingFile(systemPath);
+    return ChangeAt(systemPath, O_RDWR, change);
 }
 
 bool ProfileFileCache::ChangeAt(const std::string& systemPath, int openFlags,
                                 const DocumentChange& change)
 {
-    const int fd = open(systemPath.c_str(), openFlags | O_CLOEXEC, 0666);
+    const int fd = open(systemPath.c_str(), openFlags | O_CLOEXEC);
     const bool changed = fd >= 0 && ChangeOpenFile(fd, systemPath, change);
     if (fd >= 0)
         close(fd);
@@ -242,7 +245,8 @@ bool ProfileFileCache::ChangeOpenFile(int fd, const std::string& systemPath,
                                       const DocumentChange& change)
 {
     struct stat status;
-    if (!Lock(fd, LOCK_EX) || fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) ||
+    Lock(fd, LOCK_EX);
+    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) ||
         (AttributesOf(systemPath, status) & kAttributeReadOnly) != 0)
         return false;
     ProfileDocument document;

@@ -1,6 +1,7 @@
 // Files and folders on Windows: the kernel's own calls, with the arguments the
 // system has always given them.
 #include "platform/FileSystem.h"
+#include "platform/win32/ReparsePoints.h"
 
 #include <windows.h>
 // The layer's own names, not the header's macros for the ANSI calls.
@@ -61,9 +62,13 @@ PathStatus StatPath(const std::string& path)
     return result;
 }
 
-// The system refuses a read-only file by itself.
+// The system refuses a read-only file by itself. No write goes through a
+// junction or symbolic link.
 bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode)
 {
+    const bool writes = (mode & (std::ios_base::out | std::ios_base::app)) != 0;
+    if (writes && LeadsThroughReparsePoint(path))
+        return false;
     return buffer.open(path, mode) != nullptr;
 }
 
@@ -136,17 +141,19 @@ bool PutFileInPlace(const std::string& temporaryPath, const std::string& path)
 
 bool CreateFolder(const std::string& path)
 {
-    return CreateDirectoryA(path.c_str(), nullptr) != FALSE;
+    return !LeadsThroughReparsePoint(path) && CreateDirectoryA(path.c_str(), nullptr) != FALSE;
 }
 
 bool CopyFileNoOverwrite(const std::string& source, const std::string& target)
 {
-    return CopyFileA(source.c_str(), target.c_str(), TRUE) != FALSE;
+    return !LeadsThroughReparsePoint(target) &&
+           CopyFileA(source.c_str(), target.c_str(), TRUE) != FALSE;
 }
 
 bool MovePath(const std::string& source, const std::string& target)
 {
-    return MoveFileA(source.c_str(), target.c_str()) != FALSE;
+    return !LeadsThroughReparsePoint(source) && !LeadsThroughReparsePoint(target) &&
+           MoveFileA(source.c_str(), target.c_str()) != FALSE;
 }
 
 }  // namespace platform

@@ -1,5 +1,8 @@
 // The private-profile calls on Windows: each is the one Windows call of the
-// same name, with the caller's buffer and size.
+// same name, with the caller's buffer and size. A file in a folder whose
+// owner is another user than the caller, SYSTEM or the Administrators is not
+// written, as if it were read-only: such a folder in ProgramData was made by
+// a user who may have planted anything in it.
 #include <windows.h>
 
 // windows.h maps these names to its own calls; here they are this layer's.
@@ -8,8 +11,19 @@
 #undef WriteProfileString
 
 #include "platform/Profile.h"
+#include "platform/win32/StoreOwner.h"
 
 namespace platform {
+
+namespace {
+
+std::string FolderOf(const std::string& path)
+{
+    const std::size_t separator = path.find_last_of('\\');
+    return separator == std::string::npos ? std::string(".") : path.substr(0, separator);
+}
+
+}  // namespace
 
 std::uint32_t GetProfileSectionNames(char* buffer, std::uint32_t size, const std::string& path)
 {
@@ -31,6 +45,8 @@ std::uint32_t GetProfileInt(const char* section, const char* key, int defaultVal
 bool WriteProfileString(const char* section, const char* key, const char* value,
                         const std::string& path)
 {
+    if (!IsTrustedStoreFolder(FolderOf(path)))
+        return false;
     return WritePrivateProfileStringA(section, key, value, path.c_str()) != FALSE;
 }
 

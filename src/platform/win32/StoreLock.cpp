@@ -2,11 +2,14 @@
 // every session of the machine meets the same one. The system releases a
 // mutex whose owner ends without releasing it, and hands it to the next waiter
 // as abandoned; the store's writes are each whole, so the next call takes it
-// as it would any other.
+// as it would any other. A holder that keeps it past the bound is passed by.
 #include "platform/StoreLock.h"
 
 #include <windows.h>
 
+#include <sddl.h>
+
+#include <algorithm>
 #include <cstdio>
 
 #include "platform/common/AsciiCase.h"
@@ -29,27 +32,35 @@ std::string MutexName(const std::string& folder)
     return std::string("Global\\ZORHistoryStore-") + digits;
 }
 
-// Whoever made the mutex first, an administrator's installer or a user's
-// collection run, every other user must be able to wait on it: it gets a
-// security descriptor without a DACL, which grants everyone all access.
+// SYSTEM and Administrators alone may open the mutex: no other user can take
+// it and hold it, and a caller who can't open it goes on without it.
+const char* const kMutexSecurity = "D:P(A;;GA;;;SY)(A;;GA;;;BA)";
+
 HANDLE OpenStoreMutex(const std::string& folder)
 {
-    SECURITY_DESCRIPTOR everyone;
-    if (!InitializeSecurityDescriptor(&everyone, SECURITY_DESCRIPTOR_REVISION) ||
-        !SetSecurityDescriptorDacl(&everyone, TRUE, nullptr, FALSE))
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (!ConvertStringSecurityDescriptorToSecurityDescriptorA(kMutexSecurity, SDDL_REVISION_1,
+                                                              &descriptor, nullptr))
         return nullptr;
-    SECURITY_ATTRIBUTES attributes = {sizeof attributes, &everyone, FALSE};
-    return CreateMutexA(&attributes, FALSE, MutexName(folder).c_str());
+    SECURITY_ATTRIBUTES attributes = {sizeof attributes, descriptor, FALSE};
+    const HANDLE mutex = CreateMutexA(&attributes, FALSE, MutexName(folder).c_str());
+    LocalFree(descriptor);
+    return mutex;
+}
+
+DWORD WaitMilliseconds(std::chrono::milliseconds bound)
+{
+    return static_cast<DWORD>(std::min<std::chrono::milliseconds::rep>(bound.count(), INFINITE - 1));
 }
 
 }  // namespace
 
-StoreLock::StoreLock(const std::string& folder) : handle_(0)
+StoreLock::StoreLock(const std::string& folder, std::chrono::milliseconds bound) : handle_(0)
 {
     const HANDLE mutex = OpenStoreMutex(folder);
     if (mutex == nullptr)
         return;
-    const DWORD waited = WaitForSingleObject(mutex, INFINITE);
+    const DWORD waited = WaitForSingleObject(mutex, WaitMilliseconds(bound));
     if (waited != WAIT_OBJECT_0 && waited != WAIT_ABANDONED) {
         CloseHandle(mutex);
         return;

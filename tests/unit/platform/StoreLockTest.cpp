@@ -1,5 +1,6 @@
 // The store's lock: one holder at a time, a waiter that goes on once the
-// holder lets go, and nothing left in the store for it.
+// holder lets go or once the bound is over, and nothing left in the store
+// for it that the archive would take.
 #include "platform/StoreLock.h"
 
 #include <gtest/gtest.h>
@@ -38,7 +39,7 @@ void ExpectSecondHolderToWait(const std::string& folder, const std::string& seco
 
 }  // namespace
 
-TEST(StoreLock, IsHeldOnTheHistoryFolderAndLeavesNothingInIt)
+TEST(StoreLock, IsHeldOnTheHistoryFolderAndLeavesNothingThatTheArchiveTakes)
 {
     TestMachine machine;
     const std::string folder = machine.MakeHistoryFolder();
@@ -70,4 +71,24 @@ TEST(StoreLock, TheLockCanBeTakenAgainOnceLetGo)
     { const platform::StoreLock first(folder); }
     const platform::StoreLock again(folder);
     EXPECT_TRUE(again.Held());
+}
+
+TEST(StoreLock, AHolderThatKeepsTheLockIsPassedByOnceTheBoundIsOver)
+{
+    TestMachine machine;
+    const std::string folder = machine.MakeHistoryFolder();
+    const platform::StoreLock first(folder);
+    ASSERT_TRUE(first.Held());
+    bool secondHolds = true;
+    std::thread second([&] {
+        const platform::StoreLock lock(folder, std::chrono::milliseconds(200));
+        secondHolds = lock.Held();
+    });
+    second.join();
+    EXPECT_FALSE(secondHolds);
+}
+
+TEST(StoreLock, TheBoundIsAMinute)
+{
+    EXPECT_EQ(platform::StoreLock::kWaitBound, std::chrono::seconds(60));
 }

@@ -1,0 +1,29 @@
+// Bounded waits for flock. A lock that another process keeps, whoever it is,
+// is waited for only until the bound of the current call has passed; the
+// caller then goes on without it, as if there were no lock at all. The waits
+// of one call (from the store's lock to its release, on one thread) share
+// one bound; a wait outside such a call has the bound to itself. A file whose
+// holder kept it past the bound once is not waited for again by the thread
+// until the thread gets its lock again, so that a holder who never lets go
+// costs a process one bound, not one for each call.
+#pragma once
+
+#include <chrono>
+
+namespace platform {
+namespace posix {
+
+class LockWaits {
+public:
+    // Starts a call on this thread: its waits end at the latest `bound` from now.
+    static void BeginCall(std::chrono::milliseconds bound);
+    // Ends the call of this thread: a later wait has the full bound to itself.
+    static void EndCall();
+    // flock(fd, operation) (LOCK_EX or LOCK_SH), waited for within the bound.
+    // True once held; false when the bound passed first, or the lock can't
+    // be had at all.
+    static bool Take(int fd, int operation);
+};
+
+}  // namespace posix
+}  // namespace platform

@@ -1,0 +1,59 @@
+// A holder that keeps the store's lock doesn't stop the recorder: this
+// program takes the lock of the machine's store and keeps it while
+// ZORRecordEvent, in the current folder, records an event; the recorder waits
+// for the lock's bound and then records the event whole. Argument: the
+// history folder.
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+
+#include "platform/StoreLock.h"
+
+namespace {
+
+const char* const kEventID = "HeldStoreLockEvent";
+
+std::string ReadWhole(const std::string& path)
+{
+    std::ifstream file(path, std::ios_base::binary);
+    return std::string(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 2) {
+        std::cout << "FAIL: usage: HeldStoreLock <history folder>" << std::endl;
+        return 1;
+    }
+    const std::string folder = argv[1];
+    int failures = 0;
+    const platform::StoreLock held(folder);
+    if (!held.Held()) {
+        std::cout << "FAIL: the holder has no lock" << std::endl;
+        return 1;
+    }
+    const std::string command = std::string("ZORRecordEvent.exe -start ") + kEventID;
+    const int code = std::system(command.c_str());
+    if (code != 0) {
+        std::cout << "FAIL: the recorder returned " << code << std::endl;
+        ++failures;
+    }
+    const std::string ini = ReadWhole(folder + "\\History.ini");
+    for (const std::string& line : {std::string("[") + kEventID + "]",
+                                    std::string("Event_ID=") + kEventID, std::string("Complete_Flag=FALSE")}) {
+        if (ini.find(line) == std::string::npos) {
+            std::cout << "FAIL: History.ini lacks " << line << std::endl;
+            ++failures;
+        }
+    }
+    if (!held.Held()) {
+        std::cout << "FAIL: the holder lost the lock" << std::endl;
+        ++failures;
+    }
+    std::cout << (failures == 0 ? "PASS" : "FAILED") << std::endl;
+    return failures == 0 ? 0 : 1;
+}
