@@ -188,6 +188,7 @@ bool CZipper::Open(const char* zipPath, const char* root, bool append)
         zipClose(zipHandle, nullptr);
     zipHandle = nullptr;
     rootFolder[0] = '\0';
+    archivePath.clear();
     counters = ZipCounters();
 
     if (zipPath == nullptr || *zipPath == '\0')
@@ -203,6 +204,7 @@ bool CZipper::Open(const char* zipPath, const char* root, bool append)
     zipHandle = OpenArchive(fullPath, append ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE);
     if (!IsOpen())
         return false;
+    archivePath = fullPath;
 
     if (root == nullptr) {
         const PathParts parts = SplitPath(fullPath.c_str());
@@ -222,6 +224,7 @@ bool CZipper::Close()
         closed = zipClose(zipHandle, nullptr) == ZIP_OK;
     zipHandle = nullptr;
     rootFolder[0] = '\0';
+    archivePath.clear();
     return closed;
 }
 
@@ -295,6 +298,18 @@ bool CZipper::IsUnderRoot(const char* path) const
     return true;
 }
 
+// The archive never packs itself: while it is written under its temporary
+// name, the file at its target's name is the archive that it replaces.
+bool CZipper::IsArchiveItself(const char* path) const
+{
+    std::size_t i = 0;
+    for (; path[i] != '\0' && i < archivePath.size(); ++i) {
+        if (!SamePathCharacter(path[i], archivePath[i]))
+            return false;
+    }
+    return path[i] == '\0' && i == archivePath.size();
+}
+
 // Copies `path` into the buffer `fullPath` and resolves it against the root;
 // false when the path or its resolved form doesn't fit.
 bool CZipper::ResolveCopy(const char* path, char* fullPath)
@@ -365,7 +380,7 @@ void CZipper::AddFolderContents(const char* fullPath, bool ignorePath)
             continue;
         if ((entry.attributes & platform::kAttributeDirectory) != 0)
             AddFolder(childPath, ignorePath);
-        else
+        else if (!IsArchiveItself(childPath))
             AddFile(childPath, ignorePath);
     } while (search.Next(entry));
     search.Close();

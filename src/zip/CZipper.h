@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "platform/FileSystem.h"
 #include "zip/ZipCounters.h"
@@ -60,6 +61,7 @@ public:
 private:
     bool IsOpen() const;
     bool IsUnderRoot(const char* path) const;
+    bool IsArchiveItself(const char* path) const;
     bool ResolveCopy(const char* path, char* fullPath);
     bool FolderEntryName(const char* fullPath, bool ignorePath, char* name) const;
     bool FileEntryName(const char* path, bool ignorePath, char* name) const;
@@ -72,5 +74,8 @@ private:
 
     void* zipHandle;
     char rootFolder[kPathBufferSize];
+    // The full path of the archive's target, which a new archive replaces only
+    // at its close: until then an earlier file of that name may stand there.
+    std::string archivePath;
     ZipCounters counters;
 };

@@ -243,6 +243,16 @@ def test_an_archive_inside_the_history_folder_leaves_itself_out(env):
     expect_equal(sorted(info.filename for info in infos), EXPECTED_NAMES)
 
 
+def test_a_second_archive_inside_the_history_folder_leaves_out_the_one_it_replaces(env):
+    lay_down_store(env)
+    name = env.store_as_program_sees_it + "\\inside.zip"
+    for run in ("first", "second"):
+        code, out = collect(env, name)
+        expect_equal((code, out), (0, env.lines(success(name))), f"{run} run")
+        infos = check_archive(env.store / "inside.zip")
+        expect_equal(sorted(info.filename for info in infos), EXPECTED_NAMES, f"{run} archive")
+
+
 def test_an_empty_history_folder_gives_an_archive_without_entries(env):
     env.store.mkdir(parents=True)
     code, out = collect(env, "x.zip")
