@@ -29,6 +29,8 @@ stage() {
 
 report_stages() {
     local status=$? retried line="" time
+    # The report is made whatever went wrong: no failure here ends it early.
+    set +e +o pipefail
     if [ -n "$current_stage" ]; then
         stage_times+=("$current_stage failed after $((SECONDS - stage_began)) s")
     fi

@@ -8,19 +8,18 @@
 #include "platform/StoreSecurity.h"
 #include "zip/CZipper.h"
 
-// The run holds the store's lock while it reads History.ini, stages and writes
-// the summaries, so that no recorder call changes the store meanwhile; it lets
-// go before the archive is packed, which may take long, so that no installer
-// waits for it. A store that older code left writable by others is set right
-// before anything is written into it.
+// The run holds the store's lock from the summaries to the end of the archive,
+// so that no recorder call changes the store meanwhile: a History.ini that a
+// recorder held open for its write at the moment the archive came to it would
+// be left out of the archive. A recorder waits at most the lock's bound. A
+// store that older code left writable by others is set right before anything
+// is written into it.
 bool CHistoryStore::CollectHistory(const std::string& zipFileName)
 {
     platform::SecureExistingStore(GetHistoryFolder());
-    {
-        const platform::StoreLock lock(GetHistoryFolder());
-        // A failed or skipped summary never stops the archive.
-        WriteSummary();
-    }
+    const platform::StoreLock lock(GetHistoryFolder());
+    // A failed or skipped summary never stops the archive.
+    WriteSummary();
     return CreateZip(zipFileName);
 }
 

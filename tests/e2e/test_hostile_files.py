@@ -5,6 +5,7 @@ collected whole. The attacks that need a second user run on the Linux build
 as root; under Wine the Windows counterparts run (attributes of a copy,
 reparse points in the store)."""
 import os
+import pathlib
 import pwd
 import shutil
 import stat
@@ -254,6 +255,64 @@ def test_folder_links_in_the_store_are_passed_over_on_every_build(env):
     names = archive_names(archive)
     expect_equal([n for n in names if "junction" in n], [], "entries below the link")
     expect_honest_log_collected(env, archive)
+
+
+# -- a store that older code left writable by everyone -------------------------
+def give_to_nobody(path):
+    entry = pwd.getpwnam("nobody")
+    os.chown(path, entry.pw_uid, entry.pw_gid)
+
+
+def test_root_writes_nothing_through_what_a_user_planted_in_an_old_store(env):
+    """A store made under umask 000 by older code: a user made a copy folder of
+    their own in it, with a link for its Summary.txt and a hard link or link
+    in place of files that root writes. Root's calls write none of them."""
+    if not second_user_available(env):
+        return
+    record_event(env)
+    for folder in (env.appdata / "TAQ", env.store, env.store / COPY, env.store / COPY / EVENT):
+        os.chmod(folder, 0o777)
+    secret = pathlib.Path(attacker_folder()) / "root-only"
+    secret.write_bytes(b"root only\n")
+    os.chmod(secret, 0o600)
+    planted = env.store / "C2"
+    planted.mkdir()
+    give_to_nobody(planted)
+    as_nobody("ln", "-s", str(secret), str(planted / "Summary.txt"))
+    event_log = env.store / COPY / EVENT / "ZORInstallEvent.Log"
+    event_log.unlink()
+    as_nobody("ln", "-s", str(secret), str(event_log))
+    record(env, "-start", "E2")
+    record(env, "-end", "E2", "-CopyName", "C2")
+    record(env, "-logmessage", EVENT, "-Message", "after the upgrade")
+    archive = collect(env)
+    expect_equal(secret.read_bytes(), b"root only\n", "the file that the links name")
+    assert (planted / "Summary.txt").is_symlink(), "the planted link was replaced"
+    assert "Event_ID=E2" in section_lines(env, "E2"), section_lines(env, "E2")
+    assert "C2\\Summary.txt" not in archive_names(archive), "a link was packed"
+
+
+def test_a_history_ini_that_a_user_linked_is_not_written_by_root(env):
+    if not second_user_available(env):
+        return
+    env.store.mkdir(parents=True)
+    os.chmod(env.store, 0o777)
+    secret = pathlib.Path(attacker_folder()) / "root-only"
+    secret.write_bytes(b"root only\n")
+    os.chmod(secret, 0o600)
+    as_nobody("ln", "-s", str(secret), str(env.store / "History.ini"))
+    record(env, "-start", EVENT)
+    expect_equal(secret.read_bytes(), b"root only\n", "the file that History.ini's link names")
+
+
+def test_a_fifo_in_place_of_history_ini_doesnt_hang_the_report(env):
+    if not env.native:
+        return
+    env.store.mkdir(parents=True)
+    os.mkfifo(env.store / "History.ini")
+    code, _, _ = env.run_full("ZORHistoryReport", str(env.store), "-o",
+                              str(env.work / "report.html"), timeout=120)
+    assert code in (0, 1), f"exit code {code}"
 
 
 if __name__ == "__main__":

@@ -17,6 +17,7 @@
 #include <cstring>
 #include <ctime>
 #include <fstream>
+#include <string>
 #include <vector>
 
 #include "platform/common/AsciiCase.h"
@@ -191,6 +192,39 @@ int OpenRegularFile(const std::string& systemPath)
     return descriptor;
 }
 
+bool PlantedForRoot(const struct stat& status)
+{
+    return geteuid() == 0 && status.st_uid != 0;
+}
+
+// Root writes only its own files of one name: another name elsewhere (a hard
+// link) would lead the write there.
+bool RootMayWrite(const struct stat& status)
+{
+    return geteuid() != 0 || (!PlantedForRoot(status) && status.st_nlink == 1);
+}
+
+int OpenCheckedPath(const std::string& systemPath, bool writes)
+{
+    const int flags = O_PATH | O_CLOEXEC | (writes ? O_NOFOLLOW : 0);
+    const int descriptor = open(systemPath.c_str(), flags);
+    if (descriptor < 0)
+        return -1;
+    struct stat status;
+    const bool fits = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+                      (!writes || RootMayWrite(status));
+    if (!fits) {
+        close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
+std::string DescriptorPath(int descriptor)
+{
+    return "/proc/self/fd/" + std::to_string(descriptor);
+}
+
 std::uint32_t AttributesOf(const std::string& systemPath, const struct stat& status)
 {
     if (S_ISDIR(status.st_mode))
@@ -263,7 +297,12 @@ bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base
         return false;
     if (writes)
         posix::MakeMissingFile(systemPath);
-    return buffer.open(systemPath, mode) != nullptr;
+    const int checked = posix::OpenCheckedPath(systemPath, writes);
+    if (checked < 0)
+        return false;
+    const bool opened = buffer.open(posix::DescriptorPath(checked), mode) != nullptr;
+    close(checked);
+    return opened;
 }
 
 std::FILE* OpenRuntimeFile(const std::string& path, const char* mode)
@@ -335,11 +374,15 @@ bool WriteAll(int descriptor, const char* data, std::size_t size)
     return true;
 }
 
-bool CopyBytes(int source, int target)
+// Copies the `size` bytes that the source held when it was opened, and no
+// more: a file that its owner keeps appending to never holds the copy up.
+bool CopyBytes(int source, int target, off_t size)
 {
     char block[65536];
-    for (;;) {
-        const ssize_t got = read(source, block, sizeof block);
+    off_t left = size;
+    while (left > 0) {
+        const std::size_t want = static_cast<std::size_t>(std::min<off_t>(left, sizeof block));
+        const ssize_t got = read(source, block, want);
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
@@ -348,7 +391,9 @@ bool CopyBytes(int source, int target)
             return true;
         if (!WriteAll(target, block, static_cast<std::size_t>(got)))
             return false;
+        left -= got;
     }
+    return true;
 }
 
 // The most that a copy's mode keeps of its source's: read and write for the
@@ -372,7 +417,8 @@ bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string
     const int target = open(targetPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (target < 0)
         return false;
-    bool copied = CopyBytes(source, target) && TakeOverModeAndTime(target, sourceStatus);
+    bool copied = CopyBytes(source, target, sourceStatus.st_size) &&
+                  TakeOverModeAndTime(target, sourceStatus);
     if (close(target) != 0)
         copied = false;
     if (!copied)

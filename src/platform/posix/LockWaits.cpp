@@ -26,6 +26,7 @@ constexpr std::chrono::milliseconds kLongestPause(10);
 
 // The end of the waits of this thread's current call; none outside a call.
 thread_local bool inCall = false;
+thread_local bool guarded = false;
 thread_local Clock::time_point callDeadline;
 
 // The files (device and inode) whose holders kept them past a bound.
@@ -60,7 +61,9 @@ Clock::time_point DeadlineFor(const FileKey& file)
     const Clock::time_point now = Clock::now();
     if (passedBy.count(file) != 0)
         return now;
-    return inCall ? callDeadline : now + StoreLock::kWaitBound;
+    if (!inCall)
+        return now + StoreLock::kWaitBound;
+    return guarded ? std::min(callDeadline, now + LockWaits::kGuardedWait) : callDeadline;
 }
 
 }  // namespace
@@ -68,12 +71,19 @@ Clock::time_point DeadlineFor(const FileKey& file)
 void LockWaits::BeginCall(std::chrono::milliseconds bound)
 {
     inCall = true;
+    guarded = false;
     callDeadline = Clock::now() + bound;
+}
+
+void LockWaits::CallGuarded()
+{
+    guarded = inCall;
 }
 
 void LockWaits::EndCall()
 {
     inCall = false;
+    guarded = false;
 }
 
 bool LockWaits::Take(int fd, int operation)

@@ -15,8 +15,15 @@ namespace posix {
 
 class LockWaits {
 public:
+    static constexpr std::chrono::milliseconds kGuardedWait{2000};
+
     // Starts a call on this thread: its waits end at the latest `bound` from now.
     static void BeginCall(std::chrono::milliseconds bound);
+    // The call of this thread holds the store's lock: every writer waits for
+    // it, so another holder of a store file's lock can only be a reader, which
+    // reads for a moment, or someone who keeps it to hold up the call. The
+    // call's later waits end within kGuardedWait.
+    static void CallGuarded();
     // Ends the call of this thread: a later wait has the full bound to itself.
     static void EndCall();
     // flock(fd, operation) (LOCK_EX or LOCK_SH), waited for within the bound.

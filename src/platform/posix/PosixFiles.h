@@ -24,6 +24,22 @@ std::string WithSystemSeparators(const std::string& path);
 // file is refused. The descriptor, or -1.
 int OpenRegularFile(const std::string& systemPath);
 
+// A descriptor that names (O_PATH) the regular file at `systemPath` and opens
+// nothing, so a FIFO or device is never waited on; -1 for anything else. For a
+// write, a link in the last component is not followed, and root is refused a
+// file that another user owns or that has a second name (a hard link): such a
+// file in the store was put there by someone else, and root would write
+// wherever it leads. Other callers are held by the file's permissions.
+int OpenCheckedPath(const std::string& systemPath, bool writes);
+
+// The name under which a descriptor's file is opened again: that very file,
+// whatever its path names meanwhile.
+std::string DescriptorPath(int descriptor);
+
+// Whether root must not write through this entry of the store: a symbolic
+// link, or a file, that another user owns.
+bool PlantedForRoot(const struct stat& status);
+
 // The attribute word of an existing entry: the folder bit for a folder,
 // otherwise the archive bit, plus the read-only bit when this process
 // may not write it. Never 0.

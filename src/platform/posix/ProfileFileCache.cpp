@@ -65,7 +65,8 @@ void Lock(int fd, int operation)
 bool ReadLocked(const std::string& systemPath, std::string& bytes, FileIdentity& identity)
 {
     for (int attempt = 0; attempt < kReadAttempts; ++attempt) {
-        const int fd = open(systemPath.c_str(), O_RDONLY | O_CLOEXEC);
+        // Not waited on when it is a FIFO: only a regular file is read.
+        const int fd = open(systemPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
         if (fd < 0)
             return false;
         struct stat before, after;
@@ -227,10 +228,18 @@ bool ProfileFileCache::ChangeMissingFile(const std::string& systemPath, const Do
     return ChangeAt(systemPath, O_RDWR, change);
 }
 
+// The file is changed where a link leads, as the Windows calls change it, but
+// root follows no link that another user made and writes no file that another
+// user owns: those were put in the store by someone else (see ChangeOpenFile).
 bool ProfileFileCache::ChangeAt(const std::string& systemPath, int openFlags,
                                 const DocumentChange& change)
 {
-    const int fd = open(systemPath.c_str(), openFlags | O_CLOEXEC);
+    struct stat entry;
+    if (lstat(systemPath.c_str(), &entry) == 0 && S_ISLNK(entry.st_mode) && PlantedForRoot(entry)) {
+        Forget(systemPath);
+        return false;
+    }
+    const int fd = open(systemPath.c_str(), openFlags | O_CLOEXEC | O_NONBLOCK);
     const bool changed = fd >= 0 && ChangeOpenFile(fd, systemPath, change);
     if (fd >= 0)
         close(fd);
@@ -246,7 +255,7 @@ bool ProfileFileCache::ChangeOpenFile(int fd, const std::string& systemPath,
 {
     struct stat status;
     Lock(fd, LOCK_EX);
-    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) ||
+    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) || PlantedForRoot(status) ||
         (AttributesOf(systemPath, status) & kAttributeReadOnly) != 0)
         return false;
     ProfileDocument document;

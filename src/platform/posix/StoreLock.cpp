@@ -113,10 +113,12 @@ StoreLock::StoreLock(const std::string& folder, std::chrono::milliseconds bound)
     const int file = OpenLockFileIn(folder);
     if (file < 0)
         return;
-    if (posix::LockWaits::Take(file, LOCK_EX))
+    if (posix::LockWaits::Take(file, LOCK_EX)) {
         handle_ = file;
-    else
+        posix::LockWaits::CallGuarded();
+    } else {
         close(file);
+    }
 }
 
 StoreLock::~StoreLock()
