@@ -12,7 +12,6 @@
 #include <thread>
 #include <utility>
 
-#include "platform/StoreLock.h"
 
 namespace platform {
 namespace posix {
@@ -62,7 +61,7 @@ Clock::time_point DeadlineFor(const FileKey& file)
     if (passedBy.count(file) != 0)
         return now;
     if (!inCall)
-        return now + StoreLock::kWaitBound;
+        return now + LockWaits::kGuardedWait;
     return guarded ? std::min(callDeadline, now + LockWaits::kGuardedWait) : callDeadline;
 }
 

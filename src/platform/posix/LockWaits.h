@@ -2,7 +2,8 @@
 // is waited for only until the bound of the current call has passed; the
 // caller then goes on without it, as if there were no lock at all. The waits
 // of one call (from the store's lock to its release, on one thread) share
-// one bound; a wait outside such a call has the bound to itself. A file whose
+// one bound. A wait outside such a call is for a store file's own lock, which
+// honest holders keep for one read or one write: it ends within kGuardedWait. A file whose
 // holder kept it past the bound once is not waited for again by the thread
 // until the thread gets its lock again, so that a holder who never lets go
 // costs a process one bound, not one for each call.
