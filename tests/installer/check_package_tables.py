@@ -20,10 +20,9 @@ import pathlib
 import shutil
 import subprocess
 import sys
-import traceback
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "e2e"))
-from e2e_support import pe_arch  # noqa: E402
+from e2e_support import pe_arch, run_tests  # noqa: E402
 
 SOURCES = pathlib.Path(__file__).resolve().parent
 DLL_ACTION_TYPE = "3073"
@@ -121,21 +120,10 @@ def test_dll_exports_the_action_by_its_undecorated_name(build):
 
 def main():
     build = Build(pathlib.Path(sys.argv[1]), pathlib.Path(sys.argv[2]))
-    passed = failed = 0
-    for name, test in list(globals().items()):
-        if not name.startswith("test_"):
-            continue
-        try:
-            test(build)
-            passed += 1
-            print(f"PASS {name} ({build.arch})")
-        except Exception:
-            failed += 1
-            print(f"FAIL {name} ({build.arch})")
-            traceback.print_exc(file=sys.stdout)
-    print(f"{passed} passed, {failed} failed")
-    return 1 if failed else 0
+    print(f"packages for {build.arch}")
+    run_tests([(name, lambda test=test: test(build))
+               for name, test in list(globals().items()) if name.startswith("test_")], lambda: None)
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()

@@ -15,7 +15,9 @@ import signal
 import subprocess
 import sys
 import time
-import traceback
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "e2e"))
+from e2e_support import run_tests  # noqa: E402
 
 # The stand-in: counts its starts in `starts`; its behaviour on each start is the
 # line of `plan` of that number (the last line again once the plan runs out). It
@@ -183,21 +185,9 @@ def is_zombie(pid):
 
 def main():
     launcher, root = sys.argv[1], pathlib.Path(sys.argv[2])
-    passed = failed = 0
-    for name, test in list(globals().items()):
-        if not name.startswith("test_"):
-            continue
-        try:
-            test(Case(launcher, root, name))
-            passed += 1
-            print(f"PASS {name}")
-        except Exception:
-            failed += 1
-            print(f"FAIL {name}")
-            traceback.print_exc(file=sys.stdout)
-    print(f"{passed} passed, {failed} failed")
-    return 1 if failed else 0
+    run_tests([(name, lambda test=test, name=name: test(Case(launcher, root, name)))
+               for name, test in list(globals().items()) if name.startswith("test_")], lambda: None)
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()
