@@ -7,9 +7,7 @@
 # built with clang and each runs for a bounded time (ZOR_FUZZ_SECONDS, 45 s
 # each); scripts/fuzz.sh runs them for long.
 #
-# It ends, pass or fail, with the time that each stage took and one line that
-# says how many starts of a Windows program scripts/wine-run.py made once more
-# because Wine ended them at once (each is listed in build/*/*.retries).
+# It ends, pass or fail, with the time that each stage took.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -28,13 +26,12 @@ stage() {
 }
 
 report_stages() {
-    local status=$? retried line="" time
+    local status=$? line="" time
     # The report is made whatever went wrong: no failure here ends it early.
     set +e +o pipefail
     if [ -n "$current_stage" ]; then
         stage_times+=("$current_stage failed after $((SECONDS - stage_began)) s")
     fi
-    retried=$(cat build/*/*.retries 2>/dev/null | wc -l)
     echo
     for time in "${stage_times[@]}"; do
         line+="${line:+, }$time"
@@ -43,11 +40,9 @@ report_stages() {
     if [ -n "$x86_not_run" ]; then
         echo "$x86_not_run"
     fi
-    echo "Wine starts retried: $retried"
     exit $status
 }
 trap report_stages EXIT
-rm -f build/*/*.retries
 
 install_deps() {
     if [ "$(id -u)" -eq 0 ]; then

@@ -10,13 +10,18 @@ starts a persistent wineserver and lets Wine's background services start, all
 with no inherited descriptors: a server or service started by the program's
 own `wine` would keep the caller's output pipes open and hang it.
 
-Wine now and then ends a program's start at once, before the program's own
-code runs: exit code 1, not one byte on standard output or standard error,
-within a few milliseconds. Such a start, and only such a start, is made once
-more; every retry is logged, one line each, in PREFIX.retries, which
-scripts/test-all.sh counts. Any other outcome is the caller's as it happened:
-the program's output is relayed as it comes, its exit code or the signal that
-ended it is this launcher's own.
+Every Wine process runs without address space randomization (`setarch -R`).
+Debian's wine64 loader is linked at 0x7d000000 and has no preloader to reserve
+Windows' fixed addresses, so the kernel puts the loader's heap at a random
+place in the gigabyte above it; now and then the heap covers 0x7ffe0000, where
+Wine must map the shared user data, and the start ends at once with exit code
+1 ("failed to map the shared user data: c0000018", an error that WINEDEBUG=-all
+keeps silent). Without randomization the heap starts right above the loader,
+48 MB below that address.
+
+The program's output is relayed as it comes; its exit code, or the signal that
+ended it, is this launcher's own. A failure of the launcher itself ends it
+with exit code 125 and a line on standard error.
 """
 import fcntl
 import os
@@ -26,25 +31,23 @@ import subprocess
 import sys
 import time
 
-# A start that ended with the flake's signature within this many seconds is
-# made once more. Wine's failed starts end within 10 ms; the quickest of 1 000
-# real runs of a Windows program that returns at once took 52 ms here, and the
-# quickest run of a program of ours 61 ms (see the README's Wine section).
-# The launcher's own test sets another bound (ZOR_WINE_FLAKE_BOUND_MS), so that
-# its stand-in for Wine counts as quick however busy the machine is.
-FLAKE_BOUND_SECONDS = float(os.environ.get("ZOR_WINE_FLAKE_BOUND_MS", "30")) / 1000
-FLAKE_EXIT_CODE = 1
+# The exit code of a launcher that failed before or while it ran the program.
+LAUNCHER_FAILED = 125
 
 # Once the program has ended, what its descendants still hold of its output
 # pipes is read for at most this long.
 DRAIN_SECONDS = 10
 
 
+# Every Wine process starts through this: no address space randomization (see above).
+FIXED_ADDRESSES = ["setarch", "-R"]
+
 
 def quiet(command):
     """Runs a Wine tool with no inherited descriptors; returns its exit code."""
-    return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                          stderr=subprocess.DEVNULL, close_fds=True).returncode
+    return subprocess.run(FIXED_ADDRESSES + command, stdin=subprocess.DEVNULL,
+                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                          close_fds=True).returncode
 
 
 def prepare_prefix(prefix):
@@ -70,12 +73,10 @@ def write_all(fd, data):
 
 
 def relay(process):
-    """Relays the program's standard output and error as they come until both
-    end; returns how many bytes came."""
+    """Relays the program's standard output and error as they come until both end."""
     selector = selectors.DefaultSelector()
     selector.register(process.stdout, selectors.EVENT_READ, 1)
     selector.register(process.stderr, selectors.EVENT_READ, 2)
-    count = 0
     drain_deadline = None
     while selector.get_map():
         if drain_deadline is None and process.poll() is not None:
@@ -89,15 +90,12 @@ def relay(process):
             if not data:
                 selector.unregister(key.fileobj)
                 continue
-            count += len(data)
             write_all(key.data, data)
     selector.close()
-    return count
 
 
-def start(command, forwarded):
-    """One start of the program; returns (exit status, bytes of output, seconds)."""
-    began = time.monotonic()
+def run_program(command, forwarded):
+    """Runs the program; returns its exit status (minus the signal that ended it)."""
     # The program keeps the signal dispositions that Python gives this
     # launcher instead of having them reset: SIGXFSZ stays ignored, so that a
     # write past a file size limit (the disk-full tests set one) fails as on a
@@ -107,27 +105,13 @@ def start(command, forwarded):
                                restore_signals=False)
     forwarded.append(process)
     try:
-        count = relay(process)
+        relay(process)
         status = process.wait()
     finally:
         forwarded.remove(process)
         process.stdout.close()
         process.stderr.close()
-    return status, count, time.monotonic() - began
-
-
-def log_retry(prefix, seconds, arguments):
-    line = "%s %.1f ms: %s\n" % (time.strftime("%Y-%m-%dT%H:%M:%S"), seconds * 1000,
-                                 " ".join(arguments))
-    fd = os.open(prefix + ".retries", os.O_WRONLY | os.O_APPEND | os.O_CREAT, 0o644)
-    try:
-        os.write(fd, line.encode("utf-8", "replace"))
-    finally:
-        os.close(fd)
-
-
-def is_flake(status, count, seconds):
-    return status == FLAKE_EXIT_CODE and count == 0 and seconds < FLAKE_BOUND_SECONDS
+    return status
 
 
 def forward_signals(forwarded):
@@ -161,13 +145,19 @@ def main(argv):
     forward_signals(forwarded)
     # The program ends with this launcher, whatever ends the launcher (setpriv
     # sets that up without the cost of a Python function run in the child).
-    command = ["setpriv", "--pdeathsig", "KILL", "wine"] + argv[2:]
-    status, count, seconds = start(command, forwarded)
-    if is_flake(status, count, seconds):
-        log_retry(prefix, seconds, argv[2:])
-        status, count, seconds = start(command, forwarded)
+    command = FIXED_ADDRESSES + ["setpriv", "--pdeathsig", "KILL", "wine"] + argv[2:]
+    return run_program(command, forwarded)
+
+
+def launch(argv):
+    """Runs main; a failure of the launcher itself is told apart from the program's."""
+    try:
+        status = main(argv)
+    except Exception as failure:  # noqa: BLE001 - any failure of the launcher is reported the same way
+        sys.stderr.write(f"wine-run.py: {failure!r}\n")
+        sys.exit(LAUNCHER_FAILED)
     end_as(status)
 
 
 if __name__ == "__main__":
-    main(sys.argv)
+    launch(sys.argv)

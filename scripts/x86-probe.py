@@ -5,8 +5,7 @@
 Usage: x86-probe.py PREFIX PROBE.exe
 
 PROBE.exe is a tiny 32-bit program that prints its token. It is started through
-scripts/wine-run.py, so Wine's start flake (exit 1, no output, at once) is made
-once more there and never reads as "can't". Only two outcomes mean that this
+scripts/wine-run.py, as every test starts a Windows program. Only two outcomes mean that this
 machine can't run 32-bit Windows code:
 - Wine's 32-bit Windows modules are missing (scripts/install-deps.sh copies
   them from libwine:i386);
@@ -37,7 +36,7 @@ def cant(reason):
 def killing_signal(prefix, probe):
     """The signal that killed a process of the probe's start, seen by strace, or None."""
     environment = dict(os.environ, WINEPREFIX=prefix, WINEDEBUG="-all")
-    traced = subprocess.run(["strace", "-f", "-q", "-e", "trace=none",
+    traced = subprocess.run(["setarch", "-R", "strace", "-f", "-q", "-e", "trace=none",
                              "wine", probe], env=environment, stdin=subprocess.DEVNULL,
                             capture_output=True, timeout=300)
     found = re.search(rb"\+\+\+ killed by (SIG[A-Z0-9]+)", traced.stderr)
