@@ -4,6 +4,7 @@
 // for the lock's bound and then records the event whole. Argument: the
 // history folder.
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -13,7 +14,12 @@
 
 namespace {
 
-const char* const kEventID = "HeldStoreLockEvent";
+// Named anew at each run, so that no event of an earlier run in the same
+// store can pass for this one.
+std::string NewEventID()
+{
+    return "HeldStoreLock" + std::to_string(static_cast<long long>(std::time(nullptr)));
+}
 
 std::string ReadWhole(const std::string& path)
 {
@@ -36,15 +42,15 @@ int main(int argc, char** argv)
         std::cout << "FAIL: the holder has no lock" << std::endl;
         return 1;
     }
-    const std::string command = std::string("ZORRecordEvent.exe -start ") + kEventID;
+    const std::string eventID = NewEventID();
+    const std::string command = "ZORRecordEvent.exe -start " + eventID;
     const int code = std::system(command.c_str());
     if (code != 0) {
         std::cout << "FAIL: the recorder returned " << code << std::endl;
         ++failures;
     }
     const std::string ini = ReadWhole(folder + "\\History.ini");
-    for (const std::string& line : {std::string("[") + kEventID + "]",
-                                    std::string("Event_ID=") + kEventID, std::string("Complete_Flag=FALSE")}) {
+    for (const std::string& line : {"[" + eventID + "]", "Event_ID=" + eventID, std::string("Complete_Flag=FALSE")}) {
         if (ini.find(line) == std::string::npos) {
             std::cout << "FAIL: History.ini lacks " << line << std::endl;
             ++failures;
