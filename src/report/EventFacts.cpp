@@ -11,10 +11,17 @@ namespace {
 // name below the folder.
 const char kHistoryFolderName[] = "\\zorhistory\\";
 
-bool ReadsAsSuccess(const std::string& result)
+bool ReadsAsSuccess(const std::string& folded)
 {
-    const std::string folded = platform::FoldedAsciiText(result);
     return folded == "0" || folded == "success" || folded == "succeeded" || folded == "successful";
+}
+
+// Windows Installer's results of an install that succeeded and needs the
+// machine restarted (3010) or has begun the restart (1641): installers pass
+// them on as their own.
+bool ReadsAsRestartNeeded(const std::string& folded)
+{
+    return folded == "3010" || folded == "1641";
 }
 
 // Days from 1 January 1970 to the date, in the proleptic Gregorian calendar.
@@ -63,7 +70,10 @@ EventOutcome OutcomeOf(const EventRecord& event)
         return EventOutcome::NeverEnded;
     if (event.result.empty())
         return EventOutcome::NoResult;
-    return ReadsAsSuccess(event.result) ? EventOutcome::Succeeded : EventOutcome::Failed;
+    const std::string folded = platform::FoldedAsciiText(event.result);
+    if (ReadsAsSuccess(folded))
+        return EventOutcome::Succeeded;
+    return ReadsAsRestartNeeded(folded) ? EventOutcome::RestartNeeded : EventOutcome::Failed;
 }
 
 std::optional<long long> SecondsBetween(const std::string& start, const std::string& end)

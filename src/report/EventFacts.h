@@ -10,7 +10,8 @@
 #include "report/ReportModel.h"
 
 // Never ended while Complete_Flag isn't "TRUE"; then succeeded for a result
-// of 0 or "Success" (any case), no result for an empty one, failed otherwise.
+// of 0 or "Success" (any case), succeeded with a restart needed for 3010 or
+// 1641, no result for an empty one, failed otherwise.
 EventOutcome OutcomeOf(const EventRecord& event);
 
 // Seconds between two of the recorder's time stamps ("%Y%m%d %H:%M:%S"), if

@@ -1,6 +1,5 @@
 #include "report/HtmlReport.h"
 
-#include <algorithm>
 
 #include "report/ReportWords.h"
 
@@ -23,6 +22,7 @@ th { background: #eef; }
 .succeeded { color: #060; font-weight: bold; }
 .failed { color: #a00; font-weight: bold; }
 .never-ended, .no-result { color: #a60; font-weight: bold; }
+.restart-needed { color: #a60; }
 .none, .na { margin: 0.2em 0; }
 .na, .note { color: #a60; }
 .added::before { content: "+ "; color: #060; }
@@ -33,12 +33,21 @@ code, .mono { font-family: "DejaVu Sans Mono", monospace; }
 @media print { body { margin: 0; max-width: none; } .event { break-inside: avoid-page; } }
 )";
 
-// The outcome's word as a class name: "no result" gives "no-result".
-std::string OutcomeClass(EventOutcome outcome)
+const char* OutcomeClass(EventOutcome outcome)
 {
-    std::string name = OutcomeWord(outcome);
-    std::replace(name.begin(), name.end(), ' ', '-');
-    return name;
+    switch (outcome) {
+    case EventOutcome::Succeeded:
+        return "succeeded";
+    case EventOutcome::RestartNeeded:
+        return "restart-needed";
+    case EventOutcome::Failed:
+        return "failed";
+    case EventOutcome::NoResult:
+        return "no-result";
+    case EventOutcome::NeverEnded:
+        break;
+    }
+    return "never-ended";
 }
 
 void WriteFact(std::ostream& out, const char* label, const std::string& value)

@@ -51,7 +51,7 @@ struct SectionChanges {
 // One entry for each section, empty where the section can't be compared.
 using SnapshotChanges = std::array<std::optional<SectionChanges>, kSnapshotPartCount>;
 
-enum class EventOutcome { Succeeded, Failed, NoResult, NeverEnded };
+enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded };
 
 // An installer's file that the event names.
 struct InstallerLog {

@@ -64,6 +64,8 @@ const char* OutcomeWord(EventOutcome outcome)
     switch (outcome) {
     case EventOutcome::Succeeded:
         return "succeeded";
+    case EventOutcome::RestartNeeded:
+        return "succeeded, restart needed";
     case EventOutcome::Failed:
         return "failed";
     case EventOutcome::NoResult:

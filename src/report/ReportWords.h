@@ -14,7 +14,7 @@ std::string SectionTitle(std::size_t part);
 // "users", "software", "processes", "services", "zorProducts", "odbcDrivers".
 const char* SectionKey(std::size_t part);
 
-// "succeeded", "failed", "no result" or "never ended".
+// "succeeded", "succeeded, restart needed", "failed", "no result" or "never ended".
 const char* OutcomeWord(EventOutcome outcome);
 
 // The outcome, with the installer's result text where it failed.

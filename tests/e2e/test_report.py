@@ -191,6 +191,24 @@ def test_process_started_during_the_install_is_listed_as_added(env):
     assert int(counts["processes"]) >= 1, f"processes count in the summary: {counts!r}"
 
 
+def test_windows_installers_restart_results_read_as_success_that_needs_a_restart(env):
+    results = {"R-0": ("0", "succeeded"), "R-3010": ("3010", "succeeded, restart needed"),
+               "R-1641": ("1641", "succeeded, restart needed"), "R-1603": ("1603", "failed (1603)")}
+    for event, (result, _) in results.items():
+        record(env, "-start", event, "-Action", "Install")
+        record(env, "-end", event, "-CopyName", "RestartCopy", "-Result", result)
+    collect(env, "x.zip")
+    out = make_report(env, "x.zip", "-json", "r.json", "-o", "r.html")
+    document = read_json(env.work / "r.json")
+    for event, (_, word) in results.items():
+        expect_equal(summary_fields(summary_line(out, "RestartCopy", event))[3], word,
+                     f"result of {event} in the summary")
+        expect_equal(event_of(document, "RestartCopy", event)["result"], word.split(" (")[0],
+                     f"result of {event} in the JSON form")
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    expect_equal(html.count('class="restart-needed"'), 4, "restart-needed marks on the page")
+
+
 # -- 2: a service and a copy of the product, under Wine --------------------
 def import_copy_fixture(env):
     code, _ = wine(env, "regedit", "/s", env.program_path(COPY_FIXTURE))
