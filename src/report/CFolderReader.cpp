@@ -6,10 +6,21 @@
 
 #include "platform/FileSystem.h"
 #include "platform/Profile.h"
+#include "zip/PathParts.h"
 
 namespace {
 
 constexpr std::size_t kBlockSize = 64 * 1024;
+
+// Whether the entry at the path is a link (a junction or symbolic link) or a
+// special file, which may lead out of the folder or never end (a FIFO).
+bool IsLinkOrSpecial(const std::string& path)
+{
+    platform::FolderSearch search;
+    platform::FolderEntry entry;
+    const std::uint32_t linkOrSpecial = platform::kAttributeReparsePoint | platform::kAttributeDevice;
+    return search.First(path, entry) && (entry.attributes & linkOrSpecial) != 0;
+}
 
 }  // namespace
 
@@ -21,9 +32,24 @@ std::string CFolderReader::PathOf(const std::string& lookupName) const
     return folder_ + "\\" + relative;
 }
 
+// The names come from History.ini, which anyone who made the folder wrote:
+// each component on the way is looked at, the file's own included.
+bool CFolderReader::LeadsInside(const std::string& lookupName) const
+{
+    const std::string path = PathOf(lookupName);
+    if (lookupName.empty() || !StaysInsideFolder(path.substr(folder_.size() + 1)))
+        return false;
+    for (std::string::size_type end = folder_.size() + 1; end != std::string::npos;) {
+        end = path.find('\\', end + 1);
+        if (IsLinkOrSpecial(path.substr(0, end)))
+            return false;
+    }
+    return true;
+}
+
 bool CFolderReader::Contains(const std::string& lookupName) const
 {
-    return !lookupName.empty() && platform::StatPath(platform::SystemPath(PathOf(lookupName))).regularFile;
+    return LeadsInside(lookupName) && platform::StatPath(platform::SystemPath(PathOf(lookupName))).regularFile;
 }
 
 bool CFolderReader::Stream(const std::string& lookupName, std::uint64_t limit,

@@ -1,5 +1,7 @@
 // Reads the files of a history folder on disk: the store itself, or an
-// archive unpacked by hand. Names are taken relative to the folder.
+// archive unpacked by hand. Names are taken relative to the folder, and lead
+// to regular files inside it only: a name that climbs out or begins at a root
+// or drive, and a link or special file anywhere on its way, are not there.
 #pragma once
 
 #include <cstdint>
@@ -22,6 +24,7 @@ public:
 
 private:
     std::string PathOf(const std::string& lookupName) const;
+    bool LeadsInside(const std::string& lookupName) const;
 
     std::string folder_;
 };
