@@ -145,6 +145,16 @@ std::FILE* CreateFileBeside(const std::string& path, std::string& temporaryPath)
 // that name (never writing through it). On failure the temporary file is removed.
 bool PutFileInPlace(const std::string& temporaryPath, const std::string& path);
 
+// Whether two paths name one and the same file or folder, however they are
+// spelt: through a link, in another case of the letters, with "." or ".."
+// components. A name that doesn't exist names the entry it would make: the
+// same as another name in the same folder that differs only in case.
+bool SameEntry(const std::string& first, const std::string& second);
+
+// Whether `path` names `folder` itself or an entry anywhere below it, however
+// either is spelt (as SameEntry takes them).
+bool LiesWithin(const std::string& path, const std::string& folder);
+
 // What a text-mode stream writes for "\n" on this platform.
 extern const char* const kTextLineEnd;
 

@@ -46,10 +46,32 @@ bool WriteOutputs(const ReportOptions& options, const HistoryReport& report)
     return true;
 }
 
+// Why the outputs can't be written where they are named, or empty: an output
+// must not be the source archive, lie inside the source folder, or be the
+// other output, however the names are spelt.
+std::string OutputConflict(const ReportOptions& options)
+{
+    const bool sourceIsFolder = platform::StatPath(platform::SystemPath(options.source)).directory;
+    for (const std::string* path : {&options.htmlPath, &options.jsonPath}) {
+        if (path->empty())
+            continue;
+        if (sourceIsFolder ? platform::LiesWithin(*path, options.source) : platform::SameEntry(*path, options.source))
+            return *path + ": the report can't be written over its source";
+    }
+    if (!options.htmlPath.empty() && !options.jsonPath.empty() &&
+        platform::SameEntry(options.htmlPath, options.jsonPath))
+        return options.jsonPath + ": -o and -json name the same file";
+    return std::string();
+}
+
 int Run(const ReportOptions& options)
 {
     CHistorySource source;
-    std::string reason;
+    std::string reason = OutputConflict(options);
+    if (!reason.empty()) {
+        std::cerr << reason << std::endl;
+        return kCantRead;
+    }
     if (!source.Open(options.source, reason)) {
         std::cerr << reason << std::endl;
         return kCantRead;

@@ -335,6 +335,61 @@ def test_folder_without_history_ini_is_refused(env):
     expect_source_refused(env, "Looks Like History", "a folder without History.ini")
 
 
+def expect_outputs_refused(env, args, named, error, kept):
+    """A run whose outputs are refused: exit code 1, one error line that names
+    the refused output, nothing written, and the files `kept` (path -> bytes)
+    as they were."""
+    code, out, err = run_report(env, *args)
+    expect_equal(code, 1, f"exit code of ZORHistoryReport {args!r}")
+    expect_equal(error_lines(env, err), [f"{named}: {error}"], f"error lines of {args!r}")
+    for path, content in kept.items():
+        assert path.read_bytes() == content, f"{path.name} changed by ZORHistoryReport {args!r}"
+
+
+def test_an_output_never_overwrites_the_source_archive_however_it_is_named(env):
+    record_two_events(env)
+    archive = collect(env, "x.zip")
+    content = archive.read_bytes()
+    spellings = ["x.zip", env.program_path(archive), "scratch/../x.zip" if env.native else "scratch\\..\\x.zip"]
+    (env.work / "scratch").mkdir()
+    if env.native:
+        os.symlink("x.zip", env.work / "link.zip")
+        spellings.append("link.zip")
+    else:
+        spellings.append("X.ZIP")
+    for spelling in spellings:
+        for option in ("-o", "-json"):
+            expect_outputs_refused(env, ["x.zip", option, spelling], spelling,
+                                   "the report can't be written over its source", {archive: content})
+    expect_equal(sorted(listing(env.work)), sorted(["x.zip", "scratch"] + (["link.zip"] if env.native else [])),
+                 "work folder after the refused runs")
+
+
+def test_no_output_is_written_into_the_source_folder(env):
+    record_two_events(env)
+    ini = env.store / "History.ini"
+    content = ini.read_bytes()
+    inside = env.program_path(ini)
+    expect_outputs_refused(env, [env.program_path(env.store), "-o", inside], inside,
+                           "the report can't be written over its source", {ini: content})
+    new_file = env.program_path(env.store / "report.html")
+    expect_outputs_refused(env, [env.program_path(env.store), "-json", new_file], new_file,
+                           "the report can't be written over its source", {ini: content})
+    assert not (env.store / "report.html").exists(), "report.html written into the store"
+
+
+def test_the_two_outputs_never_name_one_file(env):
+    record_two_events(env)
+    collect(env, "x.zip")
+    other = "R.HTML" if not env.native else "scratch/../r.html"
+    (env.work / "scratch").mkdir()
+    for html, json_path in (("r.html", "r.html"), ("r.html", other)):
+        expect_outputs_refused(env, ["x.zip", "-o", html, "-json", json_path], json_path,
+                               "-o and -json name the same file", {})
+        assert not (env.work / "r.html").exists(), f"r.html written with -o {html} -json {json_path}"
+    make_report(env, "x.zip", "-o", "r.html", "-json", "r.json")
+
+
 def test_without_outputs_report_html_is_written_to_the_current_folder_alone(env):
     record_two_events(env)
     archive = collect(env, "x.zip")

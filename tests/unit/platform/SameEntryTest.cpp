@@ -1,0 +1,90 @@
+// One entry under several names: spellings with "." and "..", another case of
+// the letters, a link; names not made yet; and whether a name lies within a folder.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include "platform/FileSystem.h"
+#include "support/TestFiles.h"
+#include "support/TestMachine.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class SameEntry : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        root_ = machine_.Root();
+        MakeFolders(root_ + "\\store\\C1");
+        WriteWholeFile(root_ + "\\x.zip", "archive");
+        WriteWholeFile(root_ + "\\y.zip", "another");
+    }
+
+    bool MakeLink(const std::string& target, const std::string& link, bool folder)
+    {
+        std::error_code failed;
+        if (folder)
+            fs::create_directory_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
+        else
+            fs::create_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
+        return !failed;
+    }
+
+    TestMachine machine_;
+    std::string root_;
+};
+
+TEST_F(SameEntry, AFileIsItselfUnderEverySpelling)
+{
+    EXPECT_TRUE(platform::SameEntry(root_ + "\\x.zip", root_ + "\\x.zip"));
+    EXPECT_TRUE(platform::SameEntry(root_ + "\\x.zip", root_ + "\\store\\..\\x.zip"));
+    EXPECT_TRUE(platform::SameEntry(root_ + "\\x.zip", root_ + "\\.\\X.ZIP"));
+}
+
+TEST_F(SameEntry, TwoFilesAreTwoEntries)
+{
+    EXPECT_FALSE(platform::SameEntry(root_ + "\\x.zip", root_ + "\\y.zip"));
+    EXPECT_FALSE(platform::SameEntry(root_ + "\\x.zip", root_ + "\\store\\x.zip"));
+}
+
+TEST_F(SameEntry, NamesNotMadeYetAreOneWhenTheyWouldMakeOneEntry)
+{
+    EXPECT_TRUE(platform::SameEntry(root_ + "\\r.html", root_ + "\\R.HTML"));
+    EXPECT_TRUE(platform::SameEntry(root_ + "\\r.html", root_ + "\\store\\..\\r.html"));
+    EXPECT_FALSE(platform::SameEntry(root_ + "\\r.html", root_ + "\\r.json"));
+    EXPECT_FALSE(platform::SameEntry(root_ + "\\r.html", root_ + "\\store\\r.html"));
+    EXPECT_FALSE(platform::SameEntry(root_ + "\\missing\\r.html", root_ + "\\missing\\r.html"));
+}
+
+TEST_F(SameEntry, ALinkIsTheEntryItLeadsTo)
+{
+    if (!MakeLink(root_ + "\\x.zip", root_ + "\\link.zip", false))
+        GTEST_SKIP() << "this file system holds no symbolic links";
+    EXPECT_TRUE(platform::SameEntry(root_ + "\\link.zip", root_ + "\\x.zip"));
+}
+
+TEST_F(SameEntry, NamesBelowAFolderLieWithinIt)
+{
+    const std::string store = root_ + "\\store";
+    EXPECT_TRUE(platform::LiesWithin(store, store));
+    EXPECT_TRUE(platform::LiesWithin(store + "\\C1", store));
+    EXPECT_TRUE(platform::LiesWithin(store + "\\C1\\new\\report.html", store));
+    EXPECT_TRUE(platform::LiesWithin(root_ + "\\STORE\\report.html", store));
+    EXPECT_FALSE(platform::LiesWithin(store + "\\..\\report.html", store));
+    EXPECT_FALSE(platform::LiesWithin(root_ + "\\x.zip", store));
+    EXPECT_FALSE(platform::LiesWithin(root_ + "\\storeroom\\report.html", store));
+}
+
+TEST_F(SameEntry, AFolderLinkLeadsWithinTheFolderItNames)
+{
+    if (!MakeLink(root_ + "\\store", root_ + "\\shortcut", true))
+        GTEST_SKIP() << "this file system holds no symbolic links";
+    EXPECT_TRUE(platform::LiesWithin(root_ + "\\shortcut\\report.html", root_ + "\\store"));
+    EXPECT_TRUE(platform::LiesWithin(root_ + "\\store\\report.html", root_ + "\\shortcut"));
+}
+
+}  // namespace
