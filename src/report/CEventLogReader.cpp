@@ -49,6 +49,42 @@ bool IsBanner(const std::string& line)
     return StartsWith(line, texts::kStartBanner) || StartsWith(line, texts::kEndBanner);
 }
 
+bool IsResultTitle(const std::string& line)
+{
+    return StartsWith(line, texts::kResultBlockTitle) && line.back() == ':';
+}
+
+// Whether the lines are a snapshot's opening as far as they have come, and
+// whether they are whole: its frame rule, the title (before it a blank frame
+// line after the install), a blank frame line and the rule again.
+bool MayOpenSnapshot(const std::vector<std::string>& lines, bool& complete)
+{
+    const std::size_t count = lines.size();
+    const bool titleFirst = count < 2 || StartsWith(lines[1], texts::kSnapshotTitle);
+    const std::size_t titleAt = titleFirst ? 1 : 2;
+    complete = count == titleAt + 3;
+    if (!titleFirst && lines[1] != kBlankFrameLine)
+        return false;
+    if (count > titleAt && !StartsWith(lines[titleAt], texts::kSnapshotTitle))
+        return false;
+    return (count <= titleAt + 1 || lines[titleAt + 1] == kBlankFrameLine) &&
+           (count <= titleAt + 2 || lines[titleAt + 2] == kFrameRule);
+}
+
+// The same for a block of a title line and a second line that `second` accepts.
+template <typename Accepts>
+bool MayOpenTitledBlock(const std::vector<std::string>& lines, bool& complete, Accepts second)
+{
+    complete = lines.size() == 2;
+    return lines.size() < 2 || second(lines[1]);
+}
+
+// The snapshot's title among its opening lines.
+const std::string& SnapshotTitleLine(const std::vector<std::string>& lines)
+{
+    return StartsWith(lines[1], texts::kSnapshotTitle) ? lines[1] : lines[2];
+}
+
 }  // namespace
 
 CEventLogReader::CEventLogReader(std::string eventId) : eventId_(std::move(eventId)) {}
@@ -65,6 +101,9 @@ void CEventLogReader::Line(const std::string& line)
 
 void CEventLogReader::Finish()
 {
+    // Opening lines cut off at the end of the log are what they read as.
+    while (!pending_.empty())
+        ReleasePending();
     if (place_ == Place::Snapshot)
         EndSnapshot(false);
     place_ = Place::Outside;
@@ -72,25 +111,76 @@ void CEventLogReader::Finish()
 
 void CEventLogReader::LineOutside(const std::string& line)
 {
-    if (StartsWith(line, texts::kSnapshotTitle)) {
-        BeginSnapshot(TextBehind(line, texts::kSnapshotTitle));
-    } else if (StartsWith(line, texts::kStartBanner)) {
-        place_ = Place::Banner;
-        blockLinesLeft_ = kBannerLines;
-    } else if (line == texts::computer::kTitle) {
+    const bool closingRule = closingRuleDue_ && pending_.empty() && line == kFrameRule;
+    if (!line.empty())
+        closingRuleDue_ = false;
+    if (closingRule || (line.empty() && pending_.empty()))
+        return;
+    pending_.push_back(line);
+    ResolvePending();
+}
+
+// The held-back lines as the opening of the block that may stand here.
+bool CEventLogReader::MayOpenBlock(bool& complete) const
+{
+    const std::string& first = pending_.front();
+    if (first == kFrameRule)
+        return MayOpenSnapshot(pending_, complete);
+    if (lastRead_ == LastRead::Nothing && StartsWith(first, texts::kStartBanner))
+        return MayOpenTitledBlock(pending_, complete, [](const std::string& second) {
+            return StartsWith(second, texts::kBannerEventIdLabel);
+        });
+    if (lastRead_ == LastRead::Banner && first == texts::computer::kTitle)
+        return MayOpenTitledBlock(pending_, complete, [](const std::string& second) { return second == kComputerRule; });
+    if (lastRead_ == LastRead::SnapshotAfter && IsResultTitle(first))
+        return MayOpenTitledBlock(pending_, complete, [](const std::string& second) { return second == kResultRule; });
+    return false;
+}
+
+// Opens the block that the held-back lines open, once they are whole; lets
+// them go as they read when they can't.
+void CEventLogReader::ResolvePending()
+{
+    bool complete = false;
+    if (!MayOpenBlock(complete))
+        return ReleasePending();
+    if (!complete)
+        return;
+    std::vector<std::string> lines;
+    lines.swap(pending_);
+    if (lines.front() == kFrameRule)
+        return BeginSnapshot(TextBehind(SnapshotTitleLine(lines), texts::kSnapshotTitle));
+    if (lines.front() == texts::computer::kTitle) {
+        lastRead_ = LastRead::Computer;
         place_ = Place::Computer;
         blockLinesLeft_ = kComputerLines;
         blockRulesLeft_ = 2;
         blockRule_ = kComputerRule;
-    } else if (StartsWith(line, texts::kResultBlockTitle) && !line.empty() && line.back() == ':') {
+    } else if (IsResultTitle(lines.front())) {
+        lastRead_ = LastRead::Other;
         place_ = Place::ResultBlock;
         blockLinesLeft_ = kResultLines;
         blockRulesLeft_ = 2;
         blockRule_ = kResultRule;
-    } else if (!line.empty() && line != kFrameRule && line != kBlankFrameLine && !IsBanner(line) &&
-               !IsClosingLine(line)) {
-        AddMessage(line);
+    } else {
+        lastRead_ = LastRead::Banner;
+        place_ = Place::Banner;
+        blockLinesLeft_ = kBannerLines;
     }
+    LineInBlock(lines[1]);
+}
+
+// The first held-back line is a message; the others are read again, since
+// one of them may open a block of its own.
+void CEventLogReader::ReleasePending()
+{
+    std::vector<std::string> lines;
+    lines.swap(pending_);
+    lastRead_ = LastRead::Other;
+    if (!StartsWith(lines.front(), texts::kEndBanner))
+        AddMessage(lines.front());
+    for (std::size_t i = 1; i < lines.size(); ++i)
+        Line(lines[i]);
 }
 
 // The banner's labelled lines, the computer report and the result block.
@@ -123,6 +213,7 @@ void CEventLogReader::LineInSnapshot(const std::string& line)
     SnapshotPart part;
     if (IsClosingLine(line)) {
         EndSnapshot(true);
+        closingRuleDue_ = true;
     } else if (StartsWith(line, texts::kSnapshotTitle) || IsBanner(line)) {
         EndSnapshot(false);
         LineOutside(line);
@@ -145,6 +236,7 @@ void CEventLogReader::BeginSnapshot(const std::string& title)
         isAfter = true;
     else if (!StartsWith(title, (eventId_ + texts::kSnapshotBefore).c_str()))
         isAfter = title.find(texts::kSnapshotAfter) != std::string::npos;
+    snapshotIsAfter_ = isAfter;
     Snapshot& target = isAfter ? after : before;
     const char* which = isAfter ? "after" : "before";
     if (target.complete) {
@@ -170,6 +262,7 @@ void CEventLogReader::EndSnapshot(bool closed)
     }
     snapshot_ = nullptr;
     place_ = Place::Outside;
+    lastRead_ = closed && snapshotIsAfter_ ? LastRead::SnapshotAfter : LastRead::Other;
 }
 
 // A section that comes again replaces what was read of it before.

@@ -1,6 +1,13 @@
 // Reads one event log, line by line as it streams in: the computer report of
 // -start, the snapshots before and after the install, and the installer's
 // messages, which are the lines that belong to no block of the recorder's.
+// A block begins only where its opening lines stand whole, as the recorder
+// writes them (a snapshot's frame and title, a title and its rule, the start
+// banner and its EventID line), and only where the recorder puts it: the
+// banner at the head of the log, the computer report right behind it, the
+// result block right behind the snapshot after the install. A message that
+// reads like a line of them, or like a block out of its place, stays a
+// message, and the lines behind it are read as they stand.
 // A log cut off in the middle, or one whose blocks stand out of order or
 // twice, gives what could be read, with a note of what stood in the way.
 #pragma once
@@ -36,8 +43,13 @@ public:
 
 private:
     enum class Place { Outside, Banner, Computer, Snapshot, ResultBlock };
+    // What the last line that was not blank belonged to.
+    enum class LastRead { Nothing, Banner, Computer, SnapshotAfter, Other };
 
     void LineOutside(const std::string& line);
+    void ResolvePending();
+    bool MayOpenBlock(bool& complete) const;
+    void ReleasePending();
     void LineInSnapshot(const std::string& line);
     void LineInBlock(const std::string& line);
     void BeginSnapshot(const std::string& title);
@@ -58,4 +70,10 @@ private:
     bool sectionTooLong_ = false;
     SnapshotPart part_ = SnapshotPart::Users;
     SectionLines sectionLines_;
+    // The lines that may open a block, held back until they do or can't.
+    std::vector<std::string> pending_;
+    // The frame rule that ends a snapshot's closing lines is still to come.
+    bool closingRuleDue_ = false;
+    LastRead lastRead_ = LastRead::Nothing;
+    bool snapshotIsAfter_ = false;
 };

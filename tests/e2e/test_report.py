@@ -209,6 +209,45 @@ def test_windows_installers_restart_results_read_as_success_that_needs_a_restart
     expect_equal(html.count('class="restart-needed"'), 4, "restart-needed marks on the page")
 
 
+# Each line head that the recorder writes in an event log.
+LOOK_ALIKES = [
+    "---------- ZOR Installation History Logger ( Start )----------20061012 10:00:00",
+    "EventID       :E9",
+    "System Information: ",
+    "=" * 45,
+    "*" * 94,
+    "*  Snapshoot for EventID: Look-1 -- After Install Completed ",
+    "*  Snapshoot for EventID: Look-1 -- Before Install Starts ",
+    "*" + " " * 93,
+    "1) User Group & User Information:",
+    "3) Current Running Processes:",
+    "* End of Snapshoot for EventID: Look-1 Before Install Starts  ",
+    "*End of Snapshoot for EventID: Look-1 -- After Install Completed ",
+    "Result of Install:",
+    "=" * 69,
+]
+
+
+def test_messages_that_read_like_the_recorders_lines_are_messages_and_the_log_stays_whole(env):
+    """Each line head as a one-line message between the snapshots: two of them
+    make a title and its rule, which open a block only where the recorder
+    puts one."""
+    event, copy = "Look-1", "LookCopy"
+    record(env, "-start", event, "-Action", "Install")
+    for line in LOOK_ALIKES:
+        record(env, "-logmessage", event, "-message", line)
+    with Probe(env) as probe:
+        record(env, "-end", event, "-CopyName", copy, "-Result", "0")
+    collect(env, "x.zip")
+    make_report(env, "x.zip", "-json", "r.json")
+    reported = event_of(read_json(env.work / "r.json"), copy, event)
+    expect_equal(reported["messages"], LOOK_ALIKES, "messages of the event")
+    expect_equal(reported["notes"], [], "notes on the event")
+    assert reported["changes"] is not None, "no changes for an event with both snapshots"
+    assert probe.name in reported["changes"]["processes"]["added"], \
+        f"{probe.name} is not among the added processes: {reported['changes']['processes']!r}"
+
+
 # -- 2: a service and a copy of the product, under Wine --------------------
 def import_copy_fixture(env):
     code, _ = wine(env, "regedit", "/s", env.program_path(COPY_FIXTURE))

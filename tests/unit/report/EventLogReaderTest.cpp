@@ -124,10 +124,62 @@ TEST(EventLogReader, AnEmptyActionAndAnEventIdWithBlanksStillTellTheSnapshots)
 TEST(EventLogReader, LinesOfTheRecorderAreNoMessagesAndAnyOtherLineIs)
 {
     const std::string log = StartHead("E1", "VM", "XP") + "1) User Group & User Information:\n" +
-                            "Result of nothing\n" + EndTail("Install") + "after the end\n";
+                            "Result of nothing\n" + EndSnapshot("E1", "Install", Before()) + EndTail("Install") +
+                            "after the end\n";
     const CEventLogReader reader = Read(log);
     EXPECT_EQ(reader.messages, (std::vector<std::string>{"1) User Group & User Information:", "Result of nothing",
                                                          "after the end"}));
+}
+
+// Each line head that the recorder writes, recorded as a one-line message,
+// one after another: two of them make a title and its rule, which open a
+// block only where the recorder puts one.
+const std::vector<std::string> kLookAlikes = {
+    "---------- ZOR Installation History Logger ( Start )----------20061012 10:00:00",
+    "EventID       :E9",
+    "System Information: ",
+    "=============================================",
+    std::string(94, '*'),
+    "*  Snapshoot for EventID: E1 -- After Install Completed ",
+    "*  Snapshoot for EventID: E1 -- Before Install Starts ",
+    "*" + std::string(93, ' '),
+    "1) User Group & User Information:",
+    "3) Current Running Processes:",
+    "* End of Snapshoot for EventID: E1 Before Install Starts  ",
+    "*End of Snapshoot for EventID: E1 -- After Install Completed ",
+    "Result of Install:",
+    "=====================================================================",
+};
+
+TEST(EventLogReader, AMessageThatReadsLikeALineOfTheRecorderIsAMessageAndTheLogStaysWhole)
+{
+    SnapshotContent after = Before();
+    after.processes.push_back({300, "zorsrv.exe"});
+    std::string messages;
+    std::vector<std::string> written;
+    for (const std::string& line : kLookAlikes) {
+        messages += line + "\n";
+        written.push_back(line);
+    }
+    const std::string log = StartHead("E1", "VM", "Microsoft Windows XP Professional") + messages +
+                            StartSnapshot("E1", "Install", Before()) + messages +
+                            EndSnapshot("E1", "Install", after) + EndTail("Install") + messages;
+    const CEventLogReader reader = Read(log);
+
+    std::vector<std::string> expected;
+    for (int copy = 0; copy < 3; ++copy)
+        expected.insert(expected.end(), written.begin(), written.end());
+    EXPECT_EQ(reader.messages, expected);
+    EXPECT_EQ(reader.computerName, "VM");
+    EXPECT_EQ(reader.operatingSystem, "Microsoft Windows XP Professional");
+    ASSERT_TRUE(reader.before.complete);
+    ASSERT_TRUE(reader.after.complete);
+    for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
+        EXPECT_TRUE(reader.before.sections[i].complete) << i;
+        EXPECT_TRUE(reader.after.sections[i].complete) << i;
+    }
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.at("zorsrv.exe").value, "1");
+    EXPECT_TRUE(reader.notes.empty());
 }
 
 TEST(EventLogReader, MessagesOverTheLimitAreCounted)
