@@ -4,6 +4,19 @@
 
 namespace {
 
+// Text from the history as the console gets it: a control byte (a line end,
+// an escape that would drive the terminal) shows as "?", so that each event
+// stays one line and nothing from the history acts on the terminal.
+std::string ConsoleText(std::string text)
+{
+    for (char& c : text) {
+        const unsigned char byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7F)
+            c = '?';
+    }
+    return text;
+}
+
 void WriteChangeCounts(const EventReport& event, std::ostream& out)
 {
     if (!event.changes) {
@@ -24,16 +37,16 @@ void WriteChangeCounts(const EventReport& event, std::ostream& out)
 
 void WriteTextSummary(const HistoryReport& report, std::ostream& out)
 {
-    out << "Computer " << report.computerName;
+    out << "Computer " << ConsoleText(report.computerName);
     if (!report.operatingSystem.empty())
-        out << ", " << report.operatingSystem;
+        out << ", " << ConsoleText(report.operatingSystem);
     out << '\n';
-    out << report.eventCount << " events of " << report.copies.size() << " copies in " << report.sourceName
-        << '\n';
+    out << report.eventCount << " events of " << report.copies.size() << " copies in "
+        << ConsoleText(report.sourceName) << '\n';
     for (const CopyReport& copy : report.copies) {
         for (const EventReport& event : copy.events) {
-            out << copy.name << " | " << event.record.eventId << " | " << event.record.action << " | "
-                << OutcomeText(event) << " | ";
+            out << ConsoleText(copy.name) << " | " << ConsoleText(event.record.eventId) << " | "
+                << ConsoleText(event.record.action) << " | " << ConsoleText(OutcomeText(event)) << " | ";
             WriteChangeCounts(event, out);
             out << '\n';
         }

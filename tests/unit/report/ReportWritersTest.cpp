@@ -60,6 +60,24 @@ TEST(ReportWriters, TheTextSummaryHasOneLineForEachEvent)
               "C1 | E2 | Upgrade | never ended | no snapshot after the install\n");
 }
 
+TEST(ReportWriters, ControlBytesFromTheHistoryReachTheConsoleAsQuestionMarks)
+{
+    HistoryReport report = SmallReport();
+    report.computerName = "VM\x1b]0;owned\x07";
+    report.copies[0].name = "C1\r\nC9 | E9 | Install | succeeded";
+    report.copies[0].events[0].record.eventId = "E1\x1b[2J";
+    report.copies[0].events[0].record.action = "Install\x7f";
+    report.copies[0].events[0].record.result = "16\n03";
+    std::ostringstream out;
+    WriteTextSummary(report, out);
+    EXPECT_EQ(out.str(),
+              "Computer VM?]0;owned?, Microsoft Windows XP Home Edition\n"
+              "2 events of 1 copies in x.zip\n"
+              "C1??C9 | E9 | Install | succeeded | E1?[2J | Install? | failed (16?03) | users 0 software 0 "
+              "processes 2 services 1 zorProducts 0 odbcDrivers -\n"
+              "C1??C9 | E9 | Install | succeeded | E2 | Upgrade | never ended | no snapshot after the install\n");
+}
+
 TEST(ReportWriters, TheJsonHasTheAgreedShape)
 {
     std::ostringstream out;
