@@ -29,6 +29,16 @@ bool PathExists(const std::string& path)
     return fs::exists(platform::SystemPath(path), ignored);
 }
 
+bool MakeSymbolicLink(const std::string& target, const std::string& link, bool folder)
+{
+    std::error_code failed;
+    if (folder)
+        fs::create_directory_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
+    else
+        fs::create_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
+    return !failed;
+}
+
 void MakeFolders(const std::string& path)
 {
     fs::create_directories(platform::SystemPath(path));

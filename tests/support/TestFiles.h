@@ -10,6 +10,9 @@
 std::string ReadWholeFile(const std::string& path);
 void WriteWholeFile(const std::string& path, const std::string& content);
 bool PathExists(const std::string& path);
+// Makes `link` a symbolic link to the file or folder `target`; false where
+// the file system or the system can't (Wine makes none).
+bool MakeSymbolicLink(const std::string& target, const std::string& link, bool folder);
 void MakeFolders(const std::string& path);
 // Takes every write permission away from a file or folder (on Windows, sets
 // its read-only attribute), or gives it back; a path that isn't there is

@@ -3,28 +3,13 @@
 // marks a link as a reparse point, so that the archive's walk passes over it.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "platform/FileSystem.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
 
-namespace fs = std::filesystem;
-
 namespace {
-
-// Makes `link` a symbolic link to `target`; false where the system can't.
-bool MakeLink(const std::string& target, const std::string& link, bool folder)
-{
-    std::error_code failed;
-    if (folder)
-        fs::create_directory_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
-    else
-        fs::create_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
-    return !failed;
-}
 
 platform::FolderEntry EntryOf(const std::string& path)
 {
@@ -40,7 +25,7 @@ TEST(Links, ACopyRefusesALinkToAFileAndMakesNoTarget)
 {
     TestMachine machine;
     WriteWholeFile(machine.Root() + "\\secret", "secret");
-    if (!MakeLink(machine.Root() + "\\secret", machine.Root() + "\\link.log", false))
+    if (!MakeSymbolicLink(machine.Root() + "\\secret", machine.Root() + "\\link.log", false))
         GTEST_SKIP() << "this file system holds no symbolic links";
 
     EXPECT_FALSE(platform::CopyFileNoOverwrite(machine.Root() + "\\link.log", machine.Root() + "\\copy.log"));
@@ -51,7 +36,7 @@ TEST(Links, AnExclusiveReadRefusesALinkToAFile)
 {
     TestMachine machine;
     WriteWholeFile(machine.Root() + "\\secret", "secret");
-    if (!MakeLink(machine.Root() + "\\secret", machine.Root() + "\\link.log", false))
+    if (!MakeSymbolicLink(machine.Root() + "\\secret", machine.Root() + "\\link.log", false))
         GTEST_SKIP() << "this file system holds no symbolic links";
 
     platform::ExclusiveReadFile file;
@@ -64,8 +49,8 @@ TEST(Links, AFolderSearchMarksLinksAsReparsePointsAndNothingElse)
     TestMachine machine;
     MakeFolders(machine.Root() + "\\folder");
     WriteWholeFile(machine.Root() + "\\file", "x");
-    if (!MakeLink(machine.Root() + "\\folder", machine.Root() + "\\folder-link", true) ||
-        !MakeLink(machine.Root() + "\\file", machine.Root() + "\\file-link", false))
+    if (!MakeSymbolicLink(machine.Root() + "\\folder", machine.Root() + "\\folder-link", true) ||
+        !MakeSymbolicLink(machine.Root() + "\\file", machine.Root() + "\\file-link", false))
         GTEST_SKIP() << "this file system holds no symbolic links";
 
     EXPECT_NE(EntryOf(machine.Root() + "\\folder-link").attributes & platform::kAttributeReparsePoint, 0u);

@@ -2,15 +2,11 @@
 // the letters, a link; names not made yet; and whether a name lies within a folder.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "platform/FileSystem.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -22,16 +18,6 @@ protected:
         MakeFolders(root_ + "\\store\\C1");
         WriteWholeFile(root_ + "\\x.zip", "archive");
         WriteWholeFile(root_ + "\\y.zip", "another");
-    }
-
-    bool MakeLink(const std::string& target, const std::string& link, bool folder)
-    {
-        std::error_code failed;
-        if (folder)
-            fs::create_directory_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
-        else
-            fs::create_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
-        return !failed;
     }
 
     TestMachine machine_;
@@ -62,7 +48,7 @@ TEST_F(SameEntry, NamesNotMadeYetAreOneWhenTheyWouldMakeOneEntry)
 
 TEST_F(SameEntry, ALinkIsTheEntryItLeadsTo)
 {
-    if (!MakeLink(root_ + "\\x.zip", root_ + "\\link.zip", false))
+    if (!MakeSymbolicLink(root_ + "\\x.zip", root_ + "\\link.zip", false))
         GTEST_SKIP() << "this file system holds no symbolic links";
     EXPECT_TRUE(platform::SameEntry(root_ + "\\link.zip", root_ + "\\x.zip"));
 }
@@ -81,7 +67,7 @@ TEST_F(SameEntry, NamesBelowAFolderLieWithinIt)
 
 TEST_F(SameEntry, AFolderLinkLeadsWithinTheFolderItNames)
 {
-    if (!MakeLink(root_ + "\\store", root_ + "\\shortcut", true))
+    if (!MakeSymbolicLink(root_ + "\\store", root_ + "\\shortcut", true))
         GTEST_SKIP() << "this file system holds no symbolic links";
     EXPECT_TRUE(platform::LiesWithin(root_ + "\\shortcut\\report.html", root_ + "\\store"));
     EXPECT_TRUE(platform::LiesWithin(root_ + "\\store\\report.html", root_ + "\\shortcut"));

@@ -3,16 +3,12 @@
 // climbing name or a link.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "platform/FileSystem.h"
 #include "report/CFolderReader.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -27,17 +23,6 @@ protected:
         WriteWholeFile(machine_.Root() + "\\outside\\secret", "secret");
         WriteWholeFile(machine_.Root() + "\\outside\\E1\\ZORInstallEvent.Log", "secret");
         reader_.Open(folder_);
-    }
-
-    // Makes `link` a symbolic link to `target`; false where the system can't.
-    static bool MakeLink(const std::string& target, const std::string& link, bool folder)
-    {
-        std::error_code failed;
-        if (folder)
-            fs::create_directory_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
-        else
-            fs::create_symlink(platform::SystemPath(target), platform::SystemPath(link), failed);
-        return !failed;
     }
 
     std::string Read(const std::string& name) const
@@ -70,7 +55,7 @@ TEST_F(FolderReader, ANameThatClimbsOutOrBeginsAtARootIsNotThere)
 
 TEST_F(FolderReader, ALinkToAFileOutsideIsNotThere)
 {
-    if (!MakeLink(machine_.Root() + "\\outside\\secret", folder_ + "\\C1\\E1\\setup.log", false))
+    if (!MakeSymbolicLink(machine_.Root() + "\\outside\\secret", folder_ + "\\C1\\E1\\setup.log", false))
         GTEST_SKIP() << "this file system holds no symbolic links";
 
     EXPECT_FALSE(reader_.Contains("C1\\E1\\setup.log"));
@@ -79,7 +64,7 @@ TEST_F(FolderReader, ALinkToAFileOutsideIsNotThere)
 
 TEST_F(FolderReader, AFolderLinkOnTheWayIsNotFollowed)
 {
-    if (!MakeLink(machine_.Root() + "\\outside", folder_ + "\\C2", true))
+    if (!MakeSymbolicLink(machine_.Root() + "\\outside", folder_ + "\\C2", true))
         GTEST_SKIP() << "this file system holds no symbolic links";
 
     EXPECT_FALSE(reader_.Contains("C2\\E1\\ZORInstallEvent.Log"));
