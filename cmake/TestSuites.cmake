@@ -6,15 +6,15 @@
 # listing is kept until the program changes.
 #
 # zor_discover_test_suites(TARGET <target> TEST_PREFIX <prefix> [PROPERTIES <name> <value>...])
-# Each property takes one value, without ";".
+# Each property takes one value.
 set(_zor_test_suites_script "${CMAKE_CURRENT_LIST_DIR}/TestSuitesAdd.cmake")
 
 function(zor_discover_test_suites)
   cmake_parse_arguments(ARG "" "TARGET;TEST_PREFIX" "PROPERTIES" ${ARGN})
   set(include_file "${CMAKE_CURRENT_BINARY_DIR}/${ARG_TARGET}_suites_include.cmake")
   set(list_file "${CMAKE_CURRENT_BINARY_DIR}/${ARG_TARGET}_suites.cmake")
-  # Each property's values, joined by ";" and escaped so that they stand as
-  # one bracket argument in the generated file.
+  # The properties as set_tests_properties takes them, each value a bracket
+  # argument; the list of suites is written with this text behind each test.
   set(properties "")
   list(LENGTH ARG_PROPERTIES count)
   math(EXPR last "${count} - 1")
@@ -38,7 +38,7 @@ zor_add_test_suites(
   PREFIX [==[${ARG_TEST_PREFIX}]==]
   LIST_FILE [==[${list_file}]==]
   WORKING_DIRECTORY [==[${CMAKE_CURRENT_BINARY_DIR}]==]
-  PROPERTIES${properties})
+  PROPERTIES [===[${properties}]===])
 ")
   set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${include_file}")
 endfunction()

@@ -2,7 +2,7 @@
 # GoogleTest program, listing the suites again only when the program is newer
 # than the last listing.
 function(zor_add_test_suites)
-  cmake_parse_arguments(ARG "" "PROGRAM;PREFIX;LIST_FILE;WORKING_DIRECTORY" "EMULATOR;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "PROGRAM;PREFIX;LIST_FILE;WORKING_DIRECTORY;PROPERTIES" "EMULATOR" ${ARGN})
   if(NOT EXISTS "${ARG_PROGRAM}")
     return()
   endif()
@@ -37,18 +37,7 @@ macro(_zor_list_test_suites)
     endforeach()
     string(APPEND _zor_tests " [==[${ARG_PROGRAM}]==] [==[--gtest_filter=${_zor_suite}.*]==])\n"
       "set_tests_properties([==[${ARG_PREFIX}${_zor_suite}]==] PROPERTIES "
-      "WORKING_DIRECTORY [==[${ARG_WORKING_DIRECTORY}]==]")
-    list(LENGTH ARG_PROPERTIES _zor_count)
-    if(_zor_count GREATER 0)
-      math(EXPR _zor_last "${_zor_count} - 1")
-      foreach(_zor_index RANGE 0 ${_zor_last} 2)
-        math(EXPR _zor_value_index "${_zor_index} + 1")
-        list(GET ARG_PROPERTIES ${_zor_index} _zor_name)
-        list(GET ARG_PROPERTIES ${_zor_value_index} _zor_value)
-        string(APPEND _zor_tests " ${_zor_name} [==[${_zor_value}]==]")
-      endforeach()
-    endif()
-    string(APPEND _zor_tests ")\n")
+      "WORKING_DIRECTORY [==[${ARG_WORKING_DIRECTORY}]==]${ARG_PROPERTIES})\n")
   endforeach()
   file(WRITE "${ARG_LIST_FILE}" "${_zor_tests}")
 endmacro()
