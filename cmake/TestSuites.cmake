@@ -37,6 +37,7 @@ zor_add_test_suites(
   EMULATOR${emulator}
   PREFIX [==[${ARG_TEST_PREFIX}]==]
   LIST_FILE [==[${list_file}]==]
+  INCLUDE_FILE [==[${include_file}]==]
   WORKING_DIRECTORY [==[${CMAKE_CURRENT_BINARY_DIR}]==]
   PROPERTIES [===[${properties}]===])
 ")

@@ -129,7 +129,8 @@ def end_as(status):
     """Ends this launcher as the program ended: with its exit code, or by its signal."""
     sys.stdout.flush()
     if status < 0:
-        signal.signal(-status, signal.SIG_DFL)
+        if -status not in (signal.SIGKILL, signal.SIGSTOP):
+            signal.signal(-status, signal.SIG_DFL)
         os.kill(os.getpid(), -status)
     sys.exit(status)
 

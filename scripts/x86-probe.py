@@ -5,7 +5,9 @@
 Usage: x86-probe.py PREFIX PROBE.exe
 
 PROBE.exe is a tiny 32-bit program that prints its token. It is started through
-scripts/wine-run.py, as every test starts a Windows program. Only two outcomes mean that this
+scripts/wine-run.py, as every test starts a Windows program (only the second,
+diagnostic start under strace below calls Wine itself, also without address
+space randomization). Only two outcomes mean that this
 machine can't run 32-bit Windows code:
 - Wine's 32-bit Windows modules are missing (scripts/install-deps.sh copies
   them from libwine:i386);
