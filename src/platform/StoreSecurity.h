@@ -18,8 +18,9 @@ bool CreateStoreFolder(const std::string& path);
 // A store that older code made writable by others is set right, when the
 // caller owns it: on POSIX the history folder, its parent, the event and copy
 // folders below it and History.ini get the store's modes back. Links are not
-// followed, and what belongs to another user is left alone. On Windows,
-// where the folders' security is set only as they are made, nothing happens.
+// followed, and what belongs to another user is left alone. On Windows the
+// two top folders get the store's DACL, when their owners may be trusted and
+// neither is a junction or link.
 void SecureExistingStore(const std::string& historyFolder);
 
 }  // namespace platform

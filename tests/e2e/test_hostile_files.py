@@ -104,6 +104,35 @@ def test_staged_copies_never_keep_setuid_setgid_sticky_or_execute_bits(env):
         shutil.rmtree(folder, ignore_errors=True)
 
 
+def test_a_log_that_its_folders_keep_private_stays_private_when_staged(env):
+    """A log readable by everyone, in a folder of root's that no one else may
+    search: its copy in the store, which every user may read, is root's alone,
+    as the log was. Beside it, a log in a folder that everyone may search keeps
+    its mode."""
+    if not (env.native and os.geteuid() == 0):
+        return  # a Windows copy takes over attributes only; there is no mode to keep
+    private_folder = tempfile.mkdtemp(prefix="zor-private-")
+    open_folder = tempfile.mkdtemp(prefix="zor-open-")
+    try:
+        os.chmod(private_folder, 0o700)
+        os.chmod(open_folder, 0o755)
+        for folder, name in ((private_folder, "private.log"), (open_folder, "open.log")):
+            with open(os.path.join(folder, name), "wb") as f:
+                f.write(HONEST_LOG)
+            os.chmod(os.path.join(folder, name), 0o644)
+        record_event(env, l=windows_form(env, f"{private_folder}/private.log"),
+                     t=windows_form(env, f"{open_folder}/open.log"))
+        archive = collect(env)
+        staged = env.store / COPY / EVENT
+        expect_equal({name: stat.S_IMODE((staged / name).stat().st_mode) for name in ("private.log", "open.log")},
+                     {"private.log": 0o600, "open.log": 0o644}, "modes of the staged copies")
+        assert f"{COPY}\\{EVENT}\\private.log" in archive_names(archive)
+        expect_honest_event_collected(env, archive)
+    finally:
+        shutil.rmtree(private_folder, ignore_errors=True)
+        shutil.rmtree(open_folder, ignore_errors=True)
+
+
 # -- item: links and special files ----------------------------------------------
 def root_only_secret():
     """A folder of root's, mode 0700, with a file that nobody else may read."""
@@ -255,6 +284,41 @@ def test_folder_links_in_the_store_are_passed_over_on_every_build(env):
     names = archive_names(archive)
     expect_equal([n for n in names if "junction" in n], [], "entries below the link")
     expect_honest_log_collected(env, archive)
+
+
+def test_folder_links_in_place_of_event_and_copy_folders_are_never_written_through(env):
+    """Links to a folder outside the store, planted where an event's folder and
+    a copy's folder will be: on Linux by a user in a store that older code left
+    writable by everyone; under Wine, where a Unix link to a folder is a
+    reparse point as a junction is on Windows, by anyone. The recorder's log,
+    the hand-over, the staged copies and the copy's summary pass them by, and
+    the events are still recorded in History.ini."""
+    if env.native and not second_user_available(env):
+        return  # needs a second user
+    outside = pathlib.Path(attacker_folder())
+    os.chmod(outside, 0o777)
+    installer_log = env.work / "setup.log"
+    installer_log.write_bytes(HONEST_LOG)
+    record_event(env)
+    if env.native:
+        os.chmod(env.store, 0o777)
+        as_nobody("ln", "-s", str(outside), str(env.store / "E2"))
+        as_nobody("ln", "-s", str(outside), str(env.store / "C3"))
+    else:
+        os.symlink(outside, env.store / "E2")
+        os.symlink(outside, env.store / "C3")
+    record_event(env, "E2", "C2", l=windows_form(env, installer_log))
+    record_event(env, "E3", "C3", l=windows_form(env, installer_log))
+    archive = collect(env)
+    expect_equal(sorted(os.listdir(outside)), [], "files written through the links")
+    for event_id in ("E2", "E3"):
+        assert f"Event_ID={event_id}" in section_lines(env, event_id), section_lines(env, event_id)
+    assert (env.store / "E3" / "ZORInstallEvent.Log").is_file(), "E3's log stayed in the store's root"
+    names = archive_names(archive)
+    expect_equal([n for n in names if n.startswith(("E2", "C3"))], [], "entries below the links")
+    assert "E3\\ZORInstallEvent.Log" in names, names
+    expect_honest_event_collected(env, archive)
+    shutil.rmtree(outside, ignore_errors=True)
 
 
 # -- a store that older code left writable by everyone -------------------------

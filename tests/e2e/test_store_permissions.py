@@ -62,6 +62,26 @@ def test_under_an_open_umask_the_store_is_written_only_by_its_owner(env):
                  {str(path): oct(value) for path, value in expected.items()}, "modes")
 
 
+def test_a_store_that_another_user_made_first_is_used_read_only_on_windows(env):
+    """Under Wine a folder's owner is its Unix owner: the history folder and its
+    parent of another user (uid 65534), as ProgramData\\TAQ made first by a
+    user would be, leave History.ini unwritten, as if it were read-only, while
+    the event log is still written; the same folders of root's own, open to
+    all, are written as usual."""
+    if not env.windows:
+        return  # Linux stores: the modes above and the hostile-file tests
+    env.store.mkdir(parents=True)
+    for owner, event_id in ((65534, "E1"), (os.geteuid(), "E2")):
+        for folder in (env.store.parent, env.store):
+            os.chown(folder, owner, owner)
+            os.chmod(folder, 0o777)
+        record(env, "-start", event_id)
+        assert (env.store / event_id / "ZORInstallEvent.Log").is_file(), f"{event_id}'s event log"
+        if owner != os.geteuid():
+            assert not (env.store / "History.ini").exists(), "History.ini written in another user's store"
+    assert "Event_ID=E2" in section_lines(env, "E2"), section_lines(env, "E2")
+
+
 def test_a_user_who_holds_every_lock_it_can_does_not_stop_the_recorder(env):
     if not posix_root(env):
         return  # needs a second, unprivileged user

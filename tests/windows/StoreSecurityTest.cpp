@@ -63,6 +63,25 @@ TEST(StoreSecurity, WhatIsMadeInsideInheritsTheStoresDacl)
     EXPECT_TRUE(Holds(access, ";;;BU)")) << access;
 }
 
+TEST(StoreSecurity, AStoreThatOlderCodeMadeWithDefaultSecurityGetsTheStoresDacl)
+{
+    if (RunsUnderWine())
+        GTEST_SKIP() << kWineKeepsNoDacl;
+    TestMachine machine;
+    const std::string folder = machine.AppData() + "\\TAQ";
+    ASSERT_TRUE(platform::CreateFolder(folder));
+    ASSERT_TRUE(platform::CreateFolder(folder + "\\ZORHistory"));
+    ASSERT_NE(platform::ReadPathSecurity(folder).access.rfind("D:P", 0), 0u);
+
+    platform::SecureExistingStore(folder + "\\ZORHistory");
+
+    for (const std::string& path : {folder, folder + "\\ZORHistory"}) {
+        const std::string access = platform::ReadPathSecurity(path).access;
+        EXPECT_EQ(access.rfind("D:P", 0), 0u) << path << ": " << access;
+        EXPECT_TRUE(Holds(access, kUsersRead)) << path << ": " << access;
+    }
+}
+
 TEST(StoreSecurity, AStoreFolderThatTheCallerMadeIsOwnedByATrustedOwner)
 {
     TestMachine machine;

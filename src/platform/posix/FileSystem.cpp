@@ -204,8 +204,40 @@ bool RootMayWrite(const struct stat& status)
     return geteuid() != 0 || (!PlantedForRoot(status) && status.st_nlink == 1);
 }
 
+namespace {
+
+// The store nests its files four folders deep below the machine-wide folder:
+// the maker's, the history, a copy's and an event's folder.
+constexpr int kStoreFoldersAbove = 4;
+
+// Whether root would write through a link that another user owns, among the
+// folders that hold the entry as deep as the store nests: a user could have
+// planted it in a store that older code left writable by everyone, and it
+// would lead root's write wherever that user chose. Other callers are held by
+// the folders' permissions.
+bool LeadsThroughPlantedLink(const std::string& systemPath)
+{
+    if (geteuid() != 0)
+        return false;
+    std::string folder = systemPath;
+    for (int level = 0; level < kStoreFoldersAbove; ++level) {
+        const std::size_t separator = folder.find_last_of('/');
+        if (separator == std::string::npos || separator == 0)
+            return false;
+        folder.resize(separator);
+        struct stat status;
+        if (lstat(folder.c_str(), &status) == 0 && S_ISLNK(status.st_mode) && PlantedForRoot(status))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 int OpenCheckedPath(const std::string& systemPath, bool writes)
 {
+    if (writes && LeadsThroughPlantedLink(systemPath))
+        return -1;
     const int flags = O_PATH | O_CLOEXEC | (writes ? O_NOFOLLOW : 0);
     const int descriptor = open(systemPath.c_str(), flags);
     if (descriptor < 0)
@@ -293,7 +325,7 @@ bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base
 {
     const std::string systemPath = SystemPath(path);
     const bool writes = (mode & (std::ios_base::out | std::ios_base::app)) != 0;
-    if (writes && posix::IsReadOnlyFile(systemPath))
+    if (writes && (posix::IsReadOnlyFile(systemPath) || posix::LeadsThroughPlantedLink(systemPath)))
         return false;
     if (writes)
         posix::MakeMissingFile(systemPath);
@@ -355,7 +387,8 @@ bool PutFileInPlace(const std::string& temporaryPath, const std::string& path)
 
 bool CreateFolder(const std::string& path)
 {
-    return !path.empty() && posix::MakeFolderWithFolderMode(SystemPath(path));
+    return !path.empty() && !posix::LeadsThroughPlantedLink(SystemPath(path)) &&
+           posix::MakeFolderWithFolderMode(SystemPath(path));
 }
 
 namespace {
@@ -403,22 +436,58 @@ bool CopyBytes(int source, int target, off_t size)
 // bit, and never gives group or others more than the source gave them.
 constexpr mode_t kCopyModeMask = 0644;
 
-// The copy takes the source's mode, within kCopyModeMask, and its last-write
-// time, as the Windows copy keeps the source's attributes and times.
-bool TakeOverModeAndTime(int target, const struct stat& sourceStatus)
+// The resolved path of an existing entry; empty if it can't be resolved.
+std::string ResolvedPath(const std::string& systemPath)
+{
+    char* resolved = realpath(systemPath.c_str(), nullptr);
+    if (resolved == nullptr)
+        return std::string();
+    const std::string path = resolved;
+    free(resolved);
+    return path;
+}
+
+// The most that a copy's mode keeps for group and others, by the folders
+// above its source: a file below a folder that others can't search is
+// private to those who reach it, whatever its own mode says, and its copy in
+// the store, which every user may read, stays as private (owner only). A
+// source whose folders can't be resolved or read counts as private.
+mode_t ReachOfOthers(const std::string& sourceSystemPath)
+{
+    constexpr mode_t kOwnerOnly = 0700;
+    std::string folder = ResolvedPath(sourceSystemPath);
+    if (folder.empty())
+        return kOwnerOnly;
+    while (folder != "/") {
+        const std::size_t separator = folder.find_last_of('/');
+        if (separator == std::string::npos)
+            return kOwnerOnly;
+        folder.resize(separator == 0 ? 1 : separator);
+        struct stat status;
+        if (stat(folder.c_str(), &status) != 0 || (status.st_mode & S_IXOTH) == 0)
+            return kOwnerOnly;
+    }
+    return 0777;
+}
+
+// The copy takes the source's mode, within kCopyModeMask and what its folders
+// let others reach, and its last-write time, as the Windows copy keeps the
+// source's attributes and times.
+bool TakeOverModeAndTime(int target, const struct stat& sourceStatus, mode_t reach)
 {
     const struct timespec times[2] = {sourceStatus.st_atim, sourceStatus.st_mtim};
-    return fchmod(target, sourceStatus.st_mode & kCopyModeMask) == 0 &&
+    return fchmod(target, sourceStatus.st_mode & kCopyModeMask & reach) == 0 &&
            futimens(target, times) == 0;
 }
 
-bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string& targetPath)
+bool CopyOpenFile(int source, const struct stat& sourceStatus, mode_t reach,
+                  const std::string& targetPath)
 {
     const int target = open(targetPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
     if (target < 0)
         return false;
     bool copied = CopyBytes(source, target, sourceStatus.st_size) &&
-                  TakeOverModeAndTime(target, sourceStatus);
+                  TakeOverModeAndTime(target, sourceStatus, reach);
     if (close(target) != 0)
         copied = false;
     if (!copied)
@@ -434,13 +503,14 @@ bool CopyOpenFile(int source, const struct stat& sourceStatus, const std::string
 // may name.
 bool CopyFileNoOverwrite(const std::string& source, const std::string& target)
 {
-    if (source.empty() || target.empty())
+    if (source.empty() || target.empty() || posix::LeadsThroughPlantedLink(SystemPath(target)))
         return false;
     const int input = posix::OpenRegularFile(SystemPath(source));
     if (input < 0)
         return false;
     struct stat status;
-    bool copied = fstat(input, &status) == 0 && CopyOpenFile(input, status, SystemPath(target));
+    bool copied = fstat(input, &status) == 0 &&
+                  CopyOpenFile(input, status, ReachOfOthers(SystemPath(source)), SystemPath(target));
     close(input);
     return copied;
 }
@@ -464,17 +534,6 @@ int RenameNoReplace(const std::string& source, const std::string& target)
     errno = ENOSYS;
     return -1;
 #endif
-}
-
-// The resolved path of an existing entry; empty if it can't be resolved.
-std::string ResolvedPath(const std::string& systemPath)
-{
-    char* resolved = realpath(systemPath.c_str(), nullptr);
-    if (resolved == nullptr)
-        return std::string();
-    const std::string path = resolved;
-    free(resolved);
-    return path;
 }
 
 // Where an open descriptor of this process leads; empty if /proc won't say.
@@ -517,7 +576,8 @@ bool MovePath(const std::string& source, const std::string& target)
         return false;
     const std::string from = SystemPath(source);
     const std::string to = SystemPath(target);
-    if (HoldsOpenAtOrBelow(from))
+    if (posix::LeadsThroughPlantedLink(from) || posix::LeadsThroughPlantedLink(to) ||
+        HoldsOpenAtOrBelow(from))
         return false;
     if (RenameNoReplace(from, to) == 0)
         return true;

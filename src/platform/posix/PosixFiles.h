@@ -27,9 +27,11 @@ int OpenRegularFile(const std::string& systemPath);
 // A descriptor that names (O_PATH) the regular file at `systemPath` and opens
 // nothing, so a FIFO or device is never waited on; -1 for anything else. For a
 // write, a link in the last component is not followed, and root is refused a
-// file that another user owns or that has a second name (a hard link): such a
-// file in the store was put there by someone else, and root would write
-// wherever it leads. Other callers are held by the file's permissions.
+// file that another user owns or that has a second name (a hard link), and a
+// path that leads through a folder link that another user owns, as deep as
+// the store nests: such a file or link in the store was put there by someone
+// else, and root would write wherever it leads. Other callers are held by the
+// file's permissions.
 int OpenCheckedPath(const std::string& systemPath, bool writes);
 
 // The name under which a descriptor's file is opened again: that very file,

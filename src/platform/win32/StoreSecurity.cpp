@@ -11,6 +11,9 @@
 
 #include <vector>
 
+#include "platform/win32/ReparsePoints.h"
+#include "platform/win32/StoreOwner.h"
+
 namespace platform {
 
 namespace {
@@ -52,10 +55,38 @@ bool CreateStoreFolder(const std::string& path)
     return made;
 }
 
-// The folders' security is set as they are made; an existing store is left
-// as it is.
-void SecureExistingStore(const std::string&)
+namespace {
+
+// The store's DACL set on an existing folder whose DACL isn't protected yet,
+// as older code made it, with the default security that lets every user
+// plant files, folders and junctions in it. Setting it hands the entries down
+// to what lies inside, so it is done once, not on every call.
+void SecureExistingStoreFolder(const std::string& path)
 {
+    if (ReadPathSecurity(path).access.rfind("D:P", 0) == 0)
+        return;
+    PSECURITY_DESCRIPTOR descriptor = nullptr;
+    if (!ConvertStringSecurityDescriptorToSecurityDescriptorA(kStoreFolderSecurity, SDDL_REVISION_1,
+                                                              &descriptor, nullptr))
+        return;
+    SetDaclOf(path, descriptor);
+    LocalFree(descriptor);
+}
+
+}  // namespace
+
+// A store that older code made with default security gets the store's DACL
+// on its two top folders, when their owners are ones the store may trust and
+// neither is a junction or link: a folder that another user made first, or a
+// link that leads elsewhere, is never given the administrators' protection.
+void SecureExistingStore(const std::string& historyFolder)
+{
+    const std::size_t separator = historyFolder.find_last_of('\\');
+    if (separator == std::string::npos || LeadsThroughReparsePoint(historyFolder) ||
+        !IsTrustedStoreFolder(historyFolder))
+        return;
+    SecureExistingStoreFolder(historyFolder.substr(0, separator));
+    SecureExistingStoreFolder(historyFolder);
 }
 
 }  // namespace platform
