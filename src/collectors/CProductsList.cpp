@@ -61,18 +61,22 @@ CProductsList::~CProductsList() {}
 
 // Every subkey gives a record, whether its InstallProperties key is there or
 // not. The list isn't emptied first: a second call appends everything again.
+// The installer keeps this data in the native view of 64-bit Windows only,
+// for 32-bit packages too, so the x86 build reads it there: in its own view
+// the key doesn't exist, and every machine would show no software at all.
 int CProductsList::Collect()
 {
     const std::string root = kProductsKey;
-    for (const std::string& name : EnumRegistrySubKeys(root)) {
+    constexpr RegistryView kView = RegistryView::Native;
+    for (const std::string& name : EnumRegistrySubKeys(root, kView)) {
         const std::string key = root + "\\" + name + "\\InstallProperties";
         ProductEntry entry;
-        entry.displayName = ReadRegistryValue(key, "DisplayName");
-        entry.displayVersion = ReadRegistryValue(key, "DisplayVersion");
-        entry.installDate = ReadRegistryValue(key, "InstallDate");
-        entry.installLocation = ReadRegistryValue(key, "InstallLocation");
-        entry.language = LanguageNumber(ReadRegistryValue(key, "Language"));
-        entry.publisher = ReadRegistryValue(key, "Publisher");
+        entry.displayName = ReadRegistryValue(key, "DisplayName", kView);
+        entry.displayVersion = ReadRegistryValue(key, "DisplayVersion", kView);
+        entry.installDate = ReadRegistryValue(key, "InstallDate", kView);
+        entry.installLocation = ReadRegistryValue(key, "InstallLocation", kView);
+        entry.language = LanguageNumber(ReadRegistryValue(key, "Language", kView));
+        entry.publisher = ReadRegistryValue(key, "Publisher", kView);
         products.push_back(entry);
     }
     return 0;

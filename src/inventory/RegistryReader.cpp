@@ -20,10 +20,12 @@ constexpr std::uint32_t kNameSize = 256;
 // failed open's status through the system's message text, which nobody reads.
 enum class OnFailure { Quiet, FormatMessage };
 
-bool OpenForReading(const std::string& key, platform::RegistryKey& handle, OnFailure onFailure)
+bool OpenForReading(const std::string& key, platform::RegistryKey& handle, OnFailure onFailure,
+                    RegistryView view = RegistryView::Own)
 {
-    const std::int32_t status =
-        platform::OpenMachineKey(key, platform::kKeyReadAndSetValue, handle);
+    const std::uint32_t access = platform::kKeyReadAndSetValue |
+                                 (view == RegistryView::Native ? platform::kKeyNativeView : 0);
+    const std::int32_t status = platform::OpenMachineKey(key, access, handle);
     if (status == platform::kStatusSuccess)
         return true;
     if (onFailure == OnFailure::FormatMessage)
@@ -89,10 +91,11 @@ void SetRegistryLayout(const int& layout)
 }
 
 // The type is asked first, without a buffer; its status isn't looked at.
-std::string ReadRegistryValue(const std::string& key, const std::string& valueName)
+std::string ReadRegistryValue(const std::string& key, const std::string& valueName,
+                              RegistryView view)
 {
     platform::RegistryKey handle = 0;
-    if (!OpenForReading(key, handle, OnFailure::FormatMessage))
+    if (!OpenForReading(key, handle, OnFailure::FormatMessage, view))
         return std::string();
     platform::RegistryValue kind;
     platform::QueryRegistryValue(handle, valueName, 0, kind);
@@ -111,10 +114,10 @@ std::vector<std::string> EnumRegistryValues(const std::string& key)
     return EnumerateNames(handle, platform::EnumRegistryValueName);
 }
 
-std::vector<std::string> EnumRegistrySubKeys(const std::string& key)
+std::vector<std::string> EnumRegistrySubKeys(const std::string& key, RegistryView view)
 {
     platform::RegistryKey handle = 0;
-    if (!OpenForReading(key, handle, OnFailure::FormatMessage))
+    if (!OpenForReading(key, handle, OnFailure::FormatMessage, view))
         return std::vector<std::string>();
     return EnumerateNames(handle, platform::EnumRegistrySubKeyName);
 }

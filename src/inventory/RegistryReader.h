@@ -19,13 +19,20 @@ std::string GetRegistryRoot();
 int GetRegistryLayout();
 void SetRegistryLayout(const int& layout);
 
+// Which view of the registry a read sees on 64-bit Windows: the program's own
+// (for the x86 build, the 32-bit view of the keys that Windows redirects), or
+// the machine's native one. Elsewhere both are the one registry.
+enum class RegistryView { Own, Native };
+
 // The value as text: REG_SZ as it stands (up to 99 characters), REG_DWORD as
 // signed decimal, every other type and every failure empty.
-std::string ReadRegistryValue(const std::string& key, const std::string& valueName);
+std::string ReadRegistryValue(const std::string& key, const std::string& valueName,
+                              RegistryView view = RegistryView::Own);
 
 // The value names and the subkey names of a key, in the registry's order.
 std::vector<std::string> EnumRegistryValues(const std::string& key);
-std::vector<std::string> EnumRegistrySubKeys(const std::string& key);
+std::vector<std::string> EnumRegistrySubKeys(const std::string& key,
+                                             RegistryView view = RegistryView::Own);
 
 // Converts the whole wide text into `buffer` in the system's code page: 0, or
 // the error code when nothing fits, and the buffer then holds an empty name.

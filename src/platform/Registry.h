@@ -32,6 +32,13 @@ constexpr std::int32_t kStatusNoMoreItems = 259;
 constexpr std::uint32_t kKeyQueryValue = 0x1;
 constexpr std::uint32_t kKeyReadAndSetValue = 0x2001B;
 
+// Added to an access mask: the machine's native view of the registry
+// (KEY_WOW64_64KEY) on 64-bit Windows, where a 32-bit program otherwise sees
+// the 32-bit view (Wow6432Node) of the keys that Windows redirects. Where the
+// program already sees the native view, or the system knows no views (32-bit
+// Windows, which before XP would refuse the bit), it is left out.
+constexpr std::uint32_t kKeyNativeView = 0x100;
+
 // RegOpenKeyExA(HKEY_LOCAL_MACHINE, path, 0, access): the status, and the key
 // when it is 0.
 std::int32_t OpenMachineKey(const std::string& path, std::uint32_t access, RegistryKey& key);

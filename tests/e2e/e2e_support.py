@@ -83,6 +83,13 @@ class Env:
         return pe_arch(self.bin_dir / ("ZORRecordEvent" + self.suffix))
 
     @property
+    def registry_bits(self):
+        """The view of the registry that a Windows build's programs see: 64-bit
+        Windows shows a 32-bit program the 32-bit view (Wow6432Node) of the keys
+        that it redirects, as `reg ... /reg:32` names it."""
+        return 32 if self.arch == "x86" else 64
+
+    @property
     def native(self):
         """True when the programs run directly, not under an emulator such as Wine."""
         return not self.runner
@@ -167,6 +174,65 @@ def expect_lines_match(actual, expected, what):
 def expect_equal(actual, expected, what=""):
     if actual != expected:
         raise AssertionError(f"{what}\n  expected: {expected!r}\n  actual:   {actual!r}")
+
+
+class Probe:
+    """A program of a name no other process has, running until stopped: a
+    copy of sleep natively; under Wine a copy of Wine's cmd.exe, which waits
+    for commands on its input, kept open until the probe stops. Under Wine the
+    copy is of the build's own bitness, unless `bits` names 32 or 64: a 32-bit
+    program on 64-bit Windows sees 64-bit processes otherwise than its own."""
+
+    def __init__(self, env, bits=None, tag=""):
+        self.env = env
+        self.bits = bits or (64 if env.native else env.registry_bits)
+        base = f"zorrpt{tag}{os.getpid()}"
+        self.name = base + env.suffix
+        self.program = env.work / self.name
+        self.process = None
+
+    def __enter__(self):
+        if self.env.native:
+            shutil.copy(shutil.which("sleep"), self.program)
+            # Popen returns once the program runs under its new name.
+            self.process = subprocess.Popen([str(self.program), "600"])
+        else:
+            self.start_under_wine()
+        return self
+
+    def start_under_wine(self):
+        # Wine keeps the 32-bit programs of a 64-bit prefix in syswow64.
+        folder = "syswow64" if self.bits == 32 else "system32"
+        result = subprocess.run(self.env.runner + [
+            "cmd.exe", "/c", "copy", "/y", f"%SystemRoot%\\{folder}\\cmd.exe",
+            self.env.program_path(self.program)], capture_output=True, timeout=300)
+        expect_equal(result.returncode, 0, f"copy of the {self.bits}-bit cmd.exe")
+        self.process = subprocess.Popen(self.env.runner + [self.env.program_path(self.program)],
+                                        cwd=self.env.work, stdin=subprocess.PIPE,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # The probe runs once it carries out a command of its input.
+        ready = self.env.work / f"{self.name}.ready"
+        self.process.stdin.write(f"echo ready>{ready.name}\r\n".encode("latin-1"))
+        self.process.stdin.flush()
+        deadline = time.monotonic() + 120
+        while not ready.exists():
+            assert self.process.poll() is None, f"{self.name} ended at once"
+            assert time.monotonic() < deadline, f"{self.name} never carried out its first command"
+            time.sleep(0.5)
+
+    def __exit__(self, *exc):
+        if self.process is None:
+            return
+        if self.process.stdin:
+            # cmd.exe ends at the end of its input.
+            self.process.stdin.close()
+            try:
+                self.process.wait(timeout=60)
+                return
+            except subprocess.TimeoutExpired:
+                pass
+        self.process.kill()
+        self.process.wait()
 
 
 def main(namespace):

@@ -1,7 +1,7 @@
 """Sections 5 and 6 of both snapshots, the product's copies and its ODBC
 drivers, through a whole -start/-end of ZORRecordEvent. Under Wine each
-registry fixture of the unit tests is imported into the prefix with regedit,
-as a support engineer would import a customer's export, and the reports must
+registry fixture of the unit tests is imported into the prefix with reg, into
+the view of the registry that the build's programs see, and the reports must
 equal the hand-written goldens that the scripted registry is held to. Natively
 there is no registry, and both snapshots say that nothing is installed."""
 import pathlib
@@ -80,12 +80,6 @@ def fixture_file(env, fixture):
     return target
 
 
-def import_fixture(env, fixture):
-    """Imports a fixture with regedit, as a support engineer would."""
-    target = fixture_file(env, fixture)
-    assert wine(env, "regedit", "/s", env.program_path(target)) == 0, f"regedit {fixture}"
-
-
 def import_fixture_into_view(env, fixture, bits):
     """Imports a fixture into the 32-bit or the 64-bit view of the registry, as
     the installer of a 32-bit or a 64-bit product writes its keys."""
@@ -114,7 +108,7 @@ def test_each_fixture_under_wine_equals_its_goldens(env):
         assert wine(env, "reg", "query", root) != 0, f"{root} exists in the prefix already"
     try:
         for number, fixture in enumerate(FIXTURE_NAMES):
-            import_fixture(env, fixture)
+            import_fixture_into_view(env, fixture, env.registry_bits)
             # No earlier section of a fresh prefix prints a row: right-aligned.
             expect_inventory(record_event(env, f"Inv-{number}-R"), fixture, "right")
             # A product of the software report turns the left-adjust bit on.
@@ -133,11 +127,10 @@ def test_each_build_reads_the_registry_view_of_its_own_bitness(env):
     a 64-bit one, and the x64 build the other way round."""
     if env.native:
         return
-    own_bits = 32 if env.arch == "x86" else 64
     try:
         for bits in (32, 64):
             import_fixture_into_view(env, "v9_only", bits)
-            seen = "v9_only" if bits == own_bits else "nothing_installed"
+            seen = "v9_only" if bits == env.registry_bits else "nothing_installed"
             expect_inventory(record_event(env, f"View-{bits}"), seen, "right")
             clean_registry(env)
     finally:

@@ -12,7 +12,7 @@ import subprocess
 import time
 import zipfile
 
-from e2e_support import expect_equal, main, profile_bytes
+from e2e_support import Probe, expect_equal, main, profile_bytes
 
 TESTS = pathlib.Path(__file__).resolve().parents[1]
 COPY_FIXTURE = TESTS / "fixtures" / "report" / "one_v9_copy.reg"
@@ -116,60 +116,6 @@ def listing(folder):
     return sorted(os.listdir(folder))
 
 
-# -- a process of the test's own -------------------------------------------
-class Probe:
-    """A program of a name no other process has, running until stopped: a
-    copy of sleep natively; under Wine a copy of Wine's cmd.exe, which waits
-    for commands on its input, kept open until the probe stops."""
-
-    def __init__(self, env):
-        self.env = env
-        base = f"zorrpt{os.getpid()}"
-        self.name = base + env.suffix
-        self.program = env.work / self.name
-        self.process = None
-
-    def __enter__(self):
-        if self.env.native:
-            shutil.copy(shutil.which("sleep"), self.program)
-            # Popen returns once the program runs under its new name.
-            self.process = subprocess.Popen([str(self.program), "600"])
-        else:
-            self.start_under_wine()
-        return self
-
-    def start_under_wine(self):
-        code, _ = wine(self.env, "cmd.exe", "/c", "copy", "/y", "%SystemRoot%\\system32\\cmd.exe",
-                       self.env.program_path(self.program))
-        expect_equal(code, 0, "copy of cmd.exe")
-        self.process = subprocess.Popen(self.env.runner + [self.env.program_path(self.program)],
-                                        cwd=self.env.work, stdin=subprocess.PIPE,
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        # The probe runs once it carries out a command of its input.
-        ready = self.env.work / f"{self.name}.ready"
-        self.process.stdin.write(f"echo ready>{ready.name}\r\n".encode("latin-1"))
-        self.process.stdin.flush()
-        deadline = time.monotonic() + 120
-        while not ready.exists():
-            assert self.process.poll() is None, f"{self.name} ended at once"
-            assert time.monotonic() < deadline, f"{self.name} never carried out its first command"
-            time.sleep(0.5)
-
-    def __exit__(self, *exc):
-        if self.process is None:
-            return
-        if self.process.stdin:
-            # cmd.exe ends at the end of its input.
-            self.process.stdin.close()
-            try:
-                self.process.wait(timeout=60)
-                return
-            except subprocess.TimeoutExpired:
-                pass
-        self.process.kill()
-        self.process.wait()
-
-
 # -- 1: a process started during the install -------------------------------
 def test_process_started_during_the_install_is_listed_as_added(env):
     event, copy = "Proc-1", "ProcCopy"
@@ -249,20 +195,25 @@ def test_messages_that_read_like_the_recorders_lines_are_messages_and_the_log_st
 
 
 # -- 2: a service and a copy of the product, under Wine --------------------
+def own_view(env):
+    return f"/reg:{env.registry_bits}"
+
+
 def import_copy_fixture(env):
-    code, _ = wine(env, "regedit", "/s", env.program_path(COPY_FIXTURE))
-    expect_equal(code, 0, f"regedit /s {COPY_FIXTURE.name}")
+    code, _ = wine(env, "reg", "import", env.program_path(COPY_FIXTURE), own_view(env))
+    expect_equal(code, 0, f"reg import {COPY_FIXTURE.name} {own_view(env)}")
 
 
 def clean_machine(env):
     wine(env, "sc", "delete", SERVICE)
-    wine(env, "reg", "delete", FIXTURE_ROOT, "/f")
+    wine(env, "reg", "delete", FIXTURE_ROOT, "/f", own_view(env))
 
 
 def test_service_and_copy_added_then_service_deleted_between_events(env):
     if env.native:
         return
-    assert wine(env, "reg", "query", FIXTURE_ROOT)[0] != 0, f"{FIXTURE_ROOT} exists in the prefix already"
+    assert wine(env, "reg", "query", FIXTURE_ROOT, own_view(env))[0] != 0, \
+        f"{FIXTURE_ROOT} exists in the prefix already"
     assert wine(env, "sc", "query", SERVICE)[0] != 0, f"{SERVICE} exists in the prefix already"
     try:
         record(env, "-start", "Svc-1", "-Action", "Install")

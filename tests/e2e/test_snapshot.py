@@ -10,7 +10,7 @@ import shutil
 import socket
 import subprocess
 
-from e2e_support import expect_equal, main
+from e2e_support import Probe, expect_equal, main
 
 EVENT = "Snap-1"
 
@@ -86,7 +86,30 @@ def test_computer_report_shows_this_machine(env):
                      "computer name")
         expect_equal(value_of(lines, "Number of processors:"),
                      windows_variable(env, "NUMBER_OF_PROCESSORS"), "processors")
-    expect_equal(value_of(lines, "CPU                 :"), "AMD64", "CPU of an x86-64 machine")
+    expect_equal(value_of(lines, "CPU                 :"), expected_cpu(env), "CPU of an x86-64 machine")
+
+
+def expected_cpu(env):
+    """What the CPU line derives from GetSystemInfo on this x86-64 machine. A
+    32-bit program on 64-bit Windows is told of an Intel architecture (0),
+    level 6 and processor type 586, which names "Intel Pentium"; a 64-bit one
+    of AMD64 (9) and type 8664, and so does the Linux build."""
+    return "Intel Pentium" if not env.native and env.arch == "x86" else "AMD64"
+
+
+def test_a_32_bit_build_lists_no_64_bit_process(env):
+    """On 64-bit Windows a 32-bit program can't enumerate the modules of a
+    64-bit process (EnumProcessModules fails), so the x86 build, by the
+    process list's rule for a process whose modules can't be read, leaves
+    64-bit processes out; the x64 build lists processes of both bitnesses."""
+    if env.native:
+        return
+    with Probe(env, bits=32, tag="x32-") as probe32, Probe(env, bits=64, tag="x64-") as probe64:
+        record(env, "-start", EVENT)
+    names = [name.strip() for _, name in rows_of_process_table(log_lines(env), 0)]
+    listed = {probe.name: probe.name in names for probe in (probe32, probe64)}
+    expected = {probe32.name: True, probe64.name: env.arch == "x64"}
+    expect_equal(listed, expected, f"{env.arch} build: probes listed in\n{names}")
 
 
 def test_logged_on_user_is_the_user_running_the_recorder(env):

@@ -15,12 +15,36 @@ HKEY KeyOf(RegistryKey key)
     return reinterpret_cast<HKEY>(key);
 }
 
+// Whether this is a 32-bit process on 64-bit Windows. IsWow64Process is
+// looked up at run time: systems before XP SP2 have none, and know no WoW64.
+bool RunsUnderWow64()
+{
+    using IsWow64ProcessCall = BOOL(WINAPI*)(HANDLE, PBOOL);
+    const HMODULE kernel = GetModuleHandleA("kernel32.dll");
+    const auto isWow64Process = kernel == nullptr ? nullptr
+        : reinterpret_cast<IsWow64ProcessCall>(
+              reinterpret_cast<void*>(GetProcAddress(kernel, "IsWow64Process")));
+    BOOL wow64 = FALSE;
+    return isWow64Process != nullptr && isWow64Process(GetCurrentProcess(), &wow64) && wow64;
+}
+
+// The native view is asked for only where it differs from the program's own.
+REGSAM AccessOf(std::uint32_t access)
+{
+    static const bool wow64 = RunsUnderWow64();
+    if ((access & kKeyNativeView) != 0 && !wow64)
+        access &= ~kKeyNativeView;
+    return access;
+}
+
 }  // namespace
 
 std::int32_t OpenMachineKey(const std::string& path, std::uint32_t access, RegistryKey& key)
 {
+    static_assert(kKeyNativeView == KEY_WOW64_64KEY, "the native view is KEY_WOW64_64KEY");
     HKEY opened = nullptr;
-    const LONG status = RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, access, &opened);
+    const LONG status =
+        RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, AccessOf(access), &opened);
     key = status == ERROR_SUCCESS ? reinterpret_cast<RegistryKey>(opened) : 0;
     return status;
 }
