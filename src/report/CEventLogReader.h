@@ -35,6 +35,9 @@ public:
 
     std::string computerName;
     std::string operatingSystem;
+    // Every line of the computer report, by its label; complete when the
+    // report was read to its closing rule.
+    SnapshotSection computer;
     Snapshot before;
     Snapshot after;
     std::vector<std::string> messages;
@@ -52,6 +55,7 @@ private:
     void ReleasePending();
     void LineInSnapshot(const std::string& line);
     void LineInBlock(const std::string& line);
+    void ComputerLine(const std::string& line);
     void BeginSnapshot(const std::string& title);
     void EndSnapshot(bool closed);
     void BeginSection(SnapshotPart part);

@@ -1,7 +1,8 @@
 """ZORHistoryReport on histories that the real recorder and collector wrote:
 what an install changed on the machine (a process started during it; under
 Wine also a service created and a copy of the product put into the registry),
-the drift between two events of one copy, the same report from the history
+what changed since the machine's snapshot before each event, drift only where
+no recorded event ran meanwhile, the same report from the history
 folder as from its archive, the command line's exit codes, and an archive put
 together to mislead its reader."""
 import json
@@ -112,6 +113,11 @@ def summary_fields(line):
     return fields[0], fields[1], fields[2], fields[3], counts
 
 
+def names_of(items):
+    """The names of the things that came or went in a section of the JSON form."""
+    return [item["name"] for item in items]
+
+
 def listing(folder):
     return sorted(os.listdir(folder))
 
@@ -122,9 +128,9 @@ class Probe:
     copy of sleep natively; under Wine a copy of Wine's cmd.exe, which waits
     for commands on its input, kept open until the probe stops."""
 
-    def __init__(self, env):
+    def __init__(self, env, tag=""):
         self.env = env
-        base = f"zorrpt{os.getpid()}"
+        base = f"zorrpt{os.getpid()}{tag}"
         self.name = base + env.suffix
         self.program = env.work / self.name
         self.process = None
@@ -181,8 +187,8 @@ def test_process_started_during_the_install_is_listed_as_added(env):
 
     changes = event_of(read_json(env.work / "r.json"), copy, event)["changes"]
     assert changes is not None, "no changes for an event with both snapshots"
-    assert probe.name in changes["processes"]["added"], \
-        f"{probe.name} is not among the added processes: {changes['processes']!r}"
+    added = {item["name"]: item["value"] for item in changes["processes"]["added"]}
+    expect_equal(added.get(probe.name), "1", f"{probe.name} among the added processes, with its count")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert probe.name in html, f"{probe.name} is not in the HTML report"
     listed_copy, listed_event, action, result, counts = summary_fields(summary_line(out, copy, event))
@@ -244,8 +250,57 @@ def test_messages_that_read_like_the_recorders_lines_are_messages_and_the_log_st
     expect_equal(reported["messages"], LOOK_ALIKES, "messages of the event")
     expect_equal(reported["notes"], [], "notes on the event")
     assert reported["changes"] is not None, "no changes for an event with both snapshots"
-    assert probe.name in reported["changes"]["processes"]["added"], \
+    assert probe.name in names_of(reported["changes"]["processes"]["added"]), \
         f"{probe.name} is not among the added processes: {reported['changes']['processes']!r}"
+
+
+def next_second():
+    """Waits for the clock's next second: the recorder's times have seconds."""
+    time.sleep(1.1)
+
+
+def test_changes_since_the_machines_last_snapshot_name_the_events_that_ran_meanwhile(env):
+    """A1 and A2 of one copy with B1 of another between them, then N, which
+    never ends, then A3: each event is compared with the machine's last
+    snapshot before it, and only where no event ran meanwhile is it drift."""
+    record(env, "-start", "A1", "-Action", "Install")
+    record(env, "-end", "A1", "-CopyName", "CopyA", "-Result", "0")
+    next_second()
+    record(env, "-start", "B1", "-Action", "Install")
+    with Probe(env, "b") as during_b:
+        record(env, "-end", "B1", "-CopyName", "CopyB", "-Result", "0")
+        next_second()
+        record(env, "-start", "A2", "-Action", "Repair")
+        record(env, "-end", "A2", "-CopyName", "CopyA", "-Result", "0")
+        next_second()
+        record(env, "-start", "N1", "-Action", "Install")
+        with Probe(env, "n") as during_n:
+            next_second()
+            record(env, "-start", "A3", "-Action", "Repair")
+            record(env, "-end", "A3", "-CopyName", "CopyA", "-Result", "0")
+    collect(env, "x.zip")
+    make_report(env, "x.zip", "-json", "r.json", "-o", "r.html")
+    document = read_json(env.work / "r.json")
+
+    first = event_of(document, "CopyA", "A1")
+    expect_equal(first["sincePrevious"], None, "changes before the machine's first event")
+    # A2 starts where B1 of the other copy ended; B1's process is no drift.
+    since = event_of(document, "CopyA", "A2")["sincePrevious"]
+    expect_equal((since["since"], since["eventsBetween"], since["drift"]),
+                 ({"eventId": "B1", "copy": "CopyB", "snapshot": "after"}, [], True), "A2's comparison")
+    assert during_b.name not in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    # N1 never ended: it ran from its start until A3's, and what came meanwhile
+    # is told with it, not as drift.
+    since = event_of(document, "CopyA", "A3")["sincePrevious"]
+    expect_equal((since["since"], since["eventsBetween"], since["drift"]),
+                 ({"eventId": "N1", "copy": "(Unknown)", "snapshot": "before"},
+                  [{"eventId": "N1", "copy": "(Unknown)"}], False), "A3's comparison")
+    assert during_n.name in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    assert ("What changed since the after snapshot of B1 (copy CopyB): <span class=\"drift\">drift</span>, "
+            "outside any recorded install") in html, "A2's drift heading is not on the page"
+    assert ("What changed since the before snapshot of N1 (copy (Unknown)), while these recorded events ran: "
+            "N1 (copy (Unknown))") in html, "A3's heading is not on the page"
 
 
 # -- 2: a service and a copy of the product, under Wine --------------------
@@ -283,13 +338,18 @@ def test_service_and_copy_added_then_service_deleted_between_events(env):
     document = read_json(env.work / "r.json")
     first = event_of(document, FIXTURE_COPY, "Svc-1")
     second = event_of(document, FIXTURE_COPY, "Svc-2")
-    assert first["changes"] is not None and second["drift"] is not None, (first, second)
-    assert SERVICE_DISPLAY_NAME in first["changes"]["services"]["added"], first["changes"]["services"]
-    assert "copy " + FIXTURE_COPY in first["changes"]["zorProducts"]["added"], first["changes"]["zorProducts"]
-    expect_equal(first["drift"], None, "drift of the copy's first event")
-    assert SERVICE_DISPLAY_NAME in second["drift"]["services"]["removed"], second["drift"]["services"]
+    drift = second["sincePrevious"]
+    assert first["changes"] is not None and drift is not None and drift["drift"], (first, second)
+    added_services = {item["name"]: item["value"] for item in first["changes"]["services"]["added"]}
+    expect_equal(added_services.get(SERVICE_DISPLAY_NAME), "Stopped", "state of the added service")
+    # The copy once, in its own layout: the parent key of the V9 copies is no
+    # copy before V9.
+    expect_equal(names_of(first["changes"]["zorProducts"]["added"]), ["copy " + FIXTURE_COPY],
+                 "copies added by the first event")
+    expect_equal(first["sincePrevious"], None, "changes before the machine's first event")
+    assert SERVICE_DISPLAY_NAME in names_of(drift["changes"]["services"]["removed"]), drift["changes"]["services"]
     # Nothing happened to the copy between the two events, nor during the second.
-    expect_equal(second["drift"]["zorProducts"], NO_CHANGE, "drift of the products")
+    expect_equal(drift["changes"]["zorProducts"], NO_CHANGE, "drift of the products")
     expect_equal(second["changes"]["zorProducts"], NO_CHANGE, "products changed by the second event")
     expect_equal(second["changes"]["services"], NO_CHANGE, "services changed by the second event")
     for event, action in (("Svc-1", "Install"), ("Svc-2", "Upgrade")):
