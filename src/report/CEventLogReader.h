@@ -1,5 +1,5 @@
 // Reads one event log, line by line as it streams in: the computer report of
-// -start, the snapshots before and after the install, and the installer's
+// -start, every line of it, the snapshots before and after the install, and the installer's
 // messages, which are the lines that belong to no block of the recorder's.
 // A block begins only where its opening lines stand whole, as the recorder
 // writes them (a snapshot's frame and title, a title and its rule, the start

@@ -88,15 +88,7 @@ void CReportBuilder::CompareWithTheMachine(std::size_t event, const Snapshot& be
     const std::optional<long long> start = timeline_->Start(event);
     if (!start)
         return;
-    for (auto held = running_.begin(); held != running_.end();) {
-        if (held->time > *start) {
-            ++held;
-            continue;
-        }
-        if (!latest_ || held->time >= latest_->time)
-            latest_ = std::move(*held);
-        held = running_.erase(held);
-    }
+    TakeAfterSnapshotsUntil(*start);
     if (!latest_ || !before.present)
         return;
     ChangesSince since;
@@ -105,6 +97,21 @@ void CReportBuilder::CompareWithTheMachine(std::size_t event, const Snapshot& be
     since.ranBetween = NamesOf(timeline_->RanBetween(latest_->time, event));
     since.changes = CompareSnapshots(latest_->snapshot, before);
     report.sincePrevious = std::move(since);
+}
+
+// The after snapshots of the events that ended by `time`: the latest of them
+// is the machine's last snapshot, if it is later than the one held.
+void CReportBuilder::TakeAfterSnapshotsUntil(long long time)
+{
+    for (auto held = running_.begin(); held != running_.end();) {
+        if (held->time > time) {
+            ++held;
+            continue;
+        }
+        if (!latest_ || held->time >= latest_->time)
+            latest_ = std::move(*held);
+        held = running_.erase(held);
+    }
 }
 
 // The computer report is written at each start: this one against the one

@@ -44,6 +44,7 @@ private:
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
+    void TakeAfterSnapshotsUntil(long long time);
     void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);
     void Keep(std::size_t event, Snapshot& before, Snapshot& after);
     EventName NameOf(std::size_t event) const;
