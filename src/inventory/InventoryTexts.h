@@ -28,6 +28,8 @@ inline constexpr int kProfileRuleLength = 120;
 // A global parameter: its name and ":" in a column of 30, then its value.
 inline constexpr int kGlobalNameWidth = 30;
 
+// A product's key name begins with this, case counting; the row shows it whole.
+inline constexpr char kProductKeyPrefix[] = "ZOR ";
 inline constexpr char kProductsTitle[] = "ZOR Products installed:";
 inline constexpr int kProductRuleLength = 128;
 inline constexpr char kProductHeader[] =

@@ -1,5 +1,7 @@
 #include "inventory/ProductKeys.h"
 
+#include "inventory/InventoryTexts.h"
+
 #include "inventory/RegistryReader.h"
 
 bool IsCopyKeyName(const std::string& name)
@@ -11,7 +13,7 @@ bool IsCopyKeyName(const std::string& name)
 
 bool IsProductKeyName(const std::string& name)
 {
-    return name.compare(0, 4, "ZOR ") == 0;
+    return name.compare(0, sizeof texts::products::kProductKeyPrefix - 1, texts::products::kProductKeyPrefix) == 0;
 }
 
 std::vector<CParameter> ReadParameters(const std::string& key)

@@ -10,11 +10,6 @@ namespace {
 
 int registryLayout = LAYOUT_V9;
 
-// The data buffer of a value read, terminator included, and the name buffer
-// of the enumerations.
-constexpr std::uint32_t kValueBufferSize = 100;
-constexpr std::uint32_t kNameSize = 256;
-
 // Opened with KEY_READ and KEY_SET_VALUE: an account that may not write the
 // key can't read it either. The value read and the subkey enumeration pass a
 // failed open's status through the system's message text, which nobody reads.
@@ -47,7 +42,7 @@ std::string SignedDecimal(const std::string& bytes)
 std::string TextOf(platform::RegistryKey handle, const std::string& valueName)
 {
     platform::RegistryValue value;
-    platform::QueryRegistryValue(handle, valueName, kValueBufferSize, value);
+    platform::QueryRegistryValue(handle, valueName, kRegistryValueBufferSize, value);
     const std::string& data = value.data;
     return data.substr(0, data.find('\0'));
 }
@@ -65,7 +60,7 @@ std::vector<std::string> EnumerateNames(platform::RegistryKey handle, EnumerateN
     std::vector<std::string> names;
     for (std::uint32_t index = 0;; ++index) {
         std::string name;
-        if (enumerate(handle, index, kNameSize, name) != platform::kStatusSuccess)
+        if (enumerate(handle, index, kRegistryNameSize, name) != platform::kStatusSuccess)
             return names;
         names.push_back(name);
     }

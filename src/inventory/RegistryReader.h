@@ -5,8 +5,15 @@
 // product's registry layout, and the wide-to-narrow text helper.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
+
+// The data buffer of a value read, terminator included, so that a text value
+// of more than 99 bytes reads as empty; and the name buffer of the
+// enumerations, so that a name of 256 bytes or more ends them.
+inline constexpr std::uint32_t kRegistryValueBufferSize = 100;
+inline constexpr std::uint32_t kRegistryNameSize = 256;
 
 // The layouts of the product's keys: before V9 one copy below the maker's key,
 // from V9 on one key per copy.

@@ -22,6 +22,12 @@ constexpr int kBannerLines = 4;
 constexpr int kComputerLines = 9;
 constexpr int kResultLines = 12;
 
+const char* const kComputerLabels[] = {
+    texts::computer::kComputerNameLabel, texts::computer::kOSLabel,
+    texts::computer::kTypeLabel,         texts::computer::kServicePackLabel,
+    texts::computer::kProcessorCountLabel, texts::computer::kCPULabel,
+};
+
 // A section's heading: its number, then one of the six titles.
 bool IsSectionHeading(const std::string& line, SnapshotPart& part)
 {
@@ -199,13 +205,30 @@ void CEventLogReader::LineInBlock(const std::string& line)
             place_ = Place::Outside;
         return;
     }
-    if (place_ == Place::Computer && computerName.empty() &&
-        StartsWith(line, texts::computer::kComputerNameLabel))
-        computerName = TextBehind(line, texts::computer::kComputerNameLabel);
-    if (place_ == Place::Computer && operatingSystem.empty() && StartsWith(line, texts::computer::kOSLabel))
-        operatingSystem = TextBehind(line, texts::computer::kOSLabel);
-    if ((line == blockRule_ && --blockRulesLeft_ == 0) || --blockLinesLeft_ == 0)
+    if (place_ == Place::Computer)
+        ComputerLine(line);
+    if ((line == blockRule_ && --blockRulesLeft_ == 0) || --blockLinesLeft_ == 0) {
+        computer.complete = computer.complete || (place_ == Place::Computer && line == blockRule_);
         place_ = Place::Outside;
+    }
+}
+
+// Each labelled line of the computer report, by its label without the blanks
+// and the colon that pad it.
+void CEventLogReader::ComputerLine(const std::string& line)
+{
+    for (const char* label : kComputerLabels) {
+        if (!StartsWith(line, label))
+            continue;
+        std::string name = label;
+        name.pop_back();
+        computer.present = true;
+        computer.Add(TrimmedRight(name), TextBehind(line, label));
+    }
+    if (computerName.empty() && StartsWith(line, texts::computer::kComputerNameLabel))
+        computerName = TextBehind(line, texts::computer::kComputerNameLabel);
+    if (operatingSystem.empty() && StartsWith(line, texts::computer::kOSLabel))
+        operatingSystem = TextBehind(line, texts::computer::kOSLabel);
 }
 
 void CEventLogReader::LineInSnapshot(const std::string& line)

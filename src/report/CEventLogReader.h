@@ -1,5 +1,5 @@
 // Reads one event log, line by line as it streams in: the computer report of
-// -start, the snapshots before and after the install, and the installer's
+// -start, every line of it, the snapshots before and after the install, and the installer's
 // messages, which are the lines that belong to no block of the recorder's.
 // A block begins only where its opening lines stand whole, as the recorder
 // writes them (a snapshot's frame and title, a title and its rule, the start
@@ -35,6 +35,9 @@ public:
 
     std::string computerName;
     std::string operatingSystem;
+    // Every line of the computer report, by its label; complete when the
+    // report was read to its closing rule.
+    SnapshotSection computer;
     Snapshot before;
     Snapshot after;
     std::vector<std::string> messages;
@@ -52,6 +55,7 @@ private:
     void ReleasePending();
     void LineInSnapshot(const std::string& line);
     void LineInBlock(const std::string& line);
+    void ComputerLine(const std::string& line);
     void BeginSnapshot(const std::string& title);
     void EndSnapshot(bool closed);
     void BeginSection(SnapshotPart part);

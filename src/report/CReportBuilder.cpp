@@ -43,36 +43,122 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason)
     report = HistoryReport();
     report.sourceName = sourceName_;
     report.eventCount = events.size();
+    events_ = &events;
+    timeline_.emplace(events);
     machineEvent_ = nullptr;
-    for (const EventGroup& group : GroupByCopy(events))
-        BuildGroup(group, report);
+    latest_.reset();
+    running_.clear();
+    lastComputer_.reset();
+    std::vector<EventReport> reports(events.size());
+    for (const std::size_t event : timeline_->Order())
+        BuildEvent(event, reports[event], report);
+    for (const EventGroup& group : GroupByCopy(events)) {
+        CopyReport copy;
+        copy.name = group.name;
+        for (const EventRecord* event : group.events)
+            copy.events.push_back(std::move(reports[static_cast<std::size_t>(event - events.data())]));
+        report.copies.push_back(std::move(copy));
+    }
+    events_ = nullptr;
     return true;
 }
 
 // Each event is compared with itself (before and after the install), and
-// with the after snapshot of the copy's event before it.
-void CReportBuilder::BuildGroup(const EventGroup& group, HistoryReport& report)
+// with the machine's snapshot before it.
+void CReportBuilder::BuildEvent(std::size_t event, EventReport& report, HistoryReport& history)
 {
-    CopyReport copy;
-    copy.name = group.name;
-    Snapshot previousAfter;
-    for (const EventRecord* event : group.events) {
-        Snapshot before;
-        Snapshot after;
-        EventReport eventReport = ReadEvent(*event, before, after, report);
-        if (before.present && after.present)
-            eventReport.changes = CompareSnapshots(before, after);
-        if (previousAfter.present && before.present)
-            eventReport.drift = CompareSnapshots(previousAfter, before);
-        previousAfter = std::move(after);
-        TakeTimes(*event, report);
-        copy.events.push_back(std::move(eventReport));
+    const EventRecord& record = (*events_)[event];
+    Snapshot before;
+    Snapshot after;
+    SnapshotSection computer;
+    report = ReadEvent(record, before, after, computer, history);
+    if (before.present && after.present)
+        report.changes = CompareSnapshots(before, after);
+    CompareWithTheMachine(event, before, report);
+    CompareComputers(event, computer, report);
+    Keep(event, before, after);
+    TakeTimes(record, history);
+}
+
+// The last snapshot of the machine before this event's start: an after
+// snapshot of an event that ended by then, or a before snapshot. The events
+// that ran from it to this start are named; without any, the changes are drift.
+void CReportBuilder::CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report)
+{
+    const std::optional<long long> start = timeline_->Start(event);
+    if (!start)
+        return;
+    TakeAfterSnapshotsUntil(*start);
+    if (!latest_ || !before.present)
+        return;
+    ChangesSince since;
+    since.event = NameOf(latest_->event);
+    since.afterSnapshot = latest_->after;
+    since.ranBetween = NamesOf(timeline_->RanBetween(latest_->time, event));
+    since.changes = CompareSnapshots(latest_->snapshot, before);
+    report.sincePrevious = std::move(since);
+}
+
+// The after snapshots of the events that ended by `time`: the latest of them
+// is the machine's last snapshot, if it is later than the one held.
+void CReportBuilder::TakeAfterSnapshotsUntil(long long time)
+{
+    for (auto held = running_.begin(); held != running_.end();) {
+        if (held->time > time) {
+            ++held;
+            continue;
+        }
+        if (!latest_ || held->time >= latest_->time)
+            latest_ = std::move(*held);
+        held = running_.erase(held);
     }
-    report.copies.push_back(std::move(copy));
+}
+
+// The computer report is written at each start: this one against the one
+// written last before it, with the events that ran from that start to this.
+void CReportBuilder::CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report)
+{
+    const std::optional<long long> start = timeline_->Start(event);
+    if (!start || !computer.present)
+        return;
+    if (lastComputer_ && lastComputer_->report.complete && computer.complete) {
+        ComputerChanges changes;
+        changes.since = NameOf(lastComputer_->event);
+        changes.ranBetween = NamesOf(timeline_->RanBetween(lastComputer_->time, event));
+        changes.changes = CompareSections(lastComputer_->report, computer);
+        report.computer = std::move(changes);
+    }
+    lastComputer_ = HeldComputer{event, *start, std::move(computer)};
+}
+
+// The event's before snapshot is now the machine's last; its after snapshot
+// waits for the events that start after its end.
+void CReportBuilder::Keep(std::size_t event, Snapshot& before, Snapshot& after)
+{
+    const std::optional<long long> start = timeline_->Start(event);
+    const std::optional<long long> end = timeline_->AfterSnapshotTime(event);
+    if (start && before.present)
+        latest_ = HeldSnapshot{event, false, *start, std::move(before)};
+    if (end && after.present)
+        running_.push_back(HeldSnapshot{event, true, *end, std::move(after)});
+}
+
+EventName CReportBuilder::NameOf(std::size_t event) const
+{
+    const EventRecord& record = (*events_)[event];
+    return EventName{record.eventId, CopyGroupOf(record)};
+}
+
+std::vector<EventName> CReportBuilder::NamesOf(const std::vector<std::size_t>& events) const
+{
+    std::vector<EventName> names;
+    for (const std::size_t event : events)
+        names.push_back(NameOf(event));
+    return names;
 }
 
 EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after,
-                                      HistoryReport& history)
+                                      SnapshotSection& computer, HistoryReport& history)
 {
     EventReport report;
     report.record = event;
@@ -101,12 +187,14 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
     report.hasAfter = log.after.present;
     before = std::move(log.before);
     after = std::move(log.after);
+    before.usersByGroupsAlone = after.usersByGroupsAlone = RecordedOnLinux(event);
+    computer = std::move(log.computer);
     TakeMachine(log, event, history);
     return report;
 }
 
 // The machine as the first event of History.ini that has a computer report
-// shows it; the events are read in the order of their copies.
+// shows it, whatever the order in which the events are read.
 void CReportBuilder::TakeMachine(const CEventLogReader& log, const EventRecord& event, HistoryReport& report)
 {
     if (log.computerName.empty() && log.operatingSystem.empty())

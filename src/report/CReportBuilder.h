@@ -1,15 +1,21 @@
 // Builds the report from a history source: the events of History.ini in the
-// groups of the summary, and for each event, its log streamed once. At any
-// time it holds the current event's two snapshots and the after snapshot of
-// the copy's event before it, and no more.
+// groups of the summary, and for each event, its log streamed once. The logs
+// are read in the order of the events' starts on the machine, so that each
+// event's before snapshot is compared with the snapshot that the machine had
+// last before it, whichever event took it. At any time the builder holds the
+// current event's two snapshots, that last snapshot, and the after snapshots
+// of events still running at the current event's start.
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "report/CEventLogReader.h"
 #include "report/CHistorySource.h"
 #include "report/HistoryEvents.h"
+#include "report/MachineTimeline.h"
 #include "report/ReportModel.h"
 
 class CReportBuilder {
@@ -21,14 +27,39 @@ public:
     bool Build(HistoryReport& report, std::string& reason);
 
 private:
-    void BuildGroup(const EventGroup& group, HistoryReport& report);
-    EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, HistoryReport& history);
+    // A snapshot kept for the events that start after it was taken.
+    struct HeldSnapshot {
+        std::size_t event = 0;
+        bool after = false;
+        long long time = 0;
+        Snapshot snapshot;
+    };
+    struct HeldComputer {
+        std::size_t event = 0;
+        long long time = 0;
+        SnapshotSection report;
+    };
+
+    void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
+    EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
+                          HistoryReport& history);
+    void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
+    void TakeAfterSnapshotsUntil(long long time);
+    void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);
+    void Keep(std::size_t event, Snapshot& before, Snapshot& after);
+    EventName NameOf(std::size_t event) const;
+    std::vector<EventName> NamesOf(const std::vector<std::size_t>& events) const;
     void TakeMachine(const CEventLogReader& log, const EventRecord& event, HistoryReport& report);
     void TakeTimes(const EventRecord& event, HistoryReport& report) const;
 
     const CHistorySource& source_;
     std::string sourceName_;
+    const std::vector<EventRecord>* events_ = nullptr;
+    std::optional<MachineTimeline> timeline_;
     // The History.ini place of the event whose computer report the report
     // shows: the first one that has one.
     const EventRecord* machineEvent_ = nullptr;
+    std::optional<HeldSnapshot> latest_;
+    std::vector<HeldSnapshot> running_;
+    std::optional<HeldComputer> lastComputer_;
 };

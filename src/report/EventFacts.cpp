@@ -35,7 +35,14 @@ long long DaysFromCivil(long long year, unsigned month, unsigned day)
     return era * 146097 + static_cast<long long>(dayOfEra) - 719468;
 }
 
-std::optional<long long> SecondsOf(const std::string& stamp)
+}  // namespace
+
+bool RecordedOnLinux(const EventRecord& event)
+{
+    return !event.eventLogFile.empty() && event.eventLogFile.front() == '/';
+}
+
+std::optional<long long> SecondsOfStamp(const std::string& stamp)
 {
     int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
     char end = 0;
@@ -48,6 +55,8 @@ std::optional<long long> SecondsOf(const std::string& stamp)
     return DaysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) * 86400 +
            hour * 3600 + minute * 60 + second;
 }
+
+namespace {
 
 // The folder part of a path, with its last separator, and the rest: paths
 // from Windows have "\\" between their parts, from Linux "/".
@@ -64,6 +73,7 @@ std::string LastPartOf(const std::string& path)
 
 }  // namespace
 
+
 EventOutcome OutcomeOf(const EventRecord& event)
 {
     if (event.completeFlag != texts::kComplete)
@@ -78,8 +88,8 @@ EventOutcome OutcomeOf(const EventRecord& event)
 
 std::optional<long long> SecondsBetween(const std::string& start, const std::string& end)
 {
-    const std::optional<long long> from = SecondsOf(start);
-    const std::optional<long long> to = SecondsOf(end);
+    const std::optional<long long> from = SecondsOfStamp(start);
+    const std::optional<long long> to = SecondsOfStamp(end);
     if (!from || !to || *to < *from)
         return std::nullopt;
     return *to - *from;

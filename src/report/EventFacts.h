@@ -14,6 +14,14 @@
 // 1641, no result for an empty one, failed otherwise.
 EventOutcome OutcomeOf(const EventRecord& event);
 
+// Whether the Linux build recorded the event: its event log's path, as
+// History.ini gives it, begins at "/".
+bool RecordedOnLinux(const EventRecord& event);
+
+// Seconds from 1 January 1970 to one of the recorder's time stamps
+// ("%Y%m%d %H:%M:%S"), if it can be read.
+std::optional<long long> SecondsOfStamp(const std::string& stamp);
+
 // Seconds between two of the recorder's time stamps ("%Y%m%d %H:%M:%S"), if
 // both can be read and the end doesn't come first.
 std::optional<long long> SecondsBetween(const std::string& start, const std::string& end);

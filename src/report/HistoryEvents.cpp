@@ -56,13 +56,18 @@ std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes)
     return events;
 }
 
+std::string CopyGroupOf(const EventRecord& event)
+{
+    return event.copyName.empty() ? event.eventId : event.copyName;
+}
+
 std::vector<EventGroup> GroupByCopy(const std::vector<EventRecord>& events)
 {
     std::vector<EventGroup> groups;
     // The group's place in the list, by its name, compared byte for byte.
     std::unordered_map<std::string, std::size_t> places;
     for (const EventRecord& event : events) {
-        const std::string& key = event.copyName.empty() ? event.eventId : event.copyName;
+        const std::string key = CopyGroupOf(event);
         const auto place = places.emplace(key, groups.size());
         if (place.second)
             groups.push_back(EventGroup{key, {}});

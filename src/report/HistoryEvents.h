@@ -11,6 +11,10 @@
 
 std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes);
 
+// The group of the summary that the event belongs to: its copy's name, or
+// for an event without one, its EventID.
+std::string CopyGroupOf(const EventRecord& event);
+
 // The groups of the summary: the events that share a copy name, or an event
 // without one alone, named after the event; in the order of their first event.
 struct EventGroup {

@@ -23,6 +23,8 @@ th { background: #eef; }
 .failed { color: #a00; font-weight: bold; }
 .never-ended, .no-result { color: #a60; font-weight: bold; }
 .restart-needed { color: #a60; }
+.drift { color: #a00; font-weight: bold; }
+ul.details { list-style: disc; padding-left: 2em; }
 .none, .na { margin: 0.2em 0; }
 .na, .note { color: #a60; }
 .added::before { content: "+ "; color: #060; }
@@ -83,10 +85,26 @@ void WriteTimeline(const CopyReport& copy, std::ostream& out)
     out << "</table>\n";
 }
 
-void WriteList(std::ostream& out, const std::vector<std::string>& items, const char* itemClass)
+// A thing with its value, if it has one: "ZOR Listener: Started".
+std::string NamedValue(const std::string& name, const std::string& value)
 {
-    for (const std::string& item : items)
-        out << "<li class=\"" << itemClass << "\">" << HtmlText(item) << "</li>\n";
+    return HtmlText(name) + (value.empty() ? std::string() : ": " + HtmlText(value));
+}
+
+// Each thing that came or went with its value, and below it what came or
+// went with it.
+void WriteList(std::ostream& out, const std::vector<ListedItem>& items, const char* itemClass)
+{
+    for (const ListedItem& item : items) {
+        out << "<li class=\"" << itemClass << "\">" << NamedValue(item.name, item.value);
+        if (!item.details.empty()) {
+            out << "\n<ul class=\"details\">\n";
+            for (const ItemValue& detail : item.details)
+                out << "<li>" << NamedValue(detail.name, detail.value) << "</li>\n";
+            out << "</ul>\n";
+        }
+        out << "</li>\n";
+    }
 }
 
 std::string ChangeCounts(const SectionChanges& changes)
@@ -95,9 +113,9 @@ std::string ChangeCounts(const SectionChanges& changes)
            " removed, " + std::to_string(changes.changed.size()) + " changed";
 }
 
-void WriteSection(std::size_t part, const std::optional<SectionChanges>& changes, std::ostream& out)
+void WriteSection(const std::string& sectionTitle, const std::optional<SectionChanges>& changes, std::ostream& out)
 {
-    const std::string title = HtmlText(SectionTitle(part));
+    const std::string title = HtmlText(sectionTitle);
     if (!changes) {
         out << "<p class=\"na\">" << title << ": not compared, the section is missing or cut off.</p>\n";
         return;
@@ -121,11 +139,42 @@ void WriteSection(std::size_t part, const std::optional<SectionChanges>& changes
     out << "</details>\n";
 }
 
-void WriteChanges(const char* heading, const std::optional<SnapshotChanges>& changes, std::ostream& out)
+void WriteChanges(const std::string& heading, const SnapshotChanges& changes, std::ostream& out)
 {
     out << "<h4>" << heading << "</h4>\n";
     for (std::size_t part = 0; part < kSnapshotPartCount; ++part)
-        WriteSection(part, (*changes)[part], out);
+        WriteSection(SectionTitle(part), changes[part], out);
+}
+
+std::string EventNames(const std::vector<EventName>& events)
+{
+    std::string names;
+    for (const EventName& event : events)
+        names += (names.empty() ? "" : ", ") + HtmlText(event.eventId) + " (copy " + HtmlText(event.copy) + ")";
+    return names;
+}
+
+// Drift stands out by its word and its colour; changes while other events
+// ran name them.
+std::string SinceHeading(const ChangesSince& since)
+{
+    const std::string snapshot = std::string(since.afterSnapshot ? "after" : "before") + " snapshot of " +
+                                 HtmlText(since.event.eventId) + " (copy " + HtmlText(since.event.copy) + ")";
+    if (since.ranBetween.empty())
+        return "What changed since the " + snapshot + ": <span class=\"drift\">drift</span>, outside any recorded "
+               "install";
+    return "What changed since the " + snapshot + ", while these recorded events ran: " +
+           EventNames(since.ranBetween);
+}
+
+void WriteComputerChanges(const ComputerChanges& computer, std::ostream& out)
+{
+    out << "<h4>The computer report since the start of " << HtmlText(computer.since.eventId) << " (copy "
+        << HtmlText(computer.since.copy) << ")"
+        << (computer.ranBetween.empty() ? std::string(": <span class=\"drift\">drift</span>")
+                                        : ", while these recorded events ran: " + EventNames(computer.ranBetween))
+        << "</h4>\n";
+    WriteSection("Computer", computer.changes, out);
 }
 
 void WriteMessages(const EventReport& event, std::ostream& out)
@@ -156,7 +205,7 @@ void WriteFiles(const EventReport& event, std::ostream& out)
     out << "</ul>\n";
 }
 
-void WriteEvent(const EventReport& event, bool firstOfCopy, std::ostream& out)
+void WriteEvent(const EventReport& event, std::ostream& out)
 {
     out << "<section class=\"event\">\n<h3>" << HtmlText(event.record.eventId) << ": "
         << HtmlText(event.record.action) << ", <span class=\"" << OutcomeClass(event.outcome) << "\">"
@@ -166,15 +215,14 @@ void WriteEvent(const EventReport& event, bool firstOfCopy, std::ostream& out)
     WriteFiles(event, out);
     WriteMessages(event, out);
     if (event.changes)
-        WriteChanges("What the install changed", event.changes, out);
+        WriteChanges("What the install changed", *event.changes, out);
     else
         out << "<h4>What the install changed</h4>\n<p class=\"na\">Not compared: "
             << MissingSnapshots(event.hasBefore, event.hasAfter) << ".</p>\n";
-    if (event.drift)
-        WriteChanges("What changed since the copy's event before (outside any recorded install)", event.drift, out);
-    else if (!firstOfCopy)
-        out << "<h4>What changed since the copy's event before</h4>\n<p class=\"na\">Not compared: a snapshot "
-               "is missing.</p>\n";
+    if (event.sincePrevious)
+        WriteChanges(SinceHeading(*event.sincePrevious), event.sincePrevious->changes, out);
+    if (event.computer)
+        WriteComputerChanges(*event.computer, out);
     out << "</section>\n";
 }
 
@@ -183,8 +231,8 @@ void WriteCopy(const CopyReport& copy, std::ostream& out)
     const bool unnamed = copy.events.size() == 1 && copy.events[0].record.copyName.empty();
     out << "<h2>" << (unnamed ? "No copy name: event " : "Copy ") << HtmlText(copy.name) << "</h2>\n";
     WriteTimeline(copy, out);
-    for (std::size_t i = 0; i < copy.events.size(); ++i)
-        WriteEvent(copy.events[i], i == 0, out);
+    for (const EventReport& event : copy.events)
+        WriteEvent(event, out);
 }
 
 }  // namespace

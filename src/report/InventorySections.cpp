@@ -2,7 +2,10 @@
 // layout before V9 have no names in the log; they are told apart by their
 // place. Each product, global profile value, instance and parameter belongs
 // to its copy, each parameter of an instance to the instance.
+#include <algorithm>
+
 #include "inventory/InventoryTexts.h"
+#include "inventory/RegistryReader.h"
 #include "report/SectionReaders.h"
 #include "report/SectionText.h"
 
@@ -16,9 +19,48 @@ const std::string kProductRule(kProductRuleLength, '-');
 const std::string kInstanceRule(kInstanceRuleLength, '-');
 const std::string kParameterRule(kParameterRuleLength, '-');
 
-// A parameter row: the name in its column, the value behind it.
+// A text from the registry: at most the value buffer, less its terminator;
+// a key's name at most the name buffer, less its terminator.
+constexpr std::size_t kRegistryText = kRegistryValueBufferSize - 1;
+constexpr std::size_t kRegistryName = kRegistryNameSize - 1;
+
+bool IsProductKeyName(const std::string& text)
+{
+    return StartsWith(text, kProductKeyPrefix);
+}
+
+// The version column joins three values with a "." between each two.
+bool IsJoinedVersion(const std::string& text)
+{
+    return std::count(text.begin(), text.end(), '.') >= 2;
+}
+
+// Name, product code, version, service level and last modified date, each in
+// its column: the name a key's, the version three values joined.
+std::vector<RowField> ProductFields()
+{
+    const std::size_t longest[kProductColumnCount] = {kRegistryName, kRegistryText, 3 * kRegistryText + 2,
+                                                      kRegistryText, kRegistryText};
+    std::vector<RowField> fields;
+    for (int i = 0; i < kProductColumnCount; ++i)
+        fields.push_back(RowField{static_cast<std::size_t>(kProductColumnWidths[i]), longest[i], nullptr});
+    fields[0].accepts = IsProductKeyName;
+    fields[2].accepts = IsJoinedVersion;
+    return fields;
+}
+
+// A parameter row: the name in its column, padded on one side, and the value
+// behind it. A name that fills its column runs into the value with nothing
+// between them, so the two can't be told apart: the row's whole text then
+// names the parameter.
 void SplitParameter(const std::string& row, std::size_t width, std::string& name, std::string& value)
 {
+    const bool columnFull = row.size() >= width && row.front() != ' ' && row[width - 1] != ' ';
+    if (columnFull) {
+        name = row;
+        value.clear();
+        return;
+    }
     name = TrimmedText(row.substr(0, std::min(width, row.size())));
     value = width < row.size() ? row.substr(width) : std::string();
 }
@@ -51,6 +93,7 @@ public:
     {
         for (std::size_t i = 0; i < lines_.size();)
             i = ReadLine(i);
+        LeaveOutTheV9Parent();
     }
 
 private:
@@ -65,6 +108,8 @@ private:
             return FindTableRows(lines_, i, kCopyListRule, 1, kCopyListRule).next;
         else if (StartsWith(line, kCopyNameLabel))
             StartCopy("copy " + TextBehind(line, kCopyNameLabel));
+        else if (StartsWith(line, kCopyCountLabel))
+            v9Copies_ = TextBehind(line, kCopyCountLabel) != "0";
         else if (StartsWith(line, kProductCountLabel) && priorToV9_)
             StartCopy("copy before V9 #" + std::to_string(++priorCopies_));
         else if (line == kGlobalProfilesTitle)
@@ -84,6 +129,22 @@ private:
         section_.Mark(copy_);
     }
 
+    // The key of the V9 copies' parent has the name of the copy before V9,
+    // and the listing of that layout shows it as a copy, empty: where V9
+    // copies stand, an empty copy before V9 is that key and no copy.
+    void LeaveOutTheV9Parent()
+    {
+        if (!v9Copies_)
+            return;
+        for (int copy = 1; copy <= priorCopies_; ++copy) {
+            const std::string name = "copy before V9 #" + std::to_string(copy);
+            const std::string prefix = name + ":";
+            const auto owned = section_.items.lower_bound(prefix);
+            if (owned == section_.items.end() || !StartsWith(owned->first, prefix.c_str()))
+                section_.items.erase(name);
+        }
+    }
+
     std::size_t ReadGlobalProfile(std::size_t from)
     {
         const TableRows rows = FindTableRows(lines_, from, kProfileRule, 1, kProfileRule);
@@ -98,13 +159,13 @@ private:
 
     std::size_t ReadProducts(std::size_t from)
     {
+        static const std::vector<RowField> kFields = ProductFields();
         const TableRows rows = FindTableRows(lines_, from, kProductRule, 2, kProductRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            const std::vector<std::string> fields =
-                RowColumns(lines_[i], kProductColumnWidths, kProductColumnCount);
+            const std::vector<std::string> fields = RecordedRowFields(lines_[i], kFields.data(), kFields.size());
             section_.Add(copy_ + ": product " + fields[0],
                          "version " + fields[2] + ", service level " + fields[3] + ", code " + fields[1] +
-                             ", last modified " + fields[4] + fields[5],
+                             ", last modified " + fields[4],
                          copy_);
         }
         return rows.next;
@@ -133,6 +194,7 @@ private:
     const SectionLines& lines_;
     SnapshotSection& section_;
     bool priorToV9_ = false;
+    bool v9Copies_ = false;
     int priorCopies_ = 0;
     std::string copy_ = "copy (no name)";
 };

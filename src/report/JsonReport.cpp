@@ -21,6 +21,19 @@ json Names(const std::vector<std::string>& names)
     return list;
 }
 
+// Things that came or went: each with its value and what came or went with it.
+json ListedJson(const std::vector<ListedItem>& items)
+{
+    json list = json::array();
+    for (const ListedItem& item : items) {
+        json details = json::array();
+        for (const ItemValue& detail : item.details)
+            details.push_back({{"name", Text(detail.name)}, {"value", Text(detail.value)}});
+        list.push_back({{"name", Text(item.name)}, {"value", Text(item.value)}, {"details", details}});
+    }
+    return list;
+}
+
 json SectionJson(const std::optional<SectionChanges>& changes)
 {
     if (!changes)
@@ -28,7 +41,7 @@ json SectionJson(const std::optional<SectionChanges>& changes)
     json changed = json::array();
     for (const ItemChange& change : changes->changed)
         changed.push_back({{"name", Text(change.name)}, {"before", Text(change.before)}, {"after", Text(change.after)}});
-    return {{"added", Names(changes->added)}, {"removed", Names(changes->removed)}, {"changed", changed}};
+    return {{"added", ListedJson(changes->added)}, {"removed", ListedJson(changes->removed)}, {"changed", changed}};
 }
 
 json ChangesJson(const std::optional<SnapshotChanges>& changes)
@@ -39,6 +52,43 @@ json ChangesJson(const std::optional<SnapshotChanges>& changes)
     for (std::size_t part = 0; part < kSnapshotPartCount; ++part)
         sections[SectionKey(part)] = SectionJson((*changes)[part]);
     return sections;
+}
+
+json EventNameJson(const EventName& event)
+{
+    return {{"eventId", Text(event.eventId)}, {"copy", Text(event.copy)}};
+}
+
+json EventNamesJson(const std::vector<EventName>& events)
+{
+    json list = json::array();
+    for (const EventName& event : events)
+        list.push_back(EventNameJson(event));
+    return list;
+}
+
+// The changes since the machine's snapshot before the event: drift when no
+// recorded event ran between the two.
+json SinceJson(const std::optional<ChangesSince>& since)
+{
+    if (!since)
+        return nullptr;
+    json from = EventNameJson(since->event);
+    from["snapshot"] = since->afterSnapshot ? "after" : "before";
+    return {{"since", from},
+            {"eventsBetween", EventNamesJson(since->ranBetween)},
+            {"drift", since->ranBetween.empty()},
+            {"changes", ChangesJson(since->changes)}};
+}
+
+json ComputerJson(const std::optional<ComputerChanges>& computer)
+{
+    if (!computer)
+        return nullptr;
+    return {{"since", EventNameJson(computer->since)},
+            {"eventsBetween", EventNamesJson(computer->ranBetween)},
+            {"drift", computer->ranBetween.empty()},
+            {"changes", SectionJson(computer->changes)}};
 }
 
 json InstallerLogsJson(const std::vector<InstallerLog>& logs)
@@ -70,7 +120,8 @@ json EventJson(const EventReport& event)
         {"installerLogs", InstallerLogsJson(event.installerLogs)},
         {"notes", Names(event.notes)},
         {"changes", ChangesJson(event.changes)},
-        {"drift", ChangesJson(event.drift)},
+        {"sincePrevious", SinceJson(event.sincePrevious)},
+        {"computerChanges", ComputerJson(event.computer)},
     };
     return value;
 }

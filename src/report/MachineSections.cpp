@@ -2,10 +2,35 @@
 #include <map>
 
 #include "collectors/ReportTexts.h"
+#include "inventory/RegistryReader.h"
 #include "report/SectionReaders.h"
 #include "report/SectionText.h"
 
 namespace {
+
+// A text from the registry: at most the value buffer, less its terminator.
+constexpr std::size_t kRegistryText = kRegistryValueBufferSize - 1;
+// The language, an unsigned 32-bit number in decimal.
+constexpr std::size_t kLanguageDigits = 10;
+
+bool IsDecimalNumber(const std::string& text)
+{
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+// Publisher, name, version, install date and language in their columns, the
+// location behind them; each from the registry but the language, a number.
+std::vector<RowField> SoftwareFields()
+{
+    using namespace texts::software;
+    std::vector<RowField> fields;
+    for (std::size_t i = 0; i < kColumnCount; ++i)
+        fields.push_back(RowField{static_cast<std::size_t>(kColumnWidths[i]), kRegistryText, nullptr});
+    fields.back().longest = kLanguageDigits;
+    fields.back().accepts = IsDecimalNumber;
+    fields.push_back(RowField{0, kRegistryText, nullptr});
+    return fields;
+}
 
 // The state's words end the row, padded to their column; the display name
 // stands ahead of them in its column of 60, or longer.
@@ -27,9 +52,10 @@ std::string::size_type StateWordsAt(const std::string& row)
 void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
 {
     using namespace texts::software;
+    static const std::vector<RowField> kFields = SoftwareFields();
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
     for (std::size_t i = rows.first; i < rows.end; ++i) {
-        const std::vector<std::string> fields = RowColumns(lines[i], kColumnWidths, kColumnCount);
+        const std::vector<std::string> fields = RecordedRowFields(lines[i], kFields.data(), kFields.size());
         section.Add(fields[1], fields[2]);
     }
 }

@@ -1,6 +1,6 @@
 // What the report tells, held apart from how it is written: the machine, the
 // copies with their events in the order of History.ini, and for each event
-// what changed during the install and since the copy's event before it.
+// what changed during the install and since the machine's snapshot before it.
 #pragma once
 
 #include <array>
@@ -40,9 +40,24 @@ struct ItemChange {
     std::string after;
 };
 
+// A thing that a snapshot names, with its value.
+struct ItemValue {
+    std::string name;
+    std::string value;
+};
+
+// A thing that came or went, with its value, and with the things that belong
+// to it (a copy's products, a driver's parameters), named below it, which
+// came or went with it.
+struct ListedItem {
+    std::string name;
+    std::string value;
+    std::vector<ItemValue> details;
+};
+
 struct SectionChanges {
-    std::vector<std::string> added;
-    std::vector<std::string> removed;
+    std::vector<ListedItem> added;
+    std::vector<ListedItem> removed;
     std::vector<ItemChange> changed;
 
     std::size_t Count() const { return added.size() + removed.size() + changed.size(); }
@@ -58,6 +73,32 @@ struct InstallerLog {
     std::string kind;
     std::string name;
     bool inSource = false;
+};
+
+// An event as the report names it elsewhere: its EventID and its group.
+struct EventName {
+    std::string eventId;
+    std::string copy;
+};
+
+// What changed on the machine from the snapshot taken last before an event's
+// own before snapshot, whichever event took it, to that before snapshot.
+struct ChangesSince {
+    EventName event;
+    // The event's after snapshot, else its before snapshot.
+    bool afterSnapshot = false;
+    // The recorded events that ran between the two snapshots, in the order of
+    // their starts: where there are none, the changes are drift.
+    std::vector<EventName> ranBetween;
+    SnapshotChanges changes;
+};
+
+// What changed in the computer report, from the one that the recorder wrote
+// last before this event's start, at the start of another event.
+struct ComputerChanges {
+    EventName since;
+    std::vector<EventName> ranBetween;
+    SectionChanges changes;
 };
 
 struct EventReport {
@@ -76,9 +117,11 @@ struct EventReport {
     bool hasAfter = false;
     // Present when both snapshots are there.
     std::optional<SnapshotChanges> changes;
-    // Present for an event that follows another of its copy, when that one's
-    // after and this one's before are both there.
-    std::optional<SnapshotChanges> drift;
+    // Present when this event's before snapshot and an earlier one of the
+    // machine are both there.
+    std::optional<ChangesSince> sincePrevious;
+    // Present when this event's computer report and an earlier one are there.
+    std::optional<ComputerChanges> computer;
 };
 
 struct CopyReport {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "report/ReportModel.h"
 #include "report/Snapshot.h"
 
 using SectionLines = std::vector<std::string>;
@@ -26,5 +27,10 @@ void ReadServicesSection(const SectionLines& lines, SnapshotSection& section);
 void ReadZORProductsSection(const SectionLines& lines, SnapshotSection& section);
 // Each driver, and below it its parameters.
 void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section);
+
+// Where the user table lists a user only through the groups that name their
+// members, a user who comes or goes in it joined a first such group or left a
+// last one: the changes of the users section say so, as changes of groups.
+void TellUsersByTheirGroups(SectionChanges& users);
 
 void ReadSection(SnapshotPart part, const SectionLines& lines, SnapshotSection& section);

@@ -22,7 +22,186 @@ std::string TrimmedPart(const std::string& text, std::size_t start, std::size_t 
     return text.substr(start, end - start);
 }
 
+// Which side of a field's text the blanks that fill its column stand on: all
+// fields of a row are padded on the same side.
+enum class PadSide { AfterText, BeforeText };
+
+bool IsAllBlank(const std::string& text)
+{
+    return std::all_of(text.begin(), text.end(), IsBlank);
+}
+
+// The readings of a row: of all in which each field keeps the recorder's
+// rules, the one with the fewest fields that fill or overrun their columns,
+// which rows seldom have; among those, each field as short as the rest allows.
+// The best reading from each place is remembered, so that no row costs more
+// than its fields times its length times the longest text.
+class RowReading {
+public:
+    RowReading(const std::string& row, const RowField* fields, std::size_t count, PadSide side, bool strict)
+        : row_(row), fields_(fields), count_(count), side_(side), strict_(strict),
+          best_(count * (row.size() + 1), kUnknown), next_(best_.size(), 0)
+    {
+    }
+
+    // The fields of the best reading, or nothing if there is none.
+    std::vector<std::string> Read()
+    {
+        std::vector<std::string> values;
+        if (Best(0, 0) == kNone)
+            return values;
+        std::size_t at = 0;
+        for (std::size_t field = 0; field + 1 < count_; ++field) {
+            const std::size_t next = next_[Place(field, at)];
+            values.push_back(TextOf(field, at, next));
+            at = next;
+        }
+        values.push_back(LastText(at));
+        return values;
+    }
+
+private:
+    static constexpr int kUnknown = -1;
+    static constexpr int kNone = 1 << 20;
+
+    std::size_t Place(std::size_t field, std::size_t at) const { return field * (row_.size() + 1) + at; }
+
+    // A strict reading takes no text with two blanks in a row, which padding
+    // has and names seldom do, but in a last field without a column, and no
+    // last field that begins with padding.
+    bool Accepts(const RowField& field, const std::string& text, bool last) const
+    {
+        if (strict_ && (!last || field.width != 0) && text.find("  ") != std::string::npos)
+            return false;
+        if (strict_ && last && !text.empty() && IsBlank(text.front()))
+            return false;
+        return text.size() <= field.longest && (field.accepts == nullptr || field.accepts(text));
+    }
+
+    // The text of a field that fits its column: padded on the row's side,
+    // and not on the other.
+    bool FittedText(std::size_t at, std::size_t width, std::string& text) const
+    {
+        const std::string column = row_.substr(at, width);
+        if (IsAllBlank(column)) {
+            text.clear();
+            return true;
+        }
+        const bool paddedRight = side_ == PadSide::AfterText;
+        if (IsBlank(paddedRight ? column.front() : column.back()))
+            return false;
+        text = TrimmedPart(column, 0, column.size());
+        return true;
+    }
+
+    std::string TextOf(std::size_t field, std::size_t at, std::size_t next) const
+    {
+        std::string text;
+        if (next - at == fields_[field].width)
+            FittedText(at, fields_[field].width, text);
+        else
+            text = row_.substr(at, next - at);
+        return text;
+    }
+
+    // The last field is the rest of the row: a field without a column as it
+    // stands, one with a column without its padding.
+    std::string LastText(std::size_t at) const
+    {
+        const RowField& spec = fields_[count_ - 1];
+        const std::string rest = row_.substr(at);
+        return spec.width == 0 || rest.size() > spec.width ? rest : TrimmedText(rest);
+    }
+
+    // The cost of the field's text from `at` to `next`, and of the best
+    // reading of the rest behind it.
+    int Cost(std::size_t field, std::size_t next, const std::string& text)
+    {
+        if (!Accepts(fields_[field], text, false))
+            return kNone;
+        const int rest = Best(field + 1, next);
+        return rest == kNone ? kNone : rest + FillsColumn(fields_[field], text);
+    }
+
+    static int FillsColumn(const RowField& field, const std::string& text)
+    {
+        return field.width != 0 && text.size() >= field.width ? 1 : 0;
+    }
+
+    void Consider(std::size_t field, std::size_t at, std::size_t next, const std::string& text)
+    {
+        const int cost = Cost(field, next, text);
+        if (cost < best_[Place(field, at)]) {
+            best_[Place(field, at)] = cost;
+            next_[Place(field, at)] = next;
+        }
+    }
+
+    int Best(std::size_t field, std::size_t at)
+    {
+        if (field + 1 == count_) {
+            const std::string text = LastText(at);
+            return Accepts(fields_[field], text, true) ? FillsColumn(fields_[field], text) : kNone;
+        }
+        if (best_[Place(field, at)] != kUnknown)
+            return best_[Place(field, at)];
+        best_[Place(field, at)] = kNone;
+        const RowField& spec = fields_[field];
+        std::string text;
+        if (at + spec.width <= row_.size() && FittedText(at, spec.width, text))
+            Consider(field, at, at + spec.width, text);
+        for (std::size_t length = spec.width + 1;
+             length <= spec.longest && at + length <= row_.size() && !IsBlank(row_[at]); ++length) {
+            if (!IsBlank(row_[at + length - 1]))
+                Consider(field, at, at + length, row_.substr(at, length));
+        }
+        return best_[Place(field, at)];
+    }
+
+    const std::string& row_;
+    const RowField* fields_;
+    std::size_t count_;
+    PadSide side_;
+    bool strict_;
+    std::vector<int> best_;
+    std::vector<std::size_t> next_;
+};
+
+// The longest row that the recorder can write with these fields.
+std::size_t LongestRow(const RowField* fields, std::size_t count)
+{
+    std::size_t longest = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        longest += std::max(fields[i].width, fields[i].longest);
+    return longest;
+}
+
+// A row that can't be read as written, cut at its columns.
+std::vector<std::string> CutAtColumns(const std::string& row, const RowField* fields, std::size_t count)
+{
+    std::vector<int> widths;
+    for (std::size_t i = 0; i + 1 < count; ++i)
+        widths.push_back(static_cast<int>(fields[i].width));
+    std::vector<std::string> values = RowColumns(row, widths.data(), widths.size());
+    values.back() = TrimmedText(values.back());
+    return values;
+}
+
 }  // namespace
+
+std::vector<std::string> RecordedRowFields(const std::string& row, const RowField* fields, std::size_t count)
+{
+    if (count != 0 && row.size() <= LongestRow(fields, count)) {
+        for (const bool strict : {true, false}) {
+            for (const PadSide side : {PadSide::AfterText, PadSide::BeforeText}) {
+                std::vector<std::string> values = RowReading(row, fields, count, side, strict).Read();
+                if (!values.empty())
+                    return values;
+            }
+        }
+    }
+    return CutAtColumns(row, fields, count);
+}
 
 std::string TrimmedRight(const std::string& text)
 {

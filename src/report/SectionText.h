@@ -18,6 +18,26 @@ std::string TextBehind(const std::string& text, const char* start);
 // is cut at the columns all the same, the same way each time it is read.
 std::vector<std::string> RowColumns(const std::string& row, const int* widths, std::size_t count);
 
+// A field of a row as the recorder writes it: padded with blanks to its
+// column, or, as long as its column or longer, whole, so that the next field
+// follows it at once. The last field of a row may have no column.
+struct RowField {
+    // The column's width; 0 for a last field without one.
+    std::size_t width = 0;
+    // The longest text that the recorder can write in the field.
+    std::size_t longest = 0;
+    // What the field's text must be, where the recorder says; null for any text.
+    bool (*accepts)(const std::string& text) = nullptr;
+};
+
+// The fields of a row as the recorder wrote them, overflowed ones included:
+// the one reading of the row in which every field fits its rules, all padded
+// on one side, a field that fits its column taken before one that runs over
+// it, and a field that runs over taken as short as the rest allows; a reading
+// without two blanks in a row inside a field comes first. A row
+// that has no such reading, as in a damaged log, is cut at the columns.
+std::vector<std::string> RecordedRowFields(const std::string& row, const RowField* fields, std::size_t count);
+
 // The rows of a table: after `rulesBeforeRows` lines that equal `rule`, up to
 // the next line that equals `closingRule` or `rule`. A table cut off before
 // its closing rule has its rows up to the end of the lines.

@@ -48,6 +48,9 @@ struct Snapshot {
     bool present = false;
     // The closing line was read.
     bool complete = false;
+    // Written where the user table lists a user only through the groups that
+    // name their members, apart from each user's own group, as on Linux.
+    bool usersByGroupsAlone = false;
     std::array<SnapshotSection, kSnapshotPartCount> sections;
 
     SnapshotSection& operator[](SnapshotPart part) { return sections[static_cast<std::size_t>(part)]; }

@@ -1,5 +1,7 @@
 #include "report/SnapshotComparison.h"
 
+#include "report/SectionReaders.h"
+
 namespace {
 
 using Items = std::map<std::string, SnapshotItem>;
@@ -8,6 +10,18 @@ using Items = std::map<std::string, SnapshotItem>;
 bool OwnerAlsoListed(const SnapshotItem& item, const Items& side, const Items& other)
 {
     return !item.owner.empty() && side.count(item.owner) != 0 && other.count(item.owner) == 0;
+}
+
+// The thing with its value, and the things below it on its side: those whose
+// names begin with its own and ": ", as the readers name what belongs to a thing.
+ListedItem Listed(Items::const_iterator item, const Items& side)
+{
+    ListedItem listed{item->first, item->second.value, {}};
+    const std::string below = item->first + ": ";
+    for (auto detail = side.lower_bound(below);
+         detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail)
+        listed.details.push_back(ItemValue{detail->first.substr(below.size()), detail->second.value});
+    return listed;
 }
 
 }  // namespace
@@ -27,11 +41,11 @@ SectionChanges CompareSections(const SnapshotSection& before, const SnapshotSect
                                                      : was->first.compare(is->first);
         if (order < 0) {
             if (!OwnerAlsoListed(was->second, before.items, after.items))
-                changes.removed.push_back(was->first);
+                changes.removed.push_back(Listed(was, before.items));
             ++was;
         } else if (order > 0) {
             if (!OwnerAlsoListed(is->second, after.items, before.items))
-                changes.added.push_back(is->first);
+                changes.added.push_back(Listed(is, after.items));
             ++is;
         } else {
             if (was->second.value != is->second.value)
@@ -52,5 +66,8 @@ SnapshotChanges CompareSnapshots(const Snapshot& before, const Snapshot& after)
         if (first.complete && second.complete)
             changes[i] = CompareSections(first, second);
     }
+    std::optional<SectionChanges>& users = changes[static_cast<std::size_t>(SnapshotPart::Users)];
+    if (users && before.usersByGroupsAlone && after.usersByGroupsAlone)
+        TellUsersByTheirGroups(*users);
     return changes;
 }

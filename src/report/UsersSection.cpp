@@ -1,5 +1,6 @@
 // The users and groups of a snapshot. A user's groups are one value, so that a
 // user who joins or leaves a group shows as one change of membership.
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -12,6 +13,11 @@ namespace {
 using namespace texts::users;
 
 using Memberships = std::map<std::string, std::set<std::string>>;
+
+const char kUserKind[] = "user";
+const char kMemberOf[] = "member of ";
+// The groups of a user whom no group names as a member.
+const char kInNoGroup[] = "in no group's member list";
 
 const std::string kGroupRule(kGroupRuleLength, '-');
 const std::string kUserRule(kUserRuleLength, '-');
@@ -55,11 +61,33 @@ void AddMemberships(const Memberships& members, const std::string& kind, Snapsho
         std::string groups;
         for (const std::string& group : member.second)
             groups += (groups.empty() ? "" : ", ") + group;
-        section.Add(kind + " " + member.first, "member of " + groups);
+        section.Add(kind + " " + member.first, kMemberOf + groups);
     }
 }
 
+// Moves the users among the things that came or went into the changes, with
+// no group on the side where they are missing.
+void MoveUsers(std::vector<ListedItem>& items, bool added, std::vector<ItemChange>& changed)
+{
+    const std::string user = std::string(kUserKind) + " ";
+    const auto isUser = [&user](const ListedItem& item) { return StartsWith(item.name, user.c_str()); };
+    for (const ListedItem& item : items) {
+        if (isUser(item))
+            changed.push_back(added ? ItemChange{item.name, kInNoGroup, item.value}
+                                    : ItemChange{item.name, item.value, kInNoGroup});
+    }
+    items.erase(std::remove_if(items.begin(), items.end(), isUser), items.end());
+}
+
 }  // namespace
+
+void TellUsersByTheirGroups(SectionChanges& users)
+{
+    MoveUsers(users.added, true, users.changed);
+    MoveUsers(users.removed, false, users.changed);
+    std::sort(users.changed.begin(), users.changed.end(),
+              [](const ItemChange& a, const ItemChange& b) { return a.name < b.name; });
+}
 
 void ReadUsersSection(const SectionLines& lines, SnapshotSection& section)
 {
@@ -78,6 +106,6 @@ void ReadUsersSection(const SectionLines& lines, SnapshotSection& section)
         else if (line == kGlobalUserList)
             i = ReadMembers(lines, i, globalMembers);
     }
-    AddMemberships(localMembers, "user", section);
+    AddMemberships(localMembers, kUserKind, section);
     AddMemberships(globalMembers, "global user", section);
 }

@@ -1,7 +1,8 @@
 """ZORHistoryReport on histories that the real recorder and collector wrote:
 what an install changed on the machine (a process started during it; under
 Wine also a service created and a copy of the product put into the registry),
-the drift between two events of one copy, the same report from the history
+what changed since the machine's snapshot before each event, drift only where
+no recorded event ran meanwhile, the same report from the history
 folder as from its archive, the command line's exit codes, and an archive put
 together to mislead its reader."""
 import json
@@ -112,6 +113,11 @@ def summary_fields(line):
     return fields[0], fields[1], fields[2], fields[3], counts
 
 
+def names_of(items):
+    """The names of the things that came or went in a section of the JSON form."""
+    return [item["name"] for item in items]
+
+
 def listing(folder):
     return sorted(os.listdir(folder))
 
@@ -127,8 +133,8 @@ def test_process_started_during_the_install_is_listed_as_added(env):
 
     changes = event_of(read_json(env.work / "r.json"), copy, event)["changes"]
     assert changes is not None, "no changes for an event with both snapshots"
-    assert probe.name in changes["processes"]["added"], \
-        f"{probe.name} is not among the added processes: {changes['processes']!r}"
+    added = {item["name"]: item["value"] for item in changes["processes"]["added"]}
+    expect_equal(added.get(probe.name), "1", f"{probe.name} among the added processes, with its count")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert probe.name in html, f"{probe.name} is not in the HTML report"
     listed_copy, listed_event, action, result, counts = summary_fields(summary_line(out, copy, event))
@@ -190,8 +196,169 @@ def test_messages_that_read_like_the_recorders_lines_are_messages_and_the_log_st
     expect_equal(reported["messages"], LOOK_ALIKES, "messages of the event")
     expect_equal(reported["notes"], [], "notes on the event")
     assert reported["changes"] is not None, "no changes for an event with both snapshots"
-    assert probe.name in reported["changes"]["processes"]["added"], \
+    assert probe.name in names_of(reported["changes"]["processes"]["added"]), \
         f"{probe.name} is not among the added processes: {reported['changes']['processes']!r}"
+
+
+def next_second():
+    """Waits for the clock's next second: the recorder's times have seconds."""
+    time.sleep(1.1)
+
+
+def test_changes_since_the_machines_last_snapshot_name_the_events_that_ran_meanwhile(env):
+    """A1 and A2 of one copy with B1 of another between them, then N, which
+    never ends, then A3: each event is compared with the machine's last
+    snapshot before it, and only where no event ran meanwhile is it drift."""
+    record(env, "-start", "A1", "-Action", "Install")
+    record(env, "-end", "A1", "-CopyName", "CopyA", "-Result", "0")
+    next_second()
+    record(env, "-start", "B1", "-Action", "Install")
+    with Probe(env, tag="b") as during_b:
+        record(env, "-end", "B1", "-CopyName", "CopyB", "-Result", "0")
+        next_second()
+        record(env, "-start", "A2", "-Action", "Repair")
+        record(env, "-end", "A2", "-CopyName", "CopyA", "-Result", "0")
+        next_second()
+        record(env, "-start", "N1", "-Action", "Install")
+        with Probe(env, tag="n") as during_n:
+            next_second()
+            record(env, "-start", "A3", "-Action", "Repair")
+            record(env, "-end", "A3", "-CopyName", "CopyA", "-Result", "0")
+    collect(env, "x.zip")
+    make_report(env, "x.zip", "-json", "r.json", "-o", "r.html")
+    document = read_json(env.work / "r.json")
+
+    first = event_of(document, "CopyA", "A1")
+    expect_equal(first["sincePrevious"], None, "changes before the machine's first event")
+    # A2 starts where B1 of the other copy ended; B1's process is no drift.
+    since = event_of(document, "CopyA", "A2")["sincePrevious"]
+    expect_equal((since["since"], since["eventsBetween"], since["drift"]),
+                 ({"eventId": "B1", "copy": "CopyB", "snapshot": "after"}, [], True), "A2's comparison")
+    assert during_b.name not in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    # N1 never ended: it ran from its start until A3's, and what came meanwhile
+    # is told with it, not as drift.
+    since = event_of(document, "CopyA", "A3")["sincePrevious"]
+    expect_equal((since["since"], since["eventsBetween"], since["drift"]),
+                 ({"eventId": "N1", "copy": "(Unknown)", "snapshot": "before"},
+                  [{"eventId": "N1", "copy": "(Unknown)"}], False), "A3's comparison")
+    assert during_n.name in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    assert ("What changed since the after snapshot of B1 (copy CopyB): <span class=\"drift\">drift</span>, "
+            "outside any recorded install") in html, "A2's drift heading is not on the page"
+    assert ("What changed since the before snapshot of N1 (copy (Unknown)), while these recorded events ran: "
+            "N1 (copy (Unknown))") in html, "A3's heading is not on the page"
+
+
+# The recorder's texts, written by hand for the sections that a Linux machine
+# leaves empty.
+SOFTWARE_HEADER = ("Publisher                     Product Name                                                     "
+                   "Version             InstallDate   Language   Location")
+PRODUCT_HEADER = ("Product Name                            Product Code                            "
+                  "Version   Service Level       Last Modified Date")
+USER_HEADER = "Group                                   user   "
+BANNER_RULE = "*" * 93
+PART_A = "*  PART A --ZOR Installed Copies Information -- Prior to V9                                 *"
+PART_B = "*  PART B --ZOR Installed Copies Information -- V9 & Later                                  *"
+
+
+def copy_lines(name_line, products):
+    """A copy's block as the inventory writes it, with product rows."""
+    lines = ["", *name_line, "-" * 48, f"Total Products     :{len(products)}", "Total ZOR Instances:0", "-" * 48,
+             "", "Global Profiles:", "-" * 120, "-" * 120, "", "ZOR Products installed:", "-" * 128,
+             PRODUCT_HEADER, "-" * 128, *products, "-" * 128, "", "ZOR Instances:", "-" * 33,
+             "Instance Name                    ", "-" * 33, "-" * 33, ""]
+    return lines
+
+
+def replace_section(lines, number, occurrence, body):
+    """The lines with the body of a snapshot's section replaced: its
+    `occurrence`-th heading of that number, up to the empty line ahead of the
+    next heading."""
+    title = {2: "2) Software Installed on the machine:", 5: "5) ZOR Products Installed:"}[number]
+    headings = [i for i, line in enumerate(lines) if line == title]
+    start = headings[occurrence] + 1
+    end = start
+    while not lines[end + 1].startswith(f"{number + 1}) "):
+        end += 1
+    return lines[:start] + body + lines[end:]
+
+
+def edit_log(env, copy, event, edit):
+    path = env.store / copy / event / "ZORInstallEvent.Log"
+    lines = path.read_bytes().decode("latin-1").split(env.eol)
+    path.write_bytes(env.eol.join(edit(lines)).encode("latin-1"))
+
+
+def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env):
+    """Two events whose logs the Linux recorder wrote, with sections that a
+    Linux machine leaves empty written in by hand as the Windows collectors
+    write them: a product name of 66 characters in a column of 65, a copy's
+    product of 41 in a column of 40, the V9 copies' parent key among the
+    copies before V9; a user who joins a first group; a service pack that
+    changed between the two starts."""
+    record(env, "-start", "E1", "-Action", "Install")
+    next_second()
+    record(env, "-end", "E1", "-CopyName", "C1", "-Result", "0")
+    next_second()
+    record(env, "-start", "E2", "-Action", "Repair")
+    record(env, "-end", "E2", "-CopyName", "C1", "-Result", "0")
+
+    software = "ZOR Client Tools with a name longer than its column of sixty-five!"
+    product = "ZOR Server Components of forty-one letter"
+    assert (len(software), len(product)) == (66, 41)
+    software_row = (f"{'TAQ Inc.':<30}{software:<65}{'9.1.0':<20}{'20240105':<14}{'1033':<11}/opt/zor")
+    product_row = f"{product:<40}{'{C1}':<40}{'9.1.0':<10}{'SL2':<20}{'20240105':<20}"
+    software_body = ["", "-" * 185, SOFTWARE_HEADER, "-" * 185, software_row, "-" * 185, ""]
+    products_body = (["", BANNER_RULE, PART_A, BANNER_RULE] + copy_lines([], [])[:-1] +
+                     ["", BANNER_RULE, PART_B, BANNER_RULE, "", "Total ZOR Copies:1", "-" * 45, "ZOR Copy Name",
+                      "-" * 45, "C1", "-" * 45] + copy_lines(["ZOR Installation Copy Name:C1"], [product_row]))
+
+    def after_install(lines):
+        return replace_section(replace_section(lines, 2, 1, software_body), 5, 1, products_body)
+
+    def joined_and_updated(lines):
+        lines = replace_section(replace_section(lines, 2, 0, software_body), 5, 0, products_body)
+        lines = replace_section(replace_section(lines, 2, 1, software_body), 5, 1, products_body)
+        table = lines.index("Local User List:") + 4
+        assert lines[table - 1] == "-" * 74 and lines[table - 2] == USER_HEADER, lines[table - 3:table + 1]
+        lines.insert(table, f"{'zorgroup':<30}          VM\\zorjoiner")
+        service_pack = next(i for i, line in enumerate(lines) if line.startswith("Service Pack        :"))
+        lines[service_pack] = "Service Pack        :Service Pack 3"
+        return lines
+
+    edit_log(env, "C1", "E1", after_install)
+    edit_log(env, "C1", "E2", joined_and_updated)
+    first_pack = next(line for line in (env.store / "C1" / "E1" / "ZORInstallEvent.Log").read_bytes()
+                      .decode("latin-1").split(env.eol) if line.startswith("Service Pack        :"))
+    collect(env, "x.zip")
+    make_report(env, "x.zip", "-json", "r.json", "-o", "r.html")
+    document = read_json(env.work / "r.json")
+
+    changes = event_of(document, "C1", "E1")["changes"]
+    expect_equal(changes["software"]["added"], [{"name": software, "value": "9.1.0", "details": []}],
+                 "software added by E1")
+    expect_equal(changes["zorProducts"]["added"],
+                 [{"name": "copy C1", "value": "",
+                   "details": [{"name": "product " + product,
+                                "value": "version 9.1.0, service level SL2, code {C1}, last modified 20240105"}]}],
+                 "copies added by E1")
+    second = event_of(document, "C1", "E2")
+    since = second["sincePrevious"]
+    expect_equal((since["drift"], since["changes"]["software"], since["changes"]["zorProducts"]),
+                 (True, NO_CHANGE, NO_CHANGE), "E2 against E1's after snapshot")
+    users = since["changes"]["users"]
+    expect_equal((users["added"], users["removed"]), ([], []), "users added or removed before E2")
+    assert {"name": "user VM\\zorjoiner", "before": "in no group's member list",
+            "after": "member of zorgroup"} in users["changed"], users
+    computer = second["computerChanges"]
+    expect_equal((computer["since"], computer["eventsBetween"], computer["drift"]),
+                 ({"eventId": "E1", "copy": "C1"}, [{"eventId": "E1", "copy": "C1"}], False),
+                 "E2's computer report against E1's")
+    expect_equal(computer["changes"]["changed"],
+                 [{"name": "Service Pack", "before": first_pack[len("Service Pack        :"):],
+                   "after": "Service Pack 3"}], "changes of the computer report")
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    assert f'<li class="added">{software}: 9.1.0</li>' in html, "the software's version is not on the page"
 
 
 # -- 2: a service and a copy of the product, under Wine --------------------
@@ -234,13 +401,18 @@ def test_service_and_copy_added_then_service_deleted_between_events(env):
     document = read_json(env.work / "r.json")
     first = event_of(document, FIXTURE_COPY, "Svc-1")
     second = event_of(document, FIXTURE_COPY, "Svc-2")
-    assert first["changes"] is not None and second["drift"] is not None, (first, second)
-    assert SERVICE_DISPLAY_NAME in first["changes"]["services"]["added"], first["changes"]["services"]
-    assert "copy " + FIXTURE_COPY in first["changes"]["zorProducts"]["added"], first["changes"]["zorProducts"]
-    expect_equal(first["drift"], None, "drift of the copy's first event")
-    assert SERVICE_DISPLAY_NAME in second["drift"]["services"]["removed"], second["drift"]["services"]
+    drift = second["sincePrevious"]
+    assert first["changes"] is not None and drift is not None and drift["drift"], (first, second)
+    added_services = {item["name"]: item["value"] for item in first["changes"]["services"]["added"]}
+    expect_equal(added_services.get(SERVICE_DISPLAY_NAME), "Stopped", "state of the added service")
+    # The copy once, in its own layout: the parent key of the V9 copies is no
+    # copy before V9.
+    expect_equal(names_of(first["changes"]["zorProducts"]["added"]), ["copy " + FIXTURE_COPY],
+                 "copies added by the first event")
+    expect_equal(first["sincePrevious"], None, "changes before the machine's first event")
+    assert SERVICE_DISPLAY_NAME in names_of(drift["changes"]["services"]["removed"]), drift["changes"]["services"]
     # Nothing happened to the copy between the two events, nor during the second.
-    expect_equal(second["drift"]["zorProducts"], NO_CHANGE, "drift of the products")
+    expect_equal(drift["changes"]["zorProducts"], NO_CHANGE, "drift of the products")
     expect_equal(second["changes"]["zorProducts"], NO_CHANGE, "products changed by the second event")
     expect_equal(second["changes"]["services"], NO_CHANGE, "services changed by the second event")
     for event, action in (("Svc-1", "Install"), ("Svc-2", "Upgrade")):

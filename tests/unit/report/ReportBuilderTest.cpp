@@ -13,6 +13,14 @@ using namespace reportlogs;
 
 namespace {
 
+std::vector<std::string> Added(const std::optional<SectionChanges>& changes)
+{
+    std::vector<std::string> names;
+    for (const ListedItem& item : changes->added)
+        names.push_back(item.name);
+    return names;
+}
+
 SnapshotContent Machine()
 {
     SnapshotContent content;
@@ -103,18 +111,40 @@ protected:
         EXPECT_TRUE(e1.installerLogs[0].inSource);
         ASSERT_TRUE(e1.changes.has_value());
         const SnapshotChanges& changes = *e1.changes;
-        EXPECT_EQ(changes[1]->added, std::vector<std::string>{"ZOR Server"});
-        EXPECT_EQ(changes[2]->added, std::vector<std::string>{"zorsrv.exe"});
-        EXPECT_EQ(changes[3]->added, std::vector<std::string>{"ZOR Listener"});
+        EXPECT_EQ(Added(changes[1]), std::vector<std::string>{"ZOR Server"});
+        EXPECT_EQ(changes[1]->added[0].value, "9.0.0");
+        EXPECT_EQ(Added(changes[2]), std::vector<std::string>{"zorsrv.exe"});
+        EXPECT_EQ(changes[2]->added[0].value, "2");
+        EXPECT_EQ(Added(changes[3]), std::vector<std::string>{"ZOR Listener"});
+        EXPECT_EQ(changes[3]->added[0].value, "Started");
         EXPECT_EQ(changes[0]->Count() + changes[4]->Count() + changes[5]->Count(), 0u);
-        EXPECT_FALSE(e1.drift.has_value());
+        EXPECT_FALSE(e1.sincePrevious.has_value());
+        EXPECT_FALSE(e1.computer.has_value());
 
+        // LOOSE, whose log is missing, ran between E1 and E2: the listener
+        // that stopped meanwhile may be its doing.
         const EventReport& e2 = report.copies[0].events[1];
-        ASSERT_TRUE(e2.drift.has_value());
-        ASSERT_EQ((*e2.drift)[3]->changed.size(), 1u);
-        EXPECT_EQ((*e2.drift)[3]->changed[0].name, "ZOR Listener");
-        EXPECT_EQ((*e2.drift)[3]->changed[0].before, "Started");
-        EXPECT_EQ((*e2.drift)[3]->changed[0].after, "Stopped");
+        ASSERT_TRUE(e2.sincePrevious.has_value());
+        const ChangesSince& since = *e2.sincePrevious;
+        EXPECT_EQ(since.event.eventId, "E1");
+        EXPECT_TRUE(since.afterSnapshot);
+        ASSERT_EQ(since.ranBetween.size(), 1u);
+        EXPECT_EQ(since.ranBetween[0].eventId, "LOOSE");
+        ASSERT_EQ(since.changes[3]->changed.size(), 1u);
+        EXPECT_EQ(since.changes[3]->changed[0].name, "ZOR Listener");
+        EXPECT_EQ(since.changes[3]->changed[0].before, "Started");
+        EXPECT_EQ(since.changes[3]->changed[0].after, "Stopped");
+        // The computer report changed since E1's start, while E1 and LOOSE ran.
+        ASSERT_TRUE(e2.computer.has_value());
+        EXPECT_EQ(e2.computer->since.eventId, "E1");
+        ASSERT_EQ(e2.computer->ranBetween.size(), 2u);
+        EXPECT_EQ(e2.computer->ranBetween[0].eventId, "E1");
+        EXPECT_EQ(e2.computer->ranBetween[1].eventId, "LOOSE");
+        ASSERT_EQ(e2.computer->changes.changed.size(), 2u);
+        EXPECT_EQ(e2.computer->changes.changed[0].name, "Computer Name");
+        EXPECT_EQ(e2.computer->changes.changed[0].before, "VM");
+        EXPECT_EQ(e2.computer->changes.changed[0].after, "VM2");
+        EXPECT_EQ(e2.computer->changes.changed[1].name, "OS");
         ASSERT_EQ((*e2.changes)[1]->changed.size(), 1u);
         EXPECT_EQ((*e2.changes)[1]->changed[0].after, "9.1.0");
 
@@ -125,6 +155,9 @@ protected:
         EXPECT_EQ(loose.notes, std::vector<std::string>{"the event log is not in the source"});
 
         const EventReport& open = report.copies[2].events[0];
+        ASSERT_TRUE(open.sincePrevious.has_value());
+        EXPECT_EQ(open.sincePrevious->event.eventId, "E2");
+        EXPECT_TRUE(open.sincePrevious->ranBetween.empty());
         EXPECT_EQ(open.outcome, EventOutcome::NeverEnded);
         EXPECT_TRUE(open.hasBefore);
         EXPECT_FALSE(open.hasAfter);
@@ -187,4 +220,87 @@ TEST_F(ReportBuilderTest, NamesThatClimbOutOfTheSourceAreNeverRead)
     EXPECT_FALSE(source.Contains("..\\outside.txt"));
     EXPECT_FALSE(source.Contains("C1\\..\\..\\outside.txt"));
     EXPECT_FALSE(source.Contains(machine_.Root() + "\\outside.txt"));
+}
+
+namespace {
+
+// A finished event of a copy, with its log in the copy's folder.
+void WriteFinishedEvent(const std::string& history, const std::string& id, const std::string& copy,
+                        const SnapshotContent& before, const SnapshotContent& after)
+{
+    MakeFolders(history + "\\" + copy + "\\" + id);
+    WriteWholeFile(history + "\\" + copy + "\\" + id + "\\ZORInstallEvent.Log",
+                   StartHead(id, "VM", "XP") + StartSnapshot(id, "Install", before) +
+                       EndSnapshot(id, "Install", after) + EndTail("Install"));
+}
+
+}  // namespace
+
+TEST(ReportBuilderMachine, ChangesSinceTheMachinesLastSnapshotAreDriftOnlyWhenNoRecordedEventRanMeanwhile)
+{
+    // A1 and A2 of copy CA with B1 of copy CB between them; N never ended;
+    // A3 after N; A4 after a service stopped with no event running.
+    TestMachine machine;
+    const std::string history = machine.MakeHistoryFolder();
+    WriteWholeFile(history + "\\History.ini",
+                   "[History]\r\nCount=6\r\n"
+                   "[A1]\r\nCopy_Name=CA\r\nComplete_Flag=TRUE\r\nStart_Time=20240105 10:00:00\r\n"
+                   "End_Time=20240105 10:10:00\r\n"
+                   "[A2]\r\nCopy_Name=CA\r\nComplete_Flag=TRUE\r\nStart_Time=20240105 12:00:00\r\n"
+                   "End_Time=20240105 12:10:00\r\n"
+                   "[B1]\r\nCopy_Name=CB\r\nComplete_Flag=TRUE\r\nStart_Time=20240105 11:00:00\r\n"
+                   "End_Time=20240105 11:10:00\r\n"
+                   "[N]\r\nCopy_Name=(Unknown)\r\nComplete_Flag=FALSE\r\nStart_Time=20240105 13:00:00\r\n"
+                   "[A3]\r\nCopy_Name=CA\r\nComplete_Flag=TRUE\r\nStart_Time=20240105 14:00:00\r\n"
+                   "End_Time=20240105 14:10:00\r\n"
+                   "[A4]\r\nCopy_Name=CA\r\nComplete_Flag=TRUE\r\nStart_Time=20240105 15:00:00\r\n"
+                   "End_Time=20240105 15:10:00\r\n");
+    SnapshotContent machineState;
+    machineState.services = {{"ZOR Database Server", "Started"}};
+    WriteFinishedEvent(history, "A1", "CA", machineState, machineState);
+    SnapshotContent withB = machineState;
+    withB.software = {{"TAQ Inc.", "B Tool", "1.0"}};
+    WriteFinishedEvent(history, "B1", "CB", machineState, withB);
+    WriteFinishedEvent(history, "A2", "CA", withB, withB);
+    MakeFolders(history + "\\N");
+    WriteWholeFile(history + "\\N\\ZORInstallEvent.Log",
+                   StartHead("N", "VM", "XP") + StartSnapshot("N", "Install", withB));
+    SnapshotContent withN = withB;
+    withN.software.push_back({"TAQ Inc.", "N Tool", "2.0"});
+    WriteFinishedEvent(history, "A3", "CA", withN, withN);
+    SnapshotContent stopped = withN;
+    stopped.services[0].state = "Stopped";
+    WriteFinishedEvent(history, "A4", "CA", stopped, stopped);
+
+    CHistorySource source;
+    std::string reason;
+    ASSERT_TRUE(source.Open(history, reason)) << reason;
+    HistoryReport report;
+    ASSERT_TRUE(CReportBuilder(source, "h").Build(report, reason)) << reason;
+    ASSERT_EQ(report.copies.size(), 3u);
+    const std::vector<EventReport>& ca = report.copies[0].events;
+    ASSERT_EQ(ca.size(), 4u);
+
+    EXPECT_FALSE(ca[0].sincePrevious.has_value());
+    // B1 of the other copy installed its tool: A2 starts where B1 ended.
+    ASSERT_TRUE(ca[1].sincePrevious.has_value());
+    EXPECT_EQ(ca[1].sincePrevious->event.eventId, "B1");
+    EXPECT_TRUE(ca[1].sincePrevious->afterSnapshot);
+    EXPECT_TRUE(ca[1].sincePrevious->ranBetween.empty());
+    EXPECT_EQ(ca[1].sincePrevious->changes[1]->Count(), 0u);
+    // N never ended: it ran from its start to A3's, and the tool that came
+    // meanwhile is told with it, not as drift.
+    ASSERT_TRUE(ca[2].sincePrevious.has_value());
+    EXPECT_EQ(ca[2].sincePrevious->event.eventId, "N");
+    EXPECT_FALSE(ca[2].sincePrevious->afterSnapshot);
+    ASSERT_EQ(ca[2].sincePrevious->ranBetween.size(), 1u);
+    EXPECT_EQ(ca[2].sincePrevious->ranBetween[0].eventId, "N");
+    EXPECT_EQ(ca[2].sincePrevious->ranBetween[0].copy, "(Unknown)");
+    EXPECT_EQ(Added(ca[2].sincePrevious->changes[1]), std::vector<std::string>{"N Tool"});
+    // Nothing ran between A3 and A4: the stopped service is drift.
+    ASSERT_TRUE(ca[3].sincePrevious.has_value());
+    EXPECT_EQ(ca[3].sincePrevious->event.eventId, "A3");
+    EXPECT_TRUE(ca[3].sincePrevious->ranBetween.empty());
+    ASSERT_EQ(ca[3].sincePrevious->changes[3]->changed.size(), 1u);
+    EXPECT_EQ(ca[3].sincePrevious->changes[3]->changed[0].after, "Stopped");
 }

@@ -31,9 +31,10 @@ HistoryReport SmallReport()
     SnapshotChanges changes;
     for (auto& section : changes)
         section = SectionChanges();
-    changes[2]->added = {"zorsrv.exe"};
+    changes[2]->added = {{"zorsrv.exe", "1", {}}};
     changes[2]->changed = {{"svchost.exe", "2", "3"}};
-    changes[3]->removed = {"<b>Old & odd</b>"};
+    changes[3]->removed = {{"<b>Old & odd</b>", "Stopped", {}}};
+    changes[4]->added = {{"copy C1", "", {{"instance PROD", ""}, {"instance PROD: Port", "5000"}}}};
     changes[5].reset();
     installed.changes = changes;
 
@@ -41,6 +42,18 @@ HistoryReport SmallReport()
     open.record.eventId = "E2";
     open.record.action = "Upgrade";
     open.hasBefore = true;
+    ChangesSince since;
+    since.event = {"E1", "C1"};
+    since.afterSnapshot = true;
+    since.ranBetween = {{"E7", "C2"}};
+    for (auto& section : since.changes)
+        section = SectionChanges();
+    since.changes[1]->added = {{"Tool", "2.0", {}}};
+    open.sincePrevious = since;
+    ComputerChanges computer;
+    computer.since = {"E1", "C1"};
+    computer.changes.changed = {{"Service Pack", "Service Pack 1", "Service Pack 2"}};
+    open.computer = computer;
 
     report.copies = {CopyReport{"C1", {installed, open}}};
     return report;
@@ -55,7 +68,7 @@ TEST(ReportWriters, TheTextSummaryHasOneLineForEachEvent)
     EXPECT_EQ(out.str(),
               "Computer VM, Microsoft Windows XP Home Edition\n"
               "2 events of 1 copies in x.zip\n"
-              "C1 | E1 | Install | failed (1603) | users 0 software 0 processes 2 services 1 zorProducts 0 "
+              "C1 | E1 | Install | failed (1603) | users 0 software 0 processes 2 services 1 zorProducts 1 "
               "odbcDrivers -\n"
               "C1 | E2 | Upgrade | never ended | no snapshot after the install\n");
 }
@@ -74,7 +87,7 @@ TEST(ReportWriters, ControlBytesFromTheHistoryReachTheConsoleAsQuestionMarks)
               "Computer VM?]0;owned?, Microsoft Windows XP Home Edition\n"
               "2 events of 1 copies in x.zip\n"
               "C1??C9 | E9 | Install | succeeded | E1?[2J | Install? | failed (16?03) | users 0 software 0 "
-              "processes 2 services 1 zorProducts 0 odbcDrivers -\n"
+              "processes 2 services 1 zorProducts 1 odbcDrivers -\n"
               "C1??C9 | E9 | Install | succeeded | E2 | Upgrade | never ended | no snapshot after the install\n");
 }
 
@@ -90,15 +103,30 @@ TEST(ReportWriters, TheJsonHasTheAgreedShape)
     EXPECT_EQ(e1["eventId"], "E1");
     EXPECT_EQ(e1["result"], "failed");
     EXPECT_EQ(e1["resultText"], "1603");
-    EXPECT_EQ(e1["changes"]["processes"]["added"], nlohmann::json::array({"zorsrv.exe"}));
+    EXPECT_EQ(e1["changes"]["processes"]["added"],
+              nlohmann::json::parse(R"([{"name": "zorsrv.exe", "value": "1", "details": []}])"));
     EXPECT_EQ(e1["changes"]["processes"]["changed"][0],
               (nlohmann::json{{"name", "svchost.exe"}, {"before", "2"}, {"after", "3"}}));
-    EXPECT_EQ(e1["changes"]["services"]["removed"], nlohmann::json::array({"<b>Old & odd</b>"}));
+    EXPECT_EQ(e1["changes"]["services"]["removed"],
+              nlohmann::json::parse(R"([{"name": "<b>Old & odd</b>", "value": "Stopped", "details": []}])"));
+    EXPECT_EQ(e1["changes"]["zorProducts"]["added"][0]["details"],
+              nlohmann::json::parse(R"([{"name": "instance PROD", "value": ""},
+                                        {"name": "instance PROD: Port", "value": "5000"}])"));
     EXPECT_TRUE(e1["changes"]["odbcDrivers"].is_null());
-    EXPECT_TRUE(e1["drift"].is_null());
+    EXPECT_TRUE(e1["sincePrevious"].is_null());
+    EXPECT_TRUE(e1["computerChanges"].is_null());
     const nlohmann::json& e2 = json["copies"][0]["events"][1];
     EXPECT_TRUE(e2["changes"].is_null());
     EXPECT_EQ(e2["result"], "never ended");
+    EXPECT_EQ(e2["sincePrevious"]["since"],
+              nlohmann::json::parse(R"({"eventId": "E1", "copy": "C1", "snapshot": "after"})"));
+    EXPECT_EQ(e2["sincePrevious"]["eventsBetween"], nlohmann::json::parse(R"([{"eventId": "E7", "copy": "C2"}])"));
+    EXPECT_EQ(e2["sincePrevious"]["drift"], false);
+    EXPECT_EQ(e2["sincePrevious"]["changes"]["software"]["added"][0]["value"], "2.0");
+    EXPECT_EQ(e2["computerChanges"]["drift"], true);
+    EXPECT_EQ(e2["computerChanges"]["changes"]["changed"][0],
+              nlohmann::json::parse(R"({"name": "Service Pack", "before": "Service Pack 1",
+                                        "after": "Service Pack 2"})"));
 }
 
 TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesOfTheMachine)
@@ -134,6 +162,33 @@ TEST(ReportWriters, TheHtmlOpensTheSectionsWithChangesAndSaysSoInOneLineForTheOt
     EXPECT_NE(html.find("<p class=\"none\">User Group &amp; User Information: no change.</p>"), std::string::npos);
     EXPECT_NE(html.find("ZOR ODBC Driver Info: not compared"), std::string::npos);
     EXPECT_NE(html.find("Not compared: no snapshot after the install."), std::string::npos);
+}
+
+TEST(ReportWriters, TheHtmlShowsTheValuesOfWhatCameOrWentAndWhatCameWithIt)
+{
+    std::ostringstream out;
+    WriteHtmlReport(SmallReport(), out);
+    const std::string html = out.str();
+    EXPECT_NE(html.find("<li class=\"removed\">&lt;b&gt;Old &amp; odd&lt;/b&gt;: Stopped</li>"), std::string::npos);
+    EXPECT_NE(html.find("<li class=\"added\">copy C1\n<ul class=\"details\">\n<li>instance PROD</li>\n"
+                        "<li>instance PROD: Port: 5000</li>\n</ul>\n</li>"),
+              std::string::npos);
+}
+
+TEST(ReportWriters, TheHtmlNamesTheEventsThatRanSinceTheSnapshotBeforeAndMarksDrift)
+{
+    std::ostringstream out;
+    WriteHtmlReport(SmallReport(), out);
+    const std::string html = out.str();
+    EXPECT_NE(html.find("<h4>What changed since the after snapshot of E1 (copy C1), while these recorded events "
+                        "ran: E7 (copy C2)</h4>"),
+              std::string::npos);
+    EXPECT_NE(html.find("<li class=\"added\">Tool: 2.0</li>"), std::string::npos);
+    EXPECT_NE(html.find("<h4>The computer report since the start of E1 (copy C1): <span class=\"drift\">drift</span>"
+                        "</h4>\n<details open>\n<summary>Computer: 0 added, 0 removed, 1 changed</summary>"),
+              std::string::npos);
+    EXPECT_NE(html.find("<tr><td>Service Pack</td><td>Service Pack 1</td><td>Service Pack 2</td></tr>"),
+              std::string::npos);
 }
 
 TEST(ReportOptionsTest, ASourceAloneWritesReportHtml)

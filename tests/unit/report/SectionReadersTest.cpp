@@ -196,3 +196,215 @@ TEST(SectionReaders, AMemberRowShortOfTheGroupColumnIsAGroupWithoutAUser)
     const std::map<std::string, std::string> expected = {{"user ", "member of Guests, Users"}};
     EXPECT_EQ(Values(section), expected);
 }
+
+namespace {
+
+// A text of `length` characters with blanks inside it, as names have them.
+std::string Text(const std::string& start, std::size_t length, char fill)
+{
+    std::string text = start;
+    while (text.size() < length)
+        text += text.size() % 7 == 3 ? ' ' : fill;
+    text.resize(length);
+    text.back() = fill;
+    return text;
+}
+
+// The lengths each column is tested at: one shorter than the column, as long
+// as it, one longer, and as long as the recorder writes it.
+std::vector<std::size_t> LengthsAround(std::size_t width, std::size_t longest)
+{
+    return {width - 1, width, width + 1, longest};
+}
+
+}  // namespace
+
+TEST(SectionReaders, SoftwareFieldsAsLongAsOrLongerThanTheirColumnsAreReadWhole)
+{
+    const std::string header =
+        "Publisher                     Product Name                                                     "
+        "Version             InstallDate   Language   Location";
+    // Each registry text in turn at each length around its column, up to the
+    // 99 bytes that the registry's read gives at most; the others as usual.
+    const std::size_t widths[4] = {30, 65, 20, 14};
+    for (std::size_t field = 0; field < 4; ++field) {
+        for (const std::size_t length : LengthsAround(widths[field], 99)) {
+            std::string texts[4] = {"TAQ Inc.", "ZOR Client", "9.1.0", "20061012"};
+            texts[field] = Text(texts[field], length, 'x');
+            const SectionLines lines = {
+                "", Rule('-', 185), header, Rule('-', 185),
+                Left(texts[0], 30) + Left(texts[1], 65) + Left(texts[2], 20) + Left(texts[3], 14) +
+                    Left("4294967295", 11) + "C:\\ZOR",
+                Rule('-', 185),
+            };
+            SnapshotSection section;
+            ReadSoftwareSection(lines, section);
+            const std::map<std::string, std::string> expected = {{texts[1], texts[2]}};
+            ASSERT_EQ(Values(section), expected) << "field " << field << " of " << length;
+        }
+    }
+}
+
+TEST(SectionReaders, ProductRowsWithFieldsAsLongAsOrLongerThanTheirColumnsAreReadWhole)
+{
+    const std::string header = "Product Name                            Product Code                            "
+                               "Version   Service Level       Last Modified Date";
+    // Each field in turn at each length around its column, up to the longest
+    // that the recorder writes: a key's name of 255 bytes, three registry
+    // texts of 99 joined with dots, registry texts of 99.
+    const std::size_t widths[5] = {40, 40, 10, 20, 20};
+    const std::size_t longest[5] = {255, 99, 299, 99, 99};
+    for (const bool left : {true, false}) {
+        const auto pad = left ? Left : Right;
+        for (std::size_t field = 0; field < 5; ++field) {
+            for (const std::size_t length : LengthsAround(widths[field], longest[field])) {
+                std::string texts[5] = {"ZOR Server", "{C0DE-1}", "9.1.0", "SL2", "20061012"};
+                texts[field] = Text(texts[field], length, 'x');
+                const SectionLines lines = {
+                    "", "ZOR Installation Copy Name:C1", "ZOR Products installed:", Rule('-', 128), header,
+                    Rule('-', 128),
+                    pad(texts[0], 40) + pad(texts[1], 40) + pad(texts[2], 10) + pad(texts[3], 20) +
+                        pad(texts[4], 20),
+                    Rule('-', 128),
+                };
+                SnapshotSection section;
+                ReadZORProductsSection(lines, section);
+                const std::map<std::string, std::string> expected = {
+                    {"copy C1", ""},
+                    {"copy C1: product " + texts[0], "version " + texts[2] + ", service level " + texts[3] +
+                                                         ", code " + texts[1] + ", last modified " + texts[4]},
+                };
+                ASSERT_EQ(Values(section), expected)
+                    << (left ? "left" : "right") << ": field " << field << " of " << length;
+            }
+        }
+    }
+}
+
+TEST(SectionReaders, ServiceNamesAroundTheirColumnKeepTheirState)
+{
+    const std::string rule = "-------------------------------------------------------------------- ";
+    // A display name has 256 characters at most.
+    for (const std::size_t length : LengthsAround(60, 256)) {
+        const std::string name = Text("ZOR Service", length, 's');
+        const SectionLines lines = {"", rule, "Service Name                                                Status   ",
+                                    rule, Left(name, 60) + Left("Is stopping", 15), rule};
+        SnapshotSection section;
+        ReadServicesSection(lines, section);
+        const std::map<std::string, std::string> expected = {{name, "Is stopping"}};
+        ASSERT_EQ(Values(section), expected) << length;
+    }
+}
+
+TEST(SectionReaders, GroupNamesAroundTheirColumnKeepTheirUsers)
+{
+    // A name comes through a narrow buffer of 128 bytes: 127 characters.
+    for (const std::size_t length : LengthsAround(30, 127)) {
+        const std::string group = Text("Group", length, 'g');
+        const std::string user = "VM\\" + Text("user", 124, 'u');
+        const SectionLines lines = {
+            "Local User List:", Rule('-', 74), "Group                                   user   ", Rule('-', 74),
+            Left(group, 30) + "          " + user, Rule('-', 74),
+        };
+        SnapshotSection section;
+        ReadUsersSection(lines, section);
+        const std::map<std::string, std::string> expected = {{"user " + user, "member of " + group}};
+        ASSERT_EQ(Values(section), expected) << length;
+    }
+}
+
+TEST(SectionReaders, ProcessIdsAroundTheirColumnLeaveTheNameWhole)
+{
+    // Ids are signed 32-bit numbers, names at most 259 characters.
+    const std::string name = Text("zor", 259, 'z');
+    const SectionLines lines = {
+        "", "Processes:3", "--------------------------------------------------- ",
+        "Process ID         Process Name                     ",
+        "--------------------------------------------------- ",
+        Left("-2147483648", 19) + name, Right("2147483647", 19) + name, Left("4", 19) + "a",
+        "---------- Process List ( end )-------------------- ",
+    };
+    SnapshotSection section;
+    ReadProcessesSection(lines, section);
+    const std::map<std::string, std::string> expected = {{name, "2"}, {"a", "1"}};
+    EXPECT_EQ(Values(section), expected);
+}
+
+TEST(SectionReaders, ParameterNamesShorterThanTheirColumnAreSplitFromTheValue)
+{
+    const std::string driverName = Text("TAQ ZOR", 29, 'd');
+    const std::string instanceName = Text("Port", 35, 'i');
+    const std::string globalName = Text("ZOR", 28, 'g');
+    const SectionLines odbc = {
+        "", "Total ZOR ODBC Drivers:1", "ODBC Driver:D", Rule('-', 76),
+        "Parameter Name                Value                ", Rule('-', 76), Left(driverName, 30) + "x y",
+        Right(driverName, 30) + "z", Rule('-', 76),
+    };
+    SnapshotSection drivers;
+    ReadODBCDriversSection(odbc, drivers);
+    EXPECT_EQ(drivers.items.at("driver D: " + driverName).value, "x y, z");
+
+    const SectionLines products = {
+        "", "ZOR Installation Copy Name:C1", "Global Profiles:", Rule('-', 120), Left(globalName + ":", 30) + "1",
+        Left(globalName + "xx:", 30) + "2", Left(globalName + "xxx:", 30) + "3", Rule('-', 120),
+        "ZOR Instance Name:PROD", Rule('-', 68), "Parameter Name                      Value                  ",
+        Rule('-', 68), Left(instanceName, 36) + "5000", Rule('-', 68),
+    };
+    SnapshotSection copies;
+    ReadZORProductsSection(products, copies);
+    const std::map<std::string, std::string> expected = {
+        {"copy C1", ""},
+        {"copy C1: global profile " + globalName, "1"},
+        {"copy C1: global profile " + globalName + "xx", "2"},
+        {"copy C1: global profile " + globalName + "xxx", "3"},
+        {"copy C1: instance PROD: " + instanceName, "5000"},
+    };
+    EXPECT_EQ(Values(copies), expected);
+}
+
+TEST(SectionReaders, AParameterNameThatFillsItsColumnIsNamedWithTheWholeRow)
+{
+    // Nothing stands between such a name and its value: the row is all there is.
+    const SectionLines lines = {
+        "", "ZOR Installation Copy Name:C1", "ZOR Instance Name:PROD", Rule('-', 68),
+        "Parameter Name                      Value                  ", Rule('-', 68),
+        Text("Port", 36, 'p') + "5000", Text("Port", 37, 'p') + "6000", Rule('-', 68),
+    };
+    SnapshotSection section;
+    ReadZORProductsSection(lines, section);
+    EXPECT_EQ(section.items.count("copy C1: instance PROD: " + Text("Port", 36, 'p') + "5000"), 1u);
+    EXPECT_EQ(section.items.count("copy C1: instance PROD: " + Text("Port", 37, 'p') + "6000"), 1u);
+}
+
+TEST(SectionReaders, TheEmptyParentOfV9CopiesIsNoCopyBeforeV9)
+{
+    // Under the layout before V9 the parent key of the V9 copies has the old
+    // copy's name, and is listed as a copy with nothing in it.
+    const std::vector<std::string> emptyCopy = {
+        "", Rule('-', 48), "Total Products     :0", "Total ZOR Instances:0", Rule('-', 48), "",
+        "Global Profiles:", Rule('-', 120), Rule('-', 120), "", "ZOR Products installed:", Rule('-', 128),
+        "Product Name                            Product Code                            "
+        "Version   Service Level       Last Modified Date",
+        Rule('-', 128), Rule('-', 128), "", "ZOR Instances:", Rule('-', 33), "Instance Name                    ",
+        Rule('-', 33), Rule('-', 33), "",
+    };
+    SectionLines lines = {"", Rule('*', 93),
+                          "*  PART A --ZOR Installed Copies Information -- Prior to V9                                 *",
+                          Rule('*', 93)};
+    lines.insert(lines.end(), emptyCopy.begin(), emptyCopy.end());
+    const SectionLines partB = {
+        "", Rule('*', 93),
+        "*  PART B --ZOR Installed Copies Information -- V9 & Later                                  *",
+        Rule('*', 93), "", "Total ZOR Copies:1", Rule('-', 45), "ZOR Copy Name", Rule('-', 45), "C1", Rule('-', 45),
+        "", "ZOR Installation Copy Name:C1",
+    };
+    SnapshotSection withoutV9;
+    ReadZORProductsSection(lines, withoutV9);
+    EXPECT_EQ(Values(withoutV9), (std::map<std::string, std::string>{{"copy before V9 #1", ""}}));
+
+    lines.insert(lines.end(), partB.begin(), partB.end());
+    lines.insert(lines.end(), emptyCopy.begin() + 1, emptyCopy.end());
+    SnapshotSection withV9;
+    ReadZORProductsSection(lines, withV9);
+    EXPECT_EQ(Values(withV9), (std::map<std::string, std::string>{{"copy C1", ""}}));
+}

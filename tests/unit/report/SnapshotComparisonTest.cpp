@@ -4,6 +4,14 @@
 
 namespace {
 
+std::vector<std::string> NamesOf(const std::vector<ListedItem>& items)
+{
+    std::vector<std::string> names;
+    for (const ListedItem& item : items)
+        names.push_back(item.name);
+    return names;
+}
+
 SnapshotSection Section(std::initializer_list<std::pair<std::string, std::string>> items)
 {
     SnapshotSection section;
@@ -20,8 +28,8 @@ TEST(SnapshotComparison, ThingsAddedRemovedAndChangedInTheOrderOfTheirNames)
     const SectionChanges changes = CompareSections(
         Section({{"b.exe", "1"}, {"a.exe", "2"}, {"gone.exe", "1"}, {"same.exe", "3"}}),
         Section({{"b.exe", "1"}, {"a.exe", "3"}, {"new2.exe", "1"}, {"new1.exe", "1"}, {"same.exe", "3"}}));
-    EXPECT_EQ(changes.added, (std::vector<std::string>{"new1.exe", "new2.exe"}));
-    EXPECT_EQ(changes.removed, (std::vector<std::string>{"gone.exe"}));
+    EXPECT_EQ(NamesOf(changes.added), (std::vector<std::string>{"new1.exe", "new2.exe"}));
+    EXPECT_EQ(NamesOf(changes.removed), (std::vector<std::string>{"gone.exe"}));
     ASSERT_EQ(changes.changed.size(), 1u);
     EXPECT_EQ(changes.changed[0].name, "a.exe");
     EXPECT_EQ(changes.changed[0].before, "2");
@@ -42,10 +50,10 @@ TEST(SnapshotComparison, AThingThatComesWithItsOwnerIsToldWithTheOwnerAlone)
     after.Add("copy C1: instance A: Port", "7000", "copy C1: instance A");
 
     const SectionChanges added = CompareSections(before, after);
-    EXPECT_EQ(added.added,
+    EXPECT_EQ(NamesOf(added.added),
               (std::vector<std::string>{"copy C1: instance A: Port", "copy C1: instance NEW", "copy C2"}));
     const SectionChanges removed = CompareSections(after, before);
-    EXPECT_EQ(removed.removed, added.added);
+    EXPECT_EQ(NamesOf(removed.removed), NamesOf(added.added));
 }
 
 TEST(SnapshotComparison, ASectionCutOffOrMissingOnEitherSideIsNotCompared)
@@ -69,4 +77,63 @@ TEST(SnapshotComparison, TwoRowsOfOneNameAreOneThingWithBothValues)
 {
     const SnapshotSection section = Section({{"Tool", "1.0"}, {"Tool", "2.0"}});
     EXPECT_EQ(section.items.at("Tool").value, "1.0, 2.0");
+}
+
+TEST(SnapshotComparison, WhatComesOrGoesShowsItsValueAndWhatCameOrWentWithIt)
+{
+    SnapshotSection before = Section({{"ZOR Client", "9.0"}, {"Old Tool", "1.2"}});
+    SnapshotSection after = Section({{"ZOR Client", "9.0"}});
+    after.Mark("copy C2");
+    after.Add("copy C2: product ZOR Server", "version 9.1.0", "copy C2");
+    after.Mark("copy C2: instance B", "copy C2");
+    after.Add("copy C2: instance B: Port", "5000", "copy C2: instance B");
+    after.Mark("copy C20");
+
+    const SectionChanges changes = CompareSections(before, after);
+    ASSERT_EQ(changes.removed.size(), 1u);
+    EXPECT_EQ(changes.removed[0].name, "Old Tool");
+    EXPECT_EQ(changes.removed[0].value, "1.2");
+    ASSERT_EQ(changes.added.size(), 2u);
+    EXPECT_EQ(changes.added[0].name, "copy C2");
+    std::vector<std::pair<std::string, std::string>> details;
+    for (const ItemValue& detail : changes.added[0].details)
+        details.emplace_back(detail.name, detail.value);
+    EXPECT_EQ(details, (std::vector<std::pair<std::string, std::string>>{
+                           {"instance B", ""}, {"instance B: Port", "5000"}, {"product ZOR Server", "version 9.1.0"}}));
+    EXPECT_TRUE(changes.added[1].details.empty());
+}
+
+TEST(SnapshotComparison, OnLinuxAUserWhoJoinsOrLeavesGroupsIsAChangeOfGroups)
+{
+    // The Linux build lists a user only through the groups whose member lists
+    // name them: joining a first group or leaving a last one shows a user
+    // coming or going in the table.
+    Snapshot before;
+    Snapshot after;
+    before.present = after.present = true;
+    for (std::size_t i = 0; i < kSnapshotPartCount; ++i)
+        before.sections[i] = after.sections[i] = Section({});
+    before[SnapshotPart::Users] = Section({{"user VM\\alice", "member of sudo"}, {"user VM\\carol", "member of adm"}});
+    after[SnapshotPart::Users] = Section({{"user VM\\alice", "member of docker, sudo"}, {"user VM\\bob", "member of docker"}});
+    before.usersByGroupsAlone = after.usersByGroupsAlone = true;
+
+    const SectionChanges users = *CompareSnapshots(before, after)[0];
+    EXPECT_TRUE(users.added.empty());
+    EXPECT_TRUE(users.removed.empty());
+    ASSERT_EQ(users.changed.size(), 3u);
+    EXPECT_EQ(users.changed[0].name, "user VM\\alice");
+    EXPECT_EQ(users.changed[0].before, "member of sudo");
+    EXPECT_EQ(users.changed[0].after, "member of docker, sudo");
+    EXPECT_EQ(users.changed[1].name, "user VM\\bob");
+    EXPECT_EQ(users.changed[1].before, "in no group's member list");
+    EXPECT_EQ(users.changed[1].after, "member of docker");
+    EXPECT_EQ(users.changed[2].name, "user VM\\carol");
+    EXPECT_EQ(users.changed[2].before, "member of adm");
+    EXPECT_EQ(users.changed[2].after, "in no group's member list");
+
+    before.usersByGroupsAlone = after.usersByGroupsAlone = false;
+    const SectionChanges windowsUsers = *CompareSnapshots(before, after)[0];
+    EXPECT_EQ(NamesOf(windowsUsers.added), std::vector<std::string>{"user VM\\bob"});
+    EXPECT_EQ(windowsUsers.added[0].value, "member of docker");
+    EXPECT_EQ(NamesOf(windowsUsers.removed), std::vector<std::string>{"user VM\\carol"});
 }
