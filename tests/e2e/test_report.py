@@ -8,7 +8,6 @@ together to mislead its reader."""
 import json
 import os
 import pathlib
-import shutil
 import subprocess
 import time
 import zipfile
