@@ -113,8 +113,22 @@ def record_through_package(env, source, binary, installed, product):
     text = log.read_text(errors="replace")
     expect_equal(installed_files(env), installed, "installed files")
     expect_event(env, product, log)
+    expect_installed_software(env, product)
     uninstall(env, package)
     return text
+
+
+def expect_installed_software(env, product):
+    """The installed package in the software section of a snapshot taken after
+    the install. Windows Installer keeps its per-machine product data in the
+    native (64-bit) view of the registry, for 32-bit packages too, as Wine's
+    msiexec does: the x86 build reads it there, the x64 build in its own view."""
+    code, output = env.run("ZORRecordEvent", "-start", "Software-Check")
+    expect_equal((code, output), (0, ""), "result and console output of -start Software-Check")
+    lines = file_lines(env, env.store / "Software-Check" / "ZORInstallEvent.Log")
+    rows = [line for line in lines if line.startswith(f"{'TAQ':<30}{product}")]
+    expect_equal(len(rows), 1, f"software rows of {product!r} in the snapshot after the install")
+    assert rows[0][95:].startswith("9.2.0"), rows[0]
 
 
 def test_package_running_the_program_records_its_install(env):
