@@ -110,11 +110,15 @@ def record_through_package(env, source, binary, installed, product):
     it installed and recorded, and removes it; returns the msiexec log."""
     package = build_package(env, source, binary)
     log = install(env, package)
-    text = log.read_text(errors="replace")
-    expect_equal(installed_files(env), installed, "installed files")
-    expect_event(env, product, log)
-    expect_installed_software(env, product)
-    uninstall(env, package)
+    try:
+        text = log.read_text(errors="replace")
+        expect_equal(installed_files(env), installed, "installed files")
+        expect_event(env, product, log)
+        expect_installed_software(env, product)
+    finally:
+        # Removed whatever failed, so that no product stays in the prefix for
+        # the tests that follow.
+        uninstall(env, package)
     return text
 
 
