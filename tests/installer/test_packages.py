@@ -8,7 +8,8 @@ checked.
   repair, upgrade to a later version (which removes the earlier one, an event
   of its own), uninstall, and an install that fails and rolls back.
 - RecordWithProgram.wxs installs ZORRecordEvent.exe and runs it: install,
-  uninstall and a failed install.
+  uninstall (under an EventID that the command line gives) and a failed
+  install.
 - RecordWithBrokenData.wxs calls ZORRecordEventAction also with no, a
   modeless and a broken CustomActionData; the install still succeeds.
 - RecordEvent.nsi: install, uninstall, and an install that fails.
@@ -38,6 +39,7 @@ import package_build  # noqa: E402
 SOURCES = pathlib.Path(__file__).resolve().parent
 COPY = "ZORCopy1"
 EVENT_ID = r"ZORServer-20\d{6}-\d{6}-[0-9a-f]{4}"
+GIVEN_EVENT = "Removal-Given-1"
 DLL_PRODUCT = "ZOR Server (recorded by ZORRecorder.dll)"
 PROGRAM_PRODUCT = "ZOR Server (recorded by ZORRecordEvent.exe)"
 
@@ -129,7 +131,7 @@ def keys(env, event):
 def expect_event(env, event, action, result, version, log, product):
     """One whole event: its section, its log handed over below the copy, both
     snapshots where the run got that far."""
-    assert re.fullmatch(EVENT_ID, event), f"EventID {event!r}"
+    assert re.fullmatch(EVENT_ID, event) or event == GIVEN_EVENT, f"EventID {event!r}"
     got = keys(env, event)
     wanted = {"Action": action, "Result": result, "Version": version, "Product": product,
               "Copy_Name": COPY, "Complete_Flag": "TRUE", "Type": "Silent",
@@ -192,7 +194,10 @@ def test_package_calling_the_dll_records_every_run(env):
 
 def test_package_running_the_program_records_install_uninstall_and_failure(env):
     package = build_package(env, "RecordWithProgram.wxs", ["ZORRecordEvent.exe", "ZORRecorder.dll"])
-    runs = [("install", 0, "/i"), ("uninstall", 0, "/x"), ("failure", FAILED, "/i", "ZOR_TEST_FAIL=1")]
+    # The uninstall is given its EventID on the command line, which
+    # ZORMakeEventIdAction leaves as it is.
+    runs = [("install", 0, "/i"), ("uninstall", 0, "/x", "ZOR_EVENT=" + GIVEN_EVENT),
+            ("failure", FAILED, "/i", "ZOR_TEST_FAIL=1")]
     logs = []
     with removed_afterwards(env, package):
         for name, code, option, *more in runs:
@@ -204,6 +209,7 @@ def test_package_running_the_program_records_install_uninstall_and_failure(env):
     events = [e for e in recorded_events(env) if e != "Software-Check"]
     expected = [("Install", "Success"), ("Uninstall", "Success"), ("Install", "1603")]
     expect_equal(len(set(events)), 3, f"distinct EventIDs: {events}")
+    expect_equal(events[1], GIVEN_EVENT, "the EventID that the command line gave")
     for event, (action, result), log in zip(events, expected, logs):
         expect_event(env, event, action, result, "9.2.0", log, PROGRAM_PRODUCT)
     report = collect_and_report(env, dict(zip(events, logs)))
