@@ -6,11 +6,13 @@ set(_zor_doc_dir ${CMAKE_INSTALL_DOCDIR})
 if(WIN32)
   set(_zor_doc_dir doc)
 endif()
+# README.md beside the folder docs, as in the source tree, so that its links
+# to docs/... lead to the guides in the release too.
 install(FILES README.md DESTINATION ${_zor_doc_dir})
-install(DIRECTORY docs/ DESTINATION ${_zor_doc_dir})
+install(DIRECTORY docs DESTINATION ${_zor_doc_dir})
 # The tested installer sources that docs/recording.md shows.
 install(FILES tests/installer/RecordWithProgram.wxs tests/installer/RecordWithDll.wxs
-  tests/installer/RecordEvent.nsi
+  tests/installer/RecordEvent.nsi tests/installer/ZORRecord.nsh tests/installer/zor-event-id.sh
   DESTINATION ${_zor_doc_dir}/examples)
 
 if(WIN32)

@@ -9,15 +9,19 @@ check-release.py zip FILE.zip win32|win64
 check-release.py install BUILD_DIR
     `cmake --install` of a Linux build into a fresh folder: exactly the
     programs, the static library, the header of the C++ entry and the
-    documentation, in the usual places."""
+    documentation, in the usual places, its links whole as in the zip."""
 import pathlib
+import posixpath
+import re
 import subprocess
 import sys
 import tempfile
 import zipfile
 
-DOCS = ["README.md", "event-log.md", "faults.md", "recording.md", "history-report.png",
-        "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi"]
+DOCS = ["README.md", "docs/event-log.md", "docs/faults.md", "docs/recording.md",
+        "docs/history-report.png",
+        "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi",
+        "examples/ZORRecord.nsh", "examples/zor-event-id.sh"]
 WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORHistoryReport.exe",
                  "bin/ZORRecorder.dll",
                  "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"]
@@ -26,8 +30,10 @@ LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "bin/ZORHistoryRepo
                "include/zor/history/CHistoryStore.h"]
 # The symbols that a caller's __stdcall declarations ask for.
 IMPORTS = {
-    "win32": ("i686-w64-mingw32-nm", {"__imp__ZORRecordEvent@8", "__imp__ZORRecordEventAction@4"}),
-    "win64": ("x86_64-w64-mingw32-nm", {"__imp_ZORRecordEvent", "__imp_ZORRecordEventAction"}),
+    "win32": ("i686-w64-mingw32-nm", {"__imp__ZORRecordEvent@8", "__imp__ZORRecordEventAction@4",
+                                     "__imp__ZORMakeEventIdAction@4"}),
+    "win64": ("x86_64-w64-mingw32-nm", {"__imp_ZORRecordEvent", "__imp_ZORRecordEventAction",
+                                       "__imp_ZORMakeEventIdAction"}),
 }
 
 
@@ -36,6 +42,22 @@ def expect_files(actual, expected, where):
         missing = sorted(set(expected) - set(actual))
         extra = sorted(set(actual) - set(expected))
         raise SystemExit(f"FAIL: {where}: missing {missing}, unexpected {extra}")
+
+
+def expect_links_whole(read, names, where):
+    """Each link of the Markdown files among `names` (paths relative to the
+    documentation's folder) that isn't a web address or an anchor alone
+    names one of `names`. `read(name)` gives a file's text."""
+    for name in names:
+        if not name.endswith(".md"):
+            continue
+        for target in re.findall(r"\]\(([^)\s]+)\)", read(name)):
+            target = target.split("#", 1)[0]
+            if not target or re.match(r"[a-z]+:", target):
+                continue
+            resolved = posixpath.normpath(posixpath.join(posixpath.dirname(name), target))
+            if resolved not in names:
+                raise SystemExit(f"FAIL: {where}: {name} links {target}, which the release lacks")
 
 
 def check_zip(path, arch):
@@ -47,6 +69,7 @@ def check_zip(path, arch):
         outside = [n for n in names if not n.startswith(top)]
         assert not outside, f"entries outside {top}: {outside}"
         expect_files([n[len(top):] for n in names], WINDOWS_FILES + ["doc/" + d for d in DOCS], path)
+        expect_links_whole(lambda name: z.read(top + "doc/" + name).decode("utf-8"), DOCS, path)
         with tempfile.TemporaryDirectory() as folder:
             for library in ("lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"):
                 check_import_library(z.extract(top + library, folder), arch)
@@ -68,6 +91,8 @@ def check_install(build_dir):
         files = [p.relative_to(root).as_posix() for p in root.rglob("*") if p.is_file()]
         expect_files(files, LINUX_FILES + ["share/doc/ZORGetInstallLog/" + d for d in DOCS],
                      f"cmake --install of {build_dir}")
+        docs = root / "share/doc/ZORGetInstallLog"
+        expect_links_whole(lambda name: (docs / name).read_text(), DOCS, f"cmake --install of {build_dir}")
     print(f"cmake --install of {build_dir}: release complete")
 
 

@@ -18,4 +18,7 @@ constexpr InstallerActionResult kInstallerActionSucceeded = 0;
 // long; empty when the property is unset or the call fails.
 std::string GetInstallerProperty(InstallerSession session, const std::string& name);
 
+// MsiSetPropertyA(session, name, value): false when the installer refuses it.
+bool SetInstallerProperty(InstallerSession session, const std::string& name, const std::string& value);
+
 }  // namespace platform

@@ -8,25 +8,34 @@ wixl for the build's architecture, its tables exported with msiinfo.
 - The DLL's custom actions: Binary ZORRecorder holding this build's
   ZORRecorder.dll byte for byte, entry ZORRecordEventAction, type 3073
   (a DLL in the Binary table, deferred, not impersonated).
+  Its rollback action: type 3329, the same run only when the install rolls back.
 - The program's custom actions run the installed ZORRecordEvent.exe: type 3154
-  (an installed file, its exit code ignored, deferred, not impersonated).
-- ZORRecorder.dll exports ZORRecordEventAction by that undecorated name, which
-  is the name an installer looks up (a 32-bit __stdcall export would otherwise
-  be _ZORRecordEventAction@4).
+  (an installed file, its exit code ignored, deferred, not impersonated); its
+  rollback action is the DLL's, as in the package that calls the DLL.
+- Both make the EventID with ZORMakeEventIdAction from the Binary table, an
+  immediate action: type 2113.
+- ZORRecorder.dll exports ZORRecordEventAction and ZORMakeEventIdAction by
+  those undecorated names, which are the names an installer looks up (a 32-bit
+  __stdcall export would otherwise be _ZORRecordEventAction@4).
 
 Usage: check_package_tables.py BIN_DIR WORK_DIR
 Prints "N passed, N failed"."""
 import pathlib
-import shutil
 import subprocess
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "e2e"))
 from e2e_support import pe_arch, run_tests  # noqa: E402
+import package_build  # noqa: E402
 
 SOURCES = pathlib.Path(__file__).resolve().parent
 DLL_ACTION_TYPE = "3073"
+DLL_ROLLBACK_TYPE = "3329"
 PROGRAM_ACTION_TYPE = "3154"
+# A DLL in the Binary table, run at once where it stands in the sequence
+# (no in-script bit), its result ignored (64); wixl adds the no-impersonation
+# bit (2048), which only deferred actions heed.
+ID_ACTION_TYPE = "2113"
 
 
 class Build:
@@ -35,16 +44,9 @@ class Build:
         self.work = work
         self.arch = pe_arch(bin_dir / "ZORRecorder.dll")
 
-    def package(self, source, binary):
-        stage = self.work / source
-        shutil.rmtree(stage, ignore_errors=True)
-        stage.mkdir(parents=True)
-        shutil.copy(self.bin_dir / binary, stage / binary)
-        (stage / "readme.txt").write_text("ZOR Server\n")
-        package = stage / "product.msi"
-        subprocess.run(["wixl", "-a", self.arch, "-D", f"Arch={self.arch}", "-o", str(package),
-                        str(SOURCES / source)], cwd=stage, check=True, capture_output=True)
-        return package
+    def package(self, source, *binaries):
+        return package_build.build(SOURCES / source, self.work / source,
+                                   [self.bin_dir / b for b in binaries], self.arch)
 
 
 def table(package, name):
@@ -81,12 +83,21 @@ def actions(package):
     return {row[0]: row[1:] for row in table(package, "CustomAction")}
 
 
+def expect_action(package, name, columns):
+    expect(actions(package)[name][:len(columns)] == columns, f"{name}: {actions(package)[name]}")
+
+
+def expect_event_id_action(package):
+    expect_action(package, "MakeEventId", [ID_ACTION_TYPE, "ZORRecorder", "ZORMakeEventIdAction"])
+
+
 def test_package_calling_the_dll(build):
     package = build.package("RecordWithDll.wxs", "ZORRecorder.dll")
     expect_arch(build, package)
     for name in ("RecordStart", "RecordEnd"):
-        expect(actions(package)[name][:3] == [DLL_ACTION_TYPE, "ZORRecorder", "ZORRecordEventAction"],
-               f"{name}: {actions(package)[name]}")
+        expect_action(package, name, [DLL_ACTION_TYPE, "ZORRecorder", "ZORRecordEventAction"])
+    expect_action(package, "RecordFailure", [DLL_ROLLBACK_TYPE, "ZORRecorder", "ZORRecordEventAction"])
+    expect_event_id_action(package)
     extracted = subprocess.run(["msiinfo", "extract", str(package), "Binary.ZORRecorder"],
                                check=True, capture_output=True).stdout
     expect(extracted == (build.bin_dir / "ZORRecorder.dll").read_bytes(),
@@ -97,24 +108,25 @@ def test_package_with_broken_data_calls_the_dll(build):
     package = build.package("RecordWithBrokenData.wxs", "ZORRecorder.dll")
     expect_arch(build, package)
     for name in ("RecordNoData", "RecordNoMode", "RecordOpenQuote", "RecordStart", "RecordEnd"):
-        expect(actions(package)[name][:3] == [DLL_ACTION_TYPE, "ZORRecorder", "ZORRecordEventAction"],
-               f"{name}: {actions(package)[name]}")
+        expect_action(package, name, [DLL_ACTION_TYPE, "ZORRecorder", "ZORRecordEventAction"])
 
 
 def test_package_running_the_program(build):
-    package = build.package("RecordWithProgram.wxs", "ZORRecordEvent.exe")
+    package = build.package("RecordWithProgram.wxs", "ZORRecordEvent.exe", "ZORRecorder.dll")
     expect_arch(build, package)
-    for name in ("RecordStart", "RecordEnd"):
-        expect(actions(package)[name][:2] == [PROGRAM_ACTION_TYPE, "ZORRecordEvent.exe"],
-               f"{name}: {actions(package)[name]}")
+    for name in ("RecordStart", "RecordEnd", "RecordRemovalStart", "RecordRemovalEnd"):
+        expect_action(package, name, [PROGRAM_ACTION_TYPE, "ZORRecordEvent.exe"])
+    expect_action(package, "RecordFailure", [DLL_ROLLBACK_TYPE, "ZORRecorder", "ZORRecordEventAction"])
+    expect_event_id_action(package)
 
 
-def test_dll_exports_the_action_by_its_undecorated_name(build):
+def test_dll_exports_the_actions_by_their_undecorated_names(build):
     text = subprocess.run(["llvm-readobj", "--coff-exports", str(build.bin_dir / "ZORRecorder.dll")],
                           check=True, capture_output=True, text=True).stdout
     names = [line.split(":", 1)[1].strip() for line in text.splitlines()
              if line.strip().startswith("Name:")]
-    expect("ZORRecordEventAction" in names, f"exports {names}")
+    for name in ("ZORRecordEventAction", "ZORMakeEventIdAction"):
+        expect(name in names, f"exports {names}")
     expect(not [n for n in names if "@" in n or n.startswith("_ZOR")], f"decorated exports {names}")
 
 

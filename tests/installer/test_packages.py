@@ -1,32 +1,71 @@
-"""Real Windows Installer packages that record their install: each is built
-from its WiX source with wixl, installed silently by Wine's msiexec in a
-private prefix, checked in the store and the archive, and removed again.
+"""Real installers that record every run: each WiX example is built with wixl
+(and msibuild for its rollback action, as its comment tells) and run by
+Wine's msiexec in a private prefix, and the NSIS example is built with
+makensis and run silently; then the store, the archive and the report are
+checked.
 
-- RecordWithProgram.wxs installs ZORRecordEvent.exe and runs it as deferred
-  custom actions.
-- RecordWithDll.wxs calls ZORRecordEventAction from ZORRecorder.dll in its
-  Binary table, through CustomActionData, and installs nothing of ours.
-- RecordWithBrokenData.wxs calls it also with no, a modeless and a broken
-  CustomActionData before its event; the install still succeeds.
+- RecordWithDll.wxs calls ZORRecorder.dll from its Binary table: install,
+  repair, upgrade to a later version (which removes the earlier one, an event
+  of its own), uninstall, and an install that fails and rolls back.
+- RecordWithProgram.wxs installs ZORRecordEvent.exe and runs it: install,
+  uninstall (under an EventID that the command line gives) and a failed
+  install.
+- RecordWithBrokenData.wxs calls ZORRecordEventAction also with no, a
+  modeless and a broken CustomActionData; the install still succeeds.
+- RecordEvent.nsi: install, uninstall, and an install that fails.
+- ZORRecordCheck.nsi: ZORRecord.nsh's function with quotes, apostrophes, "$",
+  a long value and a line end, and every register kept.
 
-And the NSIS example, RecordEvent.nsi, built with makensis, calls
-ZORRecordEvent from ZORRecorder.dll in its plug-in folder.
+Each run of msiexec has its log of its own (/l*v and ZOR_INSTALLER_LOG, one
+absolute path), as the documentation asks. The failure is forced by a
+deferred action that the test adds to the package: it fails when the
+property ZOR_TEST_FAIL is 1, behind the product's files and before -end.
 
 Every package and installer is built for the architecture of the build under
 test: the x86 build's as 32-bit packages, installed below "Program Files (x86)"
 as on 64-bit Windows, the x64 build's as 64-bit ones."""
+import contextlib
 import pathlib
+import re
 import shutil
 import subprocess
 import sys
 import zipfile
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "e2e"))
-from e2e_support import expect_equal, expect_lines_match, file_lines, main, section_lines  # noqa: E402
+from e2e_support import expect_equal, file_lines, main, section_lines  # noqa: E402
+import package_build  # noqa: E402
 
 SOURCES = pathlib.Path(__file__).resolve().parent
-EVENT = "Install-ZORServer"
 COPY = "ZORCopy1"
+EVENT_ID = r"ZORServer-20\d{6}-\d{6}-[0-9a-f]{4}"
+GIVEN_EVENT = "Removal-Given-1"
+DLL_PRODUCT = "ZOR Server (recorded by ZORRecorder.dll)"
+PROGRAM_PRODUCT = "ZOR Server (recorded by ZORRecordEvent.exe)"
+
+# A deferred action that fails when ZOR_TEST_FAIL is 1: Wine's cmd.exe,
+# named by a property, ends with exit code 1, which Return="check" makes the
+# install's failure. It runs behind the product's files and before -end
+# (6598), so the install rolls back.
+FORCED_FAILURE = """
+    <CustomAction Id="ZorTestFailureProgram" Property="ZOR_TEST_FAILURE" Value="[SystemFolder]cmd.exe"/>
+    <CustomAction Id="ZorTestFailure" Property="ZOR_TEST_FAILURE" ExeCommand="/c exit 1"
+                  Execute="deferred" Impersonate="no" Return="check"/>
+    <InstallExecuteSequence>
+      <Custom Action="ZorTestFailureProgram" Sequence="1449"/>
+      <Custom Action="ZorTestFailure" Sequence="6590">ZOR_TEST_FAIL = "1"</Custom>"""
+
+
+# A failed install ends msiexec with 1603 (ERROR_INSTALL_FAILURE) on Windows;
+# Wine's msiexec ends it with 1627 (ERROR_FUNCTION_FAILED) when a custom
+# action fails. A POSIX exit status keeps the low 8 bits of either.
+FAILED = {1603 % 256, 1627 % 256}
+
+
+def with_forced_failure(text):
+    return text.replace("\n    <InstallExecuteSequence>", FORCED_FAILURE, 1)
+
+
 def program_files(env):
     """The folder of 32-bit programs on 64-bit Windows, or of 64-bit ones."""
     return "Program Files (x86)" if env.arch == "x86" else "Program Files"
@@ -36,90 +75,145 @@ def install_dir(env):
     return f"C:\\{program_files(env)}\\ZOR Server\\"
 
 
-def build_package(env, source, binary):
-    """wixl, run in a folder that holds the files the source names."""
-    stage = env.work / "stage"
-    stage.mkdir()
-    shutil.copy(env.bin_dir / binary, stage / binary)
-    (stage / "readme.txt").write_text("ZOR Server\n")
-    package = env.work / "product.msi"
-    arch = env.arch
-    result = subprocess.run(["wixl", "-a", arch, "-D", f"Arch={arch}", "-o", str(package),
-                             str(SOURCES / source)],
-                            cwd=stage, capture_output=True, text=True)
-    expect_equal(result.returncode, 0, f"wixl on {source}: {result.stderr}")
-    return package
-
-
-def msiexec(env, *args):
-    result = subprocess.run(env.runner + ["msiexec", *args], capture_output=True, timeout=600)
-    return result.returncode
-
-
-def install(env, package):
-    """msiexec /i … /qn /l*v; returns the host path of its log."""
-    log = env.work / "install.log"
-    code = msiexec(env, "/i", env.program_path(package), "/qn", "/l*v", env.program_path(log),
-                   "ZOR_INSTALLER_LOG=" + env.program_path(log))
-    expect_equal(code, 0, "exit code of msiexec /i")
-    return log
-
-
-def uninstall(env, package):
-    expect_equal(msiexec(env, "/x", env.program_path(package), "/qn"), 0, "exit code of msiexec /x")
-    expect_equal(installed_files(env), [], "files left after removal")
-
-
 def installed_files(env):
     folder = env.appdata.parent / program_files(env) / "ZOR Server"
     return sorted(p.name for p in folder.iterdir()) if folder.exists() else []
 
 
-def expect_event(env, product, log):
-    """The event's 17 keys, its log, and the installer's log staged in the archive."""
-    expect_equal(section_lines(env, "History"), ["Count=1"], "section History")
-    event_log = f"{env.store_as_program_sees_it}\\{COPY}\\{EVENT}\\ZORInstallEvent.Log"
-    expect_lines_match(section_lines(env, EVENT), [
-        f"Event_ID={EVENT}", "Command_Line=", "Start_Time=<time>", "End_Time=<time>",
-        "Action=Install", "Type=Silent", f"Product={product}", "Version=9.2.0",
-        "Service_Level=", f"Path={install_dir(env)}", f"Copy_Name={COPY}", "Complete_Flag=TRUE",
-        "Log_File_Name=" + env.program_path(log), "Trace_File=", "Response_File=",
-        f"Event_Log_File={event_log}", "Result=Success",
-    ], "section of the event")
-    lines = file_lines(env, env.store / COPY / EVENT / "ZORInstallEvent.Log")
-    expect_lines_match([lines[0], lines[1], lines[2], lines[-1]], [
-        "---------- ZOR Installation History Logger ( Start )----------<time>",
-        f"EventID       :{EVENT}",
-        f"Product       :{product}",
-        "---------- ZOR Installation History Logger ( End ) ----------<time>",
-    ], "banners of the event log")
-    expect_staged_log(env, log)
+def build_package(env, source, binaries, version="9.2.0"):
+    return package_build.build(SOURCES / source, env.work / f"stage-{version}",
+                               [env.bin_dir / b for b in binaries], env.arch,
+                               [f"Version={version}"], with_forced_failure)
 
 
-def expect_staged_log(env, log):
+def msiexec(env, name, *args):
+    """msiexec with a log of this run's own, named in ZOR_INSTALLER_LOG too;
+    returns the exit code and the host path of the log."""
+    log = env.work / f"{name}.log"
+    command = ["msiexec", *args, "/qn", "/l*v", env.program_path(log),
+               "ZOR_INSTALLER_LOG=" + env.program_path(log)]
+    result = subprocess.run(env.runner + command, capture_output=True, timeout=600)
+    return result.returncode, log
+
+
+def expect_msiexec(env, name, code, *args):
+    """msiexec, whose exit code must be `code`, or one of FAILED if it is FAILED."""
+    actual, log = msiexec(env, name, *args)
+    if code is FAILED and actual in FAILED:
+        actual = FAILED
+    expect_equal(actual, code, f"exit code of msiexec {' '.join(args[:1])} ({name})")
+    return log
+
+
+@contextlib.contextmanager
+def removed_afterwards(env, *packages):
+    """Whatever a failed test left installed is removed, so that it doesn't
+    spoil the tests behind it in the same prefix."""
+    try:
+        yield
+    finally:
+        if installed_files(env):
+            for package in packages:
+                msiexec(env, "cleanup", "/x", env.program_path(package))
+            shutil.rmtree(env.appdata.parent / program_files(env) / "ZOR Server", ignore_errors=True)
+
+
+def recorded_events(env):
+    """The EventIDs of History.ini's sections in file order, History left out."""
+    text = (env.store / "History.ini").read_bytes().decode("latin-1")
+    return [name for name in re.findall(r"^\[(.*)\]\r?$", text, re.M) if name != "History"]
+
+
+def keys(env, event):
+    return dict(line.split("=", 1) for line in section_lines(env, event))
+
+
+def expect_event(env, event, action, result, version, log, product):
+    """One whole event: its section, its log handed over below the copy, both
+    snapshots where the run got that far."""
+    assert re.fullmatch(EVENT_ID, event) or event == GIVEN_EVENT, f"EventID {event!r}"
+    got = keys(env, event)
+    wanted = {"Action": action, "Result": result, "Version": version, "Product": product,
+              "Copy_Name": COPY, "Complete_Flag": "TRUE", "Type": "Silent",
+              "Path": install_dir(env), "Log_File_Name": env.program_path(log) if log else "",
+              "Event_Log_File": f"{env.store_as_program_sees_it}\\{COPY}\\{event}\\ZORInstallEvent.Log"}
+    expect_equal({k: got.get(k) for k in wanted}, wanted, f"keys of {event}")
+    lines = file_lines(env, env.store / COPY / event / "ZORInstallEvent.Log")
+    snapshots = [line for line in lines if line.startswith("*  Snapshoot for EventID")]
+    expect_equal(len(snapshots), 2, f"snapshots of {event}")
+
+
+def collect_and_report(env, logs):
+    """The archive holds each run's installer log below its event; the
+    report's console line of each event shows its action and outcome."""
     archive = env.work / "history.zip"
     code, output = env.run("ZORGetInstallLog", "-f", env.program_path(archive))
     expect_equal(code, 0, f"exit code of ZORGetInstallLog, output {output!r}")
     with zipfile.ZipFile(archive) as z:
-        staged = z.read(f"{COPY}\\{EVENT}\\{log.name}")
-    expect_equal(staged, log.read_bytes(), "the msiexec log in the archive")
+        for event, log in logs.items():
+            expect_equal(z.read(f"{COPY}\\{event}\\{log.name}"), log.read_bytes(),
+                         f"the installer's log of {event} in the archive")
+    code, output = env.run("ZORHistoryReport", env.program_path(archive),
+                           "-o", env.program_path(env.work / "report.html"))
+    expect_equal(code, 0, f"exit code of ZORHistoryReport, output {output!r}")
+    return output
 
 
-def record_through_package(env, source, binary, installed, product):
-    """Builds the package with one of our binaries, installs it, checks what
-    it installed and recorded, and removes it; returns the msiexec log."""
-    package = build_package(env, source, binary)
-    log = install(env, package)
-    try:
-        text = log.read_text(errors="replace")
-        expect_equal(installed_files(env), installed, "installed files")
-        expect_event(env, product, log)
-        expect_installed_software(env, product)
-    finally:
-        # Removed whatever failed, so that no product stays in the prefix for
-        # the tests that follow.
-        uninstall(env, package)
-    return text
+def expect_report_line(report, event, action, outcome):
+    lines = [line for line in report.splitlines() if f"| {event} |" in line]
+    expect_equal(len(lines), 1, f"report lines of {event} in {report!r}")
+    assert lines[0].startswith(f"{COPY} | {event} | {action} | {outcome}"), lines[0]
+
+
+def test_package_calling_the_dll_records_every_run(env):
+    binaries = ["ZORRecorder.dll"]
+    first = build_package(env, "RecordWithDll.wxs", binaries)
+    later = build_package(env, "RecordWithDll.wxs", binaries, "9.3.0")
+    # A repair as Windows Installer's msiexec /fa makes it: Wine's msiexec
+    # gives /fa no package of an installed product (exit code 69).
+    runs = [("install", 0, "/i", first), ("repair", 0, "/i", first, "REINSTALL=ALL", "REINSTALLMODE=vomus"),
+            ("upgrade", 0, "/i", later), ("uninstall", 0, "/x", later),
+            ("failure", FAILED, "/i", first, "ZOR_TEST_FAIL=1")]
+    with removed_afterwards(env, first, later):
+        logs = [expect_msiexec(env, name, code, option, env.program_path(package), *more)
+                for name, code, option, package, *more in runs]
+    expect_equal(installed_files(env), [], "files left after the removal and the failure")
+    events = recorded_events(env)
+    expect_equal(len(set(events)), 6, f"distinct EventIDs: {events}")
+    expected = [("Install", "Success", "9.2.0", logs[0]), ("Repair", "Success", "9.2.0", logs[1]),
+                # The upgrade removes the earlier version in a session of its
+                # own, which has no log path of its own.
+                ("Uninstall", "Success", "9.2.0", None), ("Upgrade", "Success", "9.3.0", logs[2]),
+                ("Uninstall", "Success", "9.3.0", logs[3]), ("Install", "1603", "9.2.0", logs[4])]
+    for event, (action, result, version, log) in zip(events, expected):
+        expect_event(env, event, action, result, version, log, DLL_PRODUCT)
+    report = collect_and_report(env, {e: w[3] for e, w in zip(events, expected) if w[3]})
+    for event, (action, result, _, _) in zip(events, expected):
+        expect_report_line(report, event, action, "succeeded" if result == "Success" else "failed (1603)")
+
+
+def test_package_running_the_program_records_install_uninstall_and_failure(env):
+    package = build_package(env, "RecordWithProgram.wxs", ["ZORRecordEvent.exe", "ZORRecorder.dll"])
+    # The uninstall is given its EventID on the command line, which
+    # ZORMakeEventIdAction leaves as it is.
+    runs = [("install", 0, "/i"), ("uninstall", 0, "/x", "ZOR_EVENT=" + GIVEN_EVENT),
+            ("failure", FAILED, "/i", "ZOR_TEST_FAIL=1")]
+    logs = []
+    with removed_afterwards(env, package):
+        for name, code, option, *more in runs:
+            logs.append(expect_msiexec(env, name, code, option, env.program_path(package), *more))
+            if name == "install":
+                expect_equal(installed_files(env), ["ZORRecordEvent.exe"], "installed files")
+                expect_installed_software(env, PROGRAM_PRODUCT)
+    expect_equal(installed_files(env), [], "files left after the removal and the failure")
+    events = [e for e in recorded_events(env) if e != "Software-Check"]
+    expected = [("Install", "Success"), ("Uninstall", "Success"), ("Install", "1603")]
+    expect_equal(len(set(events)), 3, f"distinct EventIDs: {events}")
+    expect_equal(events[1], GIVEN_EVENT, "the EventID that the command line gave")
+    for event, (action, result), log in zip(events, expected, logs):
+        expect_event(env, event, action, result, "9.2.0", log, PROGRAM_PRODUCT)
+    report = collect_and_report(env, dict(zip(events, logs)))
+    expect_report_line(report, events[2], "Install", "failed (1603)")
 
 
 def expect_installed_software(env, product):
@@ -135,44 +229,81 @@ def expect_installed_software(env, product):
     assert rows[0][95:].startswith("9.2.0"), rows[0]
 
 
-def test_package_running_the_program_records_its_install(env):
-    record_through_package(env, "RecordWithProgram.wxs", "ZORRecordEvent.exe",
-                           ["ZORRecordEvent.exe"], "ZOR Server (recorded by ZORRecordEvent.exe)")
-
-
-def test_package_calling_the_dll_records_its_install_without_installing_it(env):
-    record_through_package(env, "RecordWithDll.wxs", "ZORRecorder.dll",
-                           ["readme.txt"], "ZOR Server (recorded by ZORRecorder.dll)")
-
-
 def test_broken_custom_action_data_records_nothing_and_the_install_succeeds(env):
-    text = record_through_package(env, "RecordWithBrokenData.wxs", "ZORRecorder.dll",
-                                  ["readme.txt"], "ZOR Server (recorded through broken data)")
-    for action in ("RecordNoData", "RecordNoMode", "RecordOpenQuote"):
-        assert f": {action}. Return value 1." in text, f"{action} didn't end in success"
+    package = package_build.build(SOURCES / "RecordWithBrokenData.wxs", env.work / "stage",
+                                  [env.bin_dir / "ZORRecorder.dll"], env.arch)
+    with removed_afterwards(env, package):
+        log = expect_msiexec(env, "install", 0, "/i", env.program_path(package))
+        text = log.read_text(errors="replace")
+        for action in ("RecordNoData", "RecordNoMode", "RecordOpenQuote"):
+            assert f": {action}. Return value 1." in text, f"{action} didn't end in success"
+        expect_equal(section_lines(env, "History"), ["Count=1"], "section History")
+        expect_equal(keys(env, "Install-ZORServer").get("Result"), "Success", "result of the event")
+        expect_msiexec(env, "uninstall", 0, "/x", env.program_path(package))
+    expect_equal(installed_files(env), [], "files left after removal")
 
 
-def test_nsis_installer_records_its_install(env):
+# -- NSIS -------------------------------------------------------------------
+
+def makensis(env, source):
     amd64 = ["-DAMD64"] if env.arch == "x64" else []
     result = subprocess.run(["makensis", "-NOCD", "-V2", *amd64,
                              "-DRECORDER_DLL=" + str(env.bin_dir / "ZORRecorder.dll"),
-                             str(SOURCES / "RecordEvent.nsi")],
+                             str(SOURCES / source)],
                             cwd=env.work, capture_output=True, text=True)
-    expect_equal(result.returncode, 0, f"makensis: {result.stdout}{result.stderr}")
-    setup = subprocess.run(env.runner + [env.program_path(env.work / "ZORServerSetup.exe"), "/S"],
-                           capture_output=True, timeout=600)
-    expect_equal(setup.returncode, 0, "exit code of the installer")
-    expect_equal(section_lines(env, "History"), ["Count=1"], "section History")
-    expect_lines_match(section_lines(env, EVENT), [
-        f"Event_ID={EVENT}", "Command_Line=", "Start_Time=<time>", "End_Time=<time>",
-        "Action=", "Type=", "Product=ZOR Server 9", "Version=", "Service_Level=", "Path=",
-        "Copy_Name=", "Complete_Flag=TRUE", "Log_File_Name=", "Trace_File=", "Response_File=",
-        f"Event_Log_File={env.store_as_program_sees_it}\\{EVENT}\\ZORInstallEvent.Log",
-        "Result=Success",
-    ], "section of the event")
-    # The example installs no files of its own; its folder goes again.
-    expect_equal(installed_files(env), [], "installed files")
-    shutil.rmtree(env.appdata.parent / program_files(env) / "ZOR Server", ignore_errors=True)
+    expect_equal(result.returncode, 0, f"makensis {source}: {result.stdout}{result.stderr}")
+
+
+def run_windows_program(env, program, *args):
+    result = subprocess.run(env.runner + [env.program_path(program), *args],
+                            capture_output=True, timeout=600)
+    return result.returncode
+
+
+def test_nsis_installer_records_install_uninstall_and_failure(env):
+    makensis(env, "RecordEvent.nsi")
+    setup = env.work / "ZORServerSetup.exe"
+    (env.work / "ZORServer.dat").write_text("the server's data\n")
+    note = "/NOTE=" + "n" * 900
+    expect_equal(run_windows_program(env, setup, "/S", note), 0, "exit code of the install")
+    folder = env.appdata.parent / program_files(env) / "ZOR Server"
+    expect_equal(installed_files(env), ["Uninstall.exe", "ZORServer.dat"], "installed files")
+    uninstaller = folder / "Uninstall.exe"
+    # _?= runs the uninstaller in place and waits for it.
+    expect_equal(run_windows_program(env, uninstaller, "/S", "_?=" + install_dir(env).rstrip("\\")), 0,
+                 "exit code of the uninstall")
+    shutil.rmtree(folder, ignore_errors=True)
+    (env.work / "ZORServer.dat").unlink()
+    # Without its data beside it the install fails: NSIS's exit code 2.
+    expect_equal(run_windows_program(env, setup, "/S"), 2, "exit code of the failed install")
+    shutil.rmtree(folder, ignore_errors=True)
+    events = recorded_events(env)
+    expect_equal(len(set(events)), 3, f"distinct EventIDs: {events}")
+    results = [(keys(env, e)["Action"], keys(env, e)["Result"], keys(env, e)["Complete_Flag"])
+               for e in events]
+    expect_equal(results, [("Install", "Success", "TRUE"), ("Uninstall", "Success", "TRUE"),
+                           ("Install", "Failed: ZORServer.dat isn't beside the setup", "TRUE")],
+                 "actions and results")
+    expect_equal(keys(env, events[0])["Command_Line"][-len(note):], note, "the long command line")
+    messages = [line for line in file_lines(env, env.store / COPY / events[2] / "ZORInstallEvent.Log")
+                if line.startswith("Don't")]
+    expect_equal(messages, ["Don't panic: \"ZORServer.dat\" wasn't found, so 100$ of data is missing"],
+                 "message of the failure")
+
+
+def test_nsis_record_function_keeps_values_and_registers(env):
+    makensis(env, "ZORRecordCheck.nsi")
+    expect_equal(run_windows_program(env, env.work / "ZORRecordCheck.exe", "/S"), 0, "exit code")
+    lines = (env.work / "check.txt").read_text(encoding="utf-16").splitlines()
+    expect_equal(lines[0], "results 0 2 0, stack empty", "results of the three calls")
+    expect_equal(lines[1], " ".join([f"r{i}" for i in range(10)] + [f"R{i}" for i in range(10)]),
+                 "registers after the calls")
+    got = keys(env, "Check-1")
+    expect_equal(got["Product"], "It's a \"ZOR\" server for 100$ ('quoted')", "the product")
+    expect_equal(got["Command_Line"], "0123456789" * 100, "the 1000 characters")
+    expect_equal(got["Complete_Flag"], "TRUE", "the end of the event")
+    lines = file_lines(env, env.store / "Check-1" / "ZORInstallEvent.Log")
+    assert not [line for line in lines if line.startswith("two")], "a refused message was recorded"
 
 
 if __name__ == "__main__":

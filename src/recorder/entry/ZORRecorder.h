@@ -9,7 +9,14 @@
    F(MSIHANDLE)). It reads the property CustomActionData, splits it into
    arguments as the command line of ZORRecordEvent.exe would be split, records
    them and always returns ERROR_SUCCESS (0), so that the history never fails
-   an install. */
+   an install.
+
+   ZORMakeEventIdAction: a Windows Installer custom action for the immediate
+   sequence. Unless the property ZOR_EVENT is set already, it sets it to a new
+   EventID: a short name (the letters, digits, '-' and '_' of the property
+   ZOR_EVENT_PREFIX, or else of ProductName, at most 16 of them, or else
+   "ZOR"), the local date and time and four random hex digits, e.g.
+   ZORServer-20261125-130512-3fa9. It always returns ERROR_SUCCESS. */
 #ifndef ZOR_RECORDER_H
 #define ZOR_RECORDER_H
 
@@ -19,6 +26,7 @@ extern "C" {
 
 int __stdcall ZORRecordEvent(int argc, char** argv);
 unsigned int __stdcall ZORRecordEventAction(unsigned long session);
+unsigned int __stdcall ZORMakeEventIdAction(unsigned long session);
 
 #ifdef __cplusplus
 }

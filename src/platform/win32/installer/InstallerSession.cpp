@@ -33,4 +33,9 @@ std::string GetInstallerProperty(InstallerSession session, const std::string& na
     return std::string(value.data(), length);
 }
 
+bool SetInstallerProperty(InstallerSession session, const std::string& name, const std::string& value)
+{
+    return MsiSetPropertyA(session, name.c_str(), value.c_str()) == ERROR_SUCCESS;
+}
+
 }  // namespace platform
