@@ -1,8 +1,13 @@
 #!/usr/bin/env python3
-"""Times the archive run against Info-ZIP's zip over the same store: the whole
-`ZORGetInstallLog -f <zip>` run and `zip -r -q <zip> .` in the history folder,
-run side by side several times, alternating, and prints the median of each,
-their ratio, and the peak memory of each program.
+"""Times the archive run against Info-ZIP's zip and 7-Zip over the same store:
+the whole `ZORGetInstallLog -f <zip>` run (deflating on every core), the
+archive alone with one deflating thread and with as many as the machine runs
+(`zor_archive_pack`, which packs the history folder as -f does), `zip -r -q
+<zip> .` and `7z a -tzip -mmt=N -mx=5 <zip> .` in the history folder. Every
+repeat runs each program once, in turn, the order reversed from one repeat to
+the next; the script prints the median of each, the ratios of the medians to
+zip's and 7-Zip's, and each program's user and system time, peak memory and
+minor page faults (from GNU time).
 
 The store is synthetic and about 97 MB: 200 completed events in five copies,
 each event folder holding its event log and an installer log of
@@ -12,6 +17,9 @@ reading and deflating text the way a real store asks for it. The store's
 location is fixed when the program is built, so this script configures a
 Release build of its own (no sanitizers, no tests) whose machine-wide
 application data folder is a private folder below the work folder.
+
+The machine's load average is printed before and after: a figure taken while
+other work waits for the cores says little about the wall time.
 
 This is a measurement, not a test: it asserts nothing about time.
 Usage: bench/archive_benchmark.py [--work DIR] [--runs N] [--events N] [--megabytes N]
@@ -100,20 +108,20 @@ def lay_down_store(history, events, megabytes):
 
 
 def timed_run(command, cwd, work):
-    """Runs the command; returns its wall, user and system time in seconds and its
-    peak memory in MB.
+    """Runs the command; returns its wall, user and system time in seconds, its
+    peak memory in MB and its minor page faults.
 
-    The peak comes from GNU time, whose own small process starts the program: a
+    These come from GNU time, whose own small process starts the program: a
     child started by this script would count this script's memory as its own."""
-    report = work / "peak-memory.txt"
+    report = work / "time-report.txt"
     began = time.perf_counter()
-    result = subprocess.run(["/usr/bin/time", "-f", "%U %S %M", "-o", str(report)] + command, cwd=cwd,
+    result = subprocess.run(["/usr/bin/time", "-f", "%U %S %M %R", "-o", str(report)] + command, cwd=cwd,
                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     elapsed = time.perf_counter() - began
     if result.returncode != 0:
         sys.exit(f"{command} exited with {result.returncode}")
-    user, system, peak = report.read_text().split()[-3:]
-    return elapsed, float(user), float(system), int(peak) / 1024
+    user, system, peak, faults = report.read_text().split()[-4:]
+    return elapsed, float(user), float(system), int(peak) / 1024, int(faults)
 
 
 def measure_large_file(history, megabytes, command, work):
@@ -123,12 +131,90 @@ def measure_large_file(history, megabytes, command, work):
     with open(large, "wb") as out:
         for _ in range(megabytes):
             out.write(chunk)
-    ours_zip = command[1]
-    ours_zip.unlink(missing_ok=True)
-    _, _, _, peak = timed_run(command[0], history, work)
+    archive = command[1]
+    archive.unlink(missing_ok=True)
+    _, _, _, peak, _ = timed_run(command[0], history, work)
     large.unlink()
     print("with one more installer log of %d MB: peak memory of ZORGetInstallLog -f %.1f MB"
           % (megabytes, peak))
+
+
+def machine_line():
+    """The processor's model and the number of cores that this process may use."""
+    model = "unknown processor"
+    with open("/proc/cpuinfo") as info:
+        for line in info:
+            if line.startswith("model name"):
+                model = line.split(":", 1)[1].strip()
+                break
+    return "%s, %d cores" % (model, len(os.sched_getaffinity(0)))
+
+
+def load_line():
+    return "load average %.2f %.2f %.2f" % os.getloadavg()
+
+
+def the_commands(program, packer, history, work, cores):
+    """Each program's command line and the archive that it writes."""
+    archives = {name: work / (name + ".zip") for name in ("ours", "one", "all", "zip", "7z")}
+    return {
+        "ZORGetInstallLog -f": ([str(program), "-f", str(archives["ours"])], archives["ours"]),
+        "archive, 1 thread": ([str(packer), "1", str(archives["one"]), str(history)], archives["one"]),
+        "archive, %d threads" % cores: ([str(packer), str(cores), str(archives["all"]), str(history)],
+                                        archives["all"]),
+        "zip -r -q": (["zip", "-r", "-q", str(archives["zip"]), "."], archives["zip"]),
+        "7z -mmt=%d -mx=5" % cores: (["7z", "a", "-bd", "-tzip", "-mmt=%d" % cores, "-mx=5",
+                                      str(archives["7z"]), "."], archives["7z"]),
+    }
+
+
+def run_alternately(commands, history, work, runs):
+    """Each repeat runs every command once, in turn; every other repeat in the
+    reverse order, so that no program always follows the same one. A first
+    round, not counted, reads the store into the page cache and has -f write
+    its summaries, which every later run packs too."""
+    results = {name: [] for name in commands}
+    order = list(commands)
+    for repeat in range(-1, runs):
+        for name in (order if repeat % 2 == 0 else reversed(order)):
+            command, archive = commands[name]
+            archive.unlink(missing_ok=True)
+            measured = timed_run(command, history, work)
+            if repeat >= 0:
+                results[name].append(measured)
+    return results
+
+
+def print_table(results):
+    print("%-22s %9s %9s %9s %8s %8s %8s %9s" % ("program", "median s", "fastest", "slowest",
+                                                 "user s", "system s", "peak MB", "minor pf"))
+    medians = {}
+    for name, runs in results.items():
+        wall, user, system, peak, faults = zip(*runs)
+        medians[name] = statistics.median(wall)
+        print("%-22s %9.3f %9.3f %9.3f %8.3f %8.3f %8.1f %9d" % (
+            name, medians[name], min(wall), max(wall), statistics.median(user),
+            statistics.median(system), max(peak), int(statistics.median(faults))))
+    return medians
+
+
+def print_ratios(medians, results, ours, references):
+    """The ratio of the medians, and the median of the ratios within each repeat."""
+    for name in ours:
+        for reference in references:
+            paired = [mine[0] / theirs[0] for mine, theirs in zip(results[name], results[reference])]
+            print("%-22s / %-18s %6.3f (median of the paired ratios %.3f)" % (
+                name, reference, medians[name] / medians[reference], statistics.median(paired)))
+
+
+def check_same_archive(commands, one, every, history, work):
+    """One thread and all of them must write the same bytes, run back to back."""
+    for name in (one, every):
+        commands[name][1].unlink(missing_ok=True)
+        timed_run(commands[name][0], history, work)
+    same = commands[one][1].read_bytes() == commands[every][1].read_bytes()
+    print("archives of 1 thread and of all: %s" % ("identical" if same else "DIFFERENT"))
+    return same
 
 
 def main():
@@ -143,43 +229,32 @@ def main():
                         help="size of the one large log of the last run, which shows the peak "
                              "memory whatever the file size (0: no such run)")
     args = parser.parse_args()
-    if shutil.which("zip") is None or not os.path.exists("/usr/bin/time"):
-        sys.exit("Info-ZIP's zip and GNU time are needed: scripts/install-deps.sh installs them")
+    if shutil.which("zip") is None or shutil.which("7z") is None or not os.path.exists("/usr/bin/time"):
+        sys.exit("Info-ZIP's zip, 7-Zip and GNU time are needed: scripts/install-deps.sh installs them")
 
     work = pathlib.Path(args.work).resolve()
     work.mkdir(parents=True, exist_ok=True)
-    program, appdata = build_program(work, "ZORGetInstallLog")
+    options = ["-DZOR_BUILD_BENCH_TOOLS=ON"]
+    program, appdata = build_program(work, "ZORGetInstallLog", options)
+    packer, _ = build_program(work, "zor_archive_pack", options)
     history = appdata / "TAQ" / "ZORHistory"
     total = lay_down_store(history, args.events, args.megabytes)
     print("store: %d events, %d files, %.1f MB of logs" % (args.events, 2 * args.events, total / 1e6))
+    cores = len(os.sched_getaffinity(0))
+    print("machine: %s; %s" % (machine_line(), load_line()))
 
-    ours_zip, zip_zip = work / "ours.zip", work / "zip.zip"
-    commands = {
-        "ZORGetInstallLog -f": ([str(program), "-f", str(ours_zip)], ours_zip),
-        "zip -r -q": (["zip", "-r", "-q", str(zip_zip), "."], zip_zip),
-    }
-    runs = {name: [] for name in commands}
-    for _ in range(args.runs):
-        for name, (command, archive) in commands.items():
-            archive.unlink(missing_ok=True)
-            runs[name].append(timed_run(command, history, work))
-
-    print("%-20s %9s %9s %9s %9s %9s %9s" % ("program", "median s", "fastest", "slowest",
-                                              "user s", "system s", "peak MB"))
-    medians = {}
-    for name in commands:
-        wall, user, system, peak = zip(*runs[name])
-        medians[name] = statistics.median(wall)
-        print("%-20s %9.3f %9.3f %9.3f %9.3f %9.3f %9.1f" % (
-            name, medians[name], min(wall), max(wall), statistics.median(user),
-            statistics.median(system), max(peak)))
-    ratio = medians["ZORGetInstallLog -f"] / medians["zip -r -q"]
-    print("ratio of the medians (ZORGetInstallLog -f / zip -r -q): %.3f" % ratio)
-    print("archives: %.1f MB (ZORGetInstallLog), %.1f MB (zip)"
-          % (ours_zip.stat().st_size / 1e6, zip_zip.stat().st_size / 1e6))
+    commands = the_commands(program, packer, history, work, cores)
+    results = run_alternately(commands, history, work, args.runs)
+    print("%d repeats; after them, %s" % (args.runs, load_line()))
+    medians = print_table(results)
+    names = list(commands)
+    print_ratios(medians, results, names[:3], names[3:])
+    for name in names:
+        print("archive of %-22s %.2f MB" % (name + ":", commands[name][1].stat().st_size / 1e6))
+    same = check_same_archive(commands, names[1], names[2], history, work)
     if args.large_file_mb > 0:
-        measure_large_file(history, args.large_file_mb, commands["ZORGetInstallLog -f"], work)
-    return 0
+        measure_large_file(history, args.large_file_mb, commands[names[0]], work)
+    return 0 if same else 1
 
 
 if __name__ == "__main__":

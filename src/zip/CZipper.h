@@ -1,7 +1,9 @@
 // CZipper writes zip archives from files and folders on disk, on top of
 // minizip. An archive has a root folder: entry names are paths relative to it,
 // and whatever doesn't lie under it is refused. One archive is open at a time,
-// and the counters tell what went into it.
+// and the counters tell what went into it. The files of a folder are deflated
+// on several threads and written in the order of the folder walk (EntryQueue),
+// so the archive's bytes don't depend on the number of threads.
 #pragma once
 
 #include <cstdint>
