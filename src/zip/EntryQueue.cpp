@@ -9,9 +9,14 @@ namespace {
 // that a deflating thread never holds more of a file than its slot's buffers.
 constexpr std::uint64_t kLargestFileDeflatedAhead = 4 * 1024 * 1024;
 
-// Two slots for each deflating thread: one that it deflates, one that waits
-// for it or for the writing.
-constexpr std::size_t kSlotsPerThread = 2;
+// The entries in flight when threads deflate, four for each thread: enough
+// that a long file at the head of the queue, which the writing thread waits
+// for, leaves the other threads files to deflate behind it (a third of the
+// entries of a store are folders', which take a slot too). At most sixteen,
+// so that the slots' memory stays within its bound (about 21 MB) even when
+// every file fills its output buffer; each slot in use touches about 400 KB.
+constexpr std::size_t kSlotsPerThread = 4;
+constexpr std::size_t kMostSlots = 16;
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
@@ -21,7 +26,7 @@ EntryQueue::EntryQueue(void* zip, unsigned threadCount, ZipCounters& archiveCoun
     : zipHandle(zip), counters(archiveCounters)
 {
     const unsigned deflating = threadCount > 1 ? std::min(threadCount, kMaxDeflatingThreads) : 0;
-    const std::size_t slotCount = std::max<std::size_t>(1, kSlotsPerThread * deflating);
+    const std::size_t slotCount = deflating > 0 ? std::min(kSlotsPerThread * deflating, kMostSlots) : 1;
     for (std::size_t i = 0; i < slotCount; ++i)
         slots.push_back(std::make_unique<PendingEntry>());
     states.assign(slotCount, SlotState::Free);

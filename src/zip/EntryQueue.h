@@ -33,7 +33,7 @@ public:
     EntryQueue(const EntryQueue&) = delete;
     EntryQueue& operator=(const EntryQueue&) = delete;
 
-    // Beyond this many deflating threads the slots would pass the memory bound.
+    // More deflating threads than this would find too few entries in flight.
     static constexpr unsigned kMaxDeflatingThreads = 8;
 
     // The slot for the next entry: while every slot is in flight, the oldest
