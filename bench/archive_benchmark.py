@@ -18,11 +18,15 @@ location is fixed when the program is built, so this script configures a
 Release build of its own (no sanitizers, no tests) whose machine-wide
 application data folder is a private folder below the work folder.
 
+With --before REV, the `ZORGetInstallLog -f` of that commit (exported with
+`git archive` and built beside the other) runs in every repeat too, so that
+the archive with one thread can be set beside the program as it was.
+
 The machine's load average is printed before and after: a figure taken while
 other work waits for the cores says little about the wall time.
 
 This is a measurement, not a test: it asserts nothing about time.
-Usage: bench/archive_benchmark.py [--work DIR] [--runs N] [--events N] [--megabytes N]
+Usage: bench/archive_benchmark.py [--work DIR] [--runs N] [--events N] [--megabytes N] [--before REV]
 """
 import argparse
 import os
@@ -168,6 +172,18 @@ def the_commands(program, packer, history, work, cores):
     }
 
 
+def build_before(work, revision):
+    """The ZORGetInstallLog of an earlier commit, with the same private store."""
+    source = work / ("source-" + revision)
+    if not source.exists():
+        source.mkdir(parents=True)
+        archive = subprocess.run(["git", "-C", str(SOURCE), "archive", revision], check=True,
+                                 stdout=subprocess.PIPE).stdout
+        subprocess.run(["tar", "-x", "-C", str(source)], input=archive, check=True)
+    program, _ = build_program(work, "ZORGetInstallLog", source=source, build=work / ("build-" + revision))
+    return program
+
+
 def run_alternately(commands, history, work, runs):
     """Each repeat runs every command once, in turn; every other repeat in the
     reverse order, so that no program always follows the same one. A first
@@ -225,6 +241,8 @@ def main():
     parser.add_argument("--events", type=int, default=200)
     parser.add_argument("--megabytes", type=int, default=97,
                         help="logs to lay down; lines run on past each size, so the store comes out a little larger")
+    parser.add_argument("--before", metavar="REV",
+                        help="also time the ZORGetInstallLog -f of this commit")
     parser.add_argument("--large-file-mb", type=int, default=500,
                         help="size of the one large log of the last run, which shows the peak "
                              "memory whatever the file size (0: no such run)")
@@ -244,11 +262,16 @@ def main():
     print("machine: %s; %s" % (machine_line(), load_line()))
 
     commands = the_commands(program, packer, history, work, cores)
+    if args.before:
+        before = work / "before.zip"
+        commands["-f of " + args.before] = ([str(build_before(work, args.before)), "-f", str(before)], before)
     results = run_alternately(commands, history, work, args.runs)
     print("%d repeats; after them, %s" % (args.runs, load_line()))
     medians = print_table(results)
     names = list(commands)
-    print_ratios(medians, results, names[:3], names[3:])
+    print_ratios(medians, results, names[:3], names[3:5])
+    if args.before:
+        print_ratios(medians, results, names[:3], names[5:])
     for name in names:
         print("archive of %-22s %.2f MB" % (name + ":", commands[name][1].stat().st_size / 1e6))
     same = check_same_archive(commands, names[1], names[2], history, work)
