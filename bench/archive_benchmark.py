@@ -22,8 +22,11 @@ With --before REV, the `ZORGetInstallLog -f` of that commit (exported with
 `git archive` and built beside the other) runs in every repeat too, so that
 the archive with one thread can be set beside the program as it was.
 
-The machine's load average is printed before and after: a figure taken while
-other work waits for the cores says little about the wall time.
+The machine may be shared: each run waits for a moment in which the cores are
+nearly idle (--quiet-wait), the table tells the CPU time that other processes
+took during the runs, and the load average is printed before and after. A
+figure taken while other work waits for the cores says little about the wall
+time.
 
 This is a measurement, not a test: it asserts nothing about time.
 Usage: bench/archive_benchmark.py [--work DIR] [--runs N] [--events N] [--megabytes N] [--before REV]
@@ -111,21 +114,46 @@ def lay_down_store(history, events, megabytes):
     return total
 
 
+def busy_seconds():
+    """CPU seconds that the machine's cores have spent busy since it started."""
+    with open("/proc/stat") as stat:
+        ticks = [int(field) for field in stat.readline().split()[1:]]
+    return (sum(ticks) - ticks[3] - ticks[4]) / os.sysconf("SC_CLK_TCK")
+
+
+def wait_for_quiet(limit):
+    """Waits, at most `limit` seconds, for half a second in which the cores are
+    busy less than a tenth of the time: other users' builds share the machine.
+    Returns the seconds waited."""
+    began = time.monotonic()
+    cores = len(os.sched_getaffinity(0))
+    while time.monotonic() - began < limit:
+        before = busy_seconds()
+        time.sleep(0.5)
+        if busy_seconds() - before < 0.05 * cores:
+            break
+    return time.monotonic() - began
+
+
 def timed_run(command, cwd, work):
     """Runs the command; returns its wall, user and system time in seconds, its
-    peak memory in MB and its minor page faults.
+    peak memory in MB, its minor page faults, and the CPU seconds that other
+    processes took meanwhile.
 
     These come from GNU time, whose own small process starts the program: a
     child started by this script would count this script's memory as its own."""
     report = work / "time-report.txt"
+    busy = busy_seconds()
     began = time.perf_counter()
     result = subprocess.run(["/usr/bin/time", "-f", "%U %S %M %R", "-o", str(report)] + command, cwd=cwd,
                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     elapsed = time.perf_counter() - began
+    others = max(0.0, busy_seconds() - busy)
     if result.returncode != 0:
         sys.exit(f"{command} exited with {result.returncode}")
     user, system, peak, faults = report.read_text().split()[-4:]
-    return elapsed, float(user), float(system), int(peak) / 1024, int(faults)
+    others = max(0.0, others - float(user) - float(system))
+    return elapsed, float(user), float(system), int(peak) / 1024, int(faults), others
 
 
 def measure_large_file(history, megabytes, command, work):
@@ -137,7 +165,7 @@ def measure_large_file(history, megabytes, command, work):
             out.write(chunk)
     archive = command[1]
     archive.unlink(missing_ok=True)
-    _, _, _, peak, _ = timed_run(command[0], history, work)
+    peak = timed_run(command[0], history, work)[3]
     large.unlink()
     print("with one more installer log of %d MB: peak memory of ZORGetInstallLog -f %.1f MB"
           % (megabytes, peak))
@@ -184,33 +212,39 @@ def build_before(work, revision):
     return program
 
 
-def run_alternately(commands, history, work, runs):
+def run_alternately(commands, history, work, runs, quiet_wait):
     """Each repeat runs every command once, in turn; every other repeat in the
-    reverse order, so that no program always follows the same one. A first
+    reverse order, so that no program always follows the same one. Each run
+    waits for a quiet moment first (at most `quiet_wait` seconds). A first
     round, not counted, reads the store into the page cache and has -f write
     its summaries, which every later run packs too."""
     results = {name: [] for name in commands}
     order = list(commands)
+    waited = 0.0
     for repeat in range(-1, runs):
         for name in (order if repeat % 2 == 0 else reversed(order)):
             command, archive = commands[name]
             archive.unlink(missing_ok=True)
+            waited += wait_for_quiet(quiet_wait)
             measured = timed_run(command, history, work)
             if repeat >= 0:
                 results[name].append(measured)
+    print("waited %.0f s in all for quiet moments" % waited)
     return results
 
 
 def print_table(results):
-    print("%-22s %9s %9s %9s %8s %8s %8s %9s" % ("program", "median s", "fastest", "slowest",
-                                                 "user s", "system s", "peak MB", "minor pf"))
+    """One row for each program; "others s" is the median of the CPU seconds
+    that other processes took during its runs, which lengthen its wall time."""
+    print("%-22s %9s %9s %9s %8s %8s %8s %9s %8s" % ("program", "median s", "fastest", "slowest", "user s",
+                                                     "system s", "peak MB", "minor pf", "others s"))
     medians = {}
     for name, runs in results.items():
-        wall, user, system, peak, faults = zip(*runs)
+        wall, user, system, peak, faults, others = zip(*runs)
         medians[name] = statistics.median(wall)
-        print("%-22s %9.3f %9.3f %9.3f %8.3f %8.3f %8.1f %9d" % (
+        print("%-22s %9.3f %9.3f %9.3f %8.3f %8.3f %8.1f %9d %8.2f" % (
             name, medians[name], min(wall), max(wall), statistics.median(user),
-            statistics.median(system), max(peak), int(statistics.median(faults))))
+            statistics.median(system), max(peak), int(statistics.median(faults)), statistics.median(others)))
     return medians
 
 
@@ -241,6 +275,8 @@ def main():
     parser.add_argument("--events", type=int, default=200)
     parser.add_argument("--megabytes", type=int, default=97,
                         help="logs to lay down; lines run on past each size, so the store comes out a little larger")
+    parser.add_argument("--quiet-wait", type=float, default=30,
+                        help="seconds that each run waits at most for a quiet moment (0: none)")
     parser.add_argument("--before", metavar="REV",
                         help="also time the ZORGetInstallLog -f of this commit")
     parser.add_argument("--large-file-mb", type=int, default=500,
@@ -265,7 +301,7 @@ def main():
     if args.before:
         before = work / "before.zip"
         commands["-f of " + args.before] = ([str(build_before(work, args.before)), "-f", str(before)], before)
-    results = run_alternately(commands, history, work, args.runs)
+    results = run_alternately(commands, history, work, args.runs, args.quiet_wait)
     print("%d repeats; after them, %s" % (args.runs, load_line()))
     medians = print_table(results)
     names = list(commands)
