@@ -8,14 +8,16 @@ import sys
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
 
 
-def build_program(work, target):
-    """Builds `target`; returns its path and the private application data folder."""
-    build = work / "build"
+def build_program(work, target, options=(), source=SOURCE, build=None):
+    """Builds `target` of the tree `source` in `build` (<work>/build unless
+    given), configuring with the further cache `options` (-D...); returns its
+    path and the private application data folder."""
+    build = build or work / "build"
     appdata = work / "appdata"
     appdata.mkdir(parents=True, exist_ok=True)
-    subprocess.run(["cmake", "-S", str(SOURCE), "-B", str(build), "-DCMAKE_BUILD_TYPE=Release",
+    subprocess.run(["cmake", "-S", str(source), "-B", str(build), "-DCMAKE_BUILD_TYPE=Release",
                     "-DZOR_SANITIZE=OFF", "-DZOR_BUILD_TESTS=OFF",
-                    "-DZOR_COMMON_APPDATA=" + str(appdata)],
+                    "-DZOR_COMMON_APPDATA=" + str(appdata)] + list(options),
                    check=True, stdout=subprocess.DEVNULL)
     subprocess.run(["cmake", "--build", str(build), "-j2", "--target", target],
                    check=True, stdout=subprocess.DEVNULL)

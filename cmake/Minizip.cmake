@@ -1,14 +1,15 @@
 # minizip: Debian's libminizip-dev on Linux; for the MinGW targets it is
-# compiled into the build tree from Debian's minizip source package.
+# compiled into the build tree from Debian's minizip source package. Whatever
+# links minizip links zlib too: the archive deflates entries with it itself.
+find_package(ZLIB REQUIRED)
 if(NOT CMAKE_CROSSCOMPILING)
   find_package(PkgConfig REQUIRED)
   pkg_check_modules(MINIZIP REQUIRED IMPORTED_TARGET minizip)
   add_library(zor_minizip INTERFACE)
-  target_link_libraries(zor_minizip INTERFACE PkgConfig::MINIZIP)
+  target_link_libraries(zor_minizip INTERFACE PkgConfig::MINIZIP ZLIB::ZLIB)
   return()
 endif()
 
-find_package(ZLIB REQUIRED)
 set(ZOR_MINIZIP_SOURCE_ROOT "${CMAKE_BINARY_DIR}/minizip-source")
 file(GLOB _zor_minizip_dirs "${ZOR_MINIZIP_SOURCE_ROOT}/minizip-*")
 if(NOT _zor_minizip_dirs)

@@ -97,11 +97,21 @@ public:
     bool Open(const std::string& path);
     // Reads up to `size` bytes; false on a failed read. `bytesRead` 0 at the end.
     bool Read(void* buffer, std::uint32_t size, std::uint32_t& bytesRead);
+    // The open file's size in bytes as it stands now; 0 when it can't be told.
+    std::uint64_t Size() const;
     void Close();
 
 private:
     std::intptr_t handle_;
 };
+
+// For a thread of this process that doesn't open ExclusiveReadFile files
+// itself while another thread does: on POSIX the open's read lease, if
+// something breaks it while it is held, sends the process SIGIO, whose default
+// action ends it; the opening thread holds that signal back for the moment of
+// the lease, and this keeps the calling thread from taking it instead. Nothing
+// to do on Windows, whose opens take no lease.
+void HoldBackLeaseSignalsInThisThread();
 
 // CreateDirectoryA with default security: one level, fails if it exists. On
 // POSIX the folder gets mode 0755 whatever the umask.

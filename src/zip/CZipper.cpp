@@ -4,20 +4,15 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
-#include <vector>
+#include <thread>
 
 #include "history/AsciiText.h"
 #include "platform/Clock.h"
 #include "zip.h"
+#include "zip/EntryQueue.h"
 #include "zip/PathParts.h"
 
 namespace {
-
-// Files are read, and data handed to minizip, this many bytes at a time: few
-// enough calls that the system's share of an archive run stays small, and a
-// fixed amount of memory whatever the size of the file. The compressed bytes
-// don't depend on it: deflate gives the same stream however its input is cut.
-constexpr std::uint32_t kCopyBlockSize = 64 * 1024;
 
 // Path characters compare without regard to ASCII case, and "\" and "/" are
 // the same separator, as the file system takes them.
@@ -162,10 +157,17 @@ int OpenEntry(void* zipHandle, const char* name, const zip_fileinfo& info)
                                Z_DEFAULT_COMPRESSION);
 }
 
+// As many deflating threads as the machine runs at once; one where it can't tell.
+unsigned MachineThreadCount()
+{
+    const unsigned count = std::thread::hardware_concurrency();
+    return count > 0 ? count : 1;
+}
+
 }  // namespace
 
 CZipper::CZipper(const char* zipPath, const char* root, bool append)
-    : zipHandle(nullptr), rootFolder{}, counters()
+    : zipHandle(nullptr), rootFolder{}, counters(), threadCount(MachineThreadCount())
 {
     if (zipPath != nullptr)
         Open(zipPath, root, append);
@@ -231,6 +233,11 @@ bool CZipper::Close()
 ZipCounters CZipper::GetCounters() const
 {
     return counters;
+}
+
+void CZipper::SetThreadCount(unsigned count)
+{
+    threadCount = count > 0 ? count : 1;
 }
 
 void CZipper::TrimPathEnd(char* path)
@@ -320,10 +327,20 @@ bool CZipper::ResolveCopy(const char* path, char* fullPath)
     return *path == '\0' || *fullPath != '\0';
 }
 
+// The walk hands every entry to a queue, which writes them in the walk's order
+// while its threads deflate the files ahead; all are written when this returns.
 bool CZipper::AddFolder(const char* path, bool ignorePath)
 {
     if (!IsOpen())
         return false;
+    EntryQueue queue(zipHandle, threadCount, counters);
+    const bool added = QueueFolder(path, ignorePath, queue);
+    queue.WriteAll();
+    return added;
+}
+
+bool CZipper::QueueFolder(const char* path, bool ignorePath, EntryQueue& queue)
+{
     ++counters.folderCount;
     char fullPath[kPathBufferSize];
     if (!ResolveCopy(path, fullPath))
@@ -333,8 +350,8 @@ bool CZipper::AddFolder(const char* path, bool ignorePath)
         return false;
     TrimEntryName(name);
     if (name[0] != '\0')
-        WriteFolderEntry(fullPath, name);
-    AddFolderContents(fullPath, ignorePath);
+        QueueFolderEntry(fullPath, name, queue);
+    QueueFolderContents(fullPath, ignorePath, queue);
     return true;
 }
 
@@ -349,19 +366,21 @@ bool CZipper::FolderEntryName(const char* fullPath, bool ignorePath, char* name)
     return StorePath(name, kPathBufferSize, fullPath + std::strlen(rootFolder));
 }
 
-// A folder's own entry has no data; the results of minizip are dropped.
-void CZipper::WriteFolderEntry(const char* fullPath, const char* name)
+// A folder's own entry has no data; whether it went in is not looked at.
+void CZipper::QueueFolderEntry(const char* fullPath, const char* name, EntryQueue& queue)
 {
+    if (LeavesUnpackFolder(name))
+        return;
     platform::CalendarTime time;
     ModificationTime(fullPath, &time);
     const std::uint32_t attributes = platform::GetFileAttributes(fullPath) | platform::kAttributeDirectory;
-    OpenEntry(zipHandle, name, MakeFileInfo(time, attributes));
-    zipCloseFileInZip(zipHandle);
+    queue.NextSlot().Begin(name, MakeFileInfo(time, attributes), false);
+    queue.Submit();
 }
 
 // Walks the folder in the order in which the file system lists it, passing
 // over what PassedOver says; nothing that fails below reaches the caller.
-void CZipper::AddFolderContents(const char* fullPath, bool ignorePath)
+void CZipper::QueueFolderContents(const char* fullPath, bool ignorePath, EntryQueue& queue)
 {
     const PathParts parts = SplitPath(fullPath);
     const std::string folder = parts.directory + parts.name + parts.extension;
@@ -379,16 +398,25 @@ void CZipper::AddFolderContents(const char* fullPath, bool ignorePath)
         if (!StorePath(childPath, kPathBufferSize, MakePath(parts.drive, folder, entry.name, "")))
             continue;
         if ((entry.attributes & platform::kAttributeDirectory) != 0)
-            AddFolder(childPath, ignorePath);
+            QueueFolder(childPath, ignorePath, queue);
         else if (!IsArchiveItself(childPath))
-            AddFile(childPath, ignorePath);
+            QueueFile(childPath, ignorePath, queue);
     } while (search.Next(entry));
     search.Close();
 }
 
+// One file goes in through a queue of its own, deflated by this thread.
 bool CZipper::AddFile(const char* path, bool ignorePath)
 {
-    if (!IsOpen() || path == nullptr)
+    if (!IsOpen())
+        return false;
+    EntryQueue queue(zipHandle, 1, counters);
+    return QueueFile(path, ignorePath, queue) && queue.WriteAll();
+}
+
+bool CZipper::QueueFile(const char* path, bool ignorePath, EntryQueue& queue)
+{
+    if (path == nullptr)
         return false;
     if (!ignorePath && ClimbsOutOfRoot(path))
         return false;
@@ -402,10 +430,7 @@ bool CZipper::AddFile(const char* path, bool ignorePath)
     // The attributes are those of the path as it was given; only the date
     // comes from the resolved path.
     const std::uint32_t attributes = platform::GetFileAttributes(path) & ~platform::kAttributeReadOnly;
-    platform::ExclusiveReadFile file;
-    if (!file.Open(fullPath))
-        return false;
-    return AddOpenFile(name, attributes, fullPath, file);
+    return QueueFileEntry(name, attributes, fullPath, queue);
 }
 
 bool CZipper::FileEntryName(const char* path, bool ignorePath, char* name) const
@@ -433,49 +458,32 @@ bool CZipper::AddFileAs(const char* path, const char* folderInZip)
         return false;
     // As in AddFile, the attributes are those of the path as it was given.
     const std::uint32_t attributes = platform::GetFileAttributes(path);
-    platform::ExclusiveReadFile file;
-    if (!file.Open(fullPath))
-        return false;
     const PathParts parts = SplitPath(path);
     char name[kPathBufferSize];
     if (!StorePath(name, kPathBufferSize,
                    MakePath("", folderInZip != nullptr ? folderInZip : "", parts.name, parts.extension)))
         return false;
     TrimEntryName(name);
-    return AddOpenFile(name, attributes, fullPath, file);
+    EntryQueue queue(zipHandle, 1, counters);
+    return QueueFileEntry(name, attributes, fullPath, queue) && queue.WriteAll();
 }
 
-// Writes one entry from an opened file, dated by the file's last write. The
-// entry is closed in every case, also when it couldn't be begun.
-bool CZipper::AddOpenFile(const char* name, std::uint32_t attributes, const char* fullPath,
-                          platform::ExclusiveReadFile& file)
+// Opens the file into the queue's next slot and puts its entry in flight,
+// dated by the file's last write. A file that can't be opened, or whose name
+// would leave the unpacking folder, gets no entry.
+bool CZipper::QueueFileEntry(const char* name, std::uint32_t attributes, const char* fullPath,
+                             EntryQueue& queue)
 {
+    if (LeavesUnpackFolder(name))
+        return false;
+    PendingEntry& entry = queue.NextSlot();
+    if (!entry.File().Open(fullPath))
+        return false;
     platform::CalendarTime time;
     ModificationTime(fullPath, &time);
-    int result = OpenEntry(zipHandle, name, MakeFileInfo(time, attributes));
-    if (result == ZIP_OK) {
-        ++counters.fileCount;
-        result = CopyFileData(file);
-    }
-    zipCloseFileInZip(zipHandle);
-    file.Close();
-    return result == ZIP_OK;
-}
-
-// Copies until the end of the file or a failed read, whose data so far stands
-// as the entry; stops at the first failed write. Every block read is counted.
-int CZipper::CopyFileData(platform::ExclusiveReadFile& file)
-{
-    std::vector<char> block(kCopyBlockSize);
-    int result = ZIP_OK;
-    std::uint32_t bytesRead = 0;
-    while (file.Read(block.data(), kCopyBlockSize, bytesRead) && bytesRead > 0) {
-        counters.uncompressedBytes += bytesRead;
-        result = zipWriteInFileInZip(zipHandle, block.data(), bytesRead);
-        if (result != ZIP_OK)
-            break;
-    }
-    return result;
+    entry.Begin(name, MakeFileInfo(time, attributes), true);
+    queue.Submit();
+    return true;
 }
 
 bool CZipper::AddBuffer(const void* data, std::uint32_t length, const char* name)

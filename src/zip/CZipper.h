@@ -1,7 +1,9 @@
 // CZipper writes zip archives from files and folders on disk, on top of
 // minizip. An archive has a root folder: entry names are paths relative to it,
 // and whatever doesn't lie under it is refused. One archive is open at a time,
-// and the counters tell what went into it.
+// and the counters tell what went into it. The files of a folder are deflated
+// on several threads and written in the order of the folder walk (EntryQueue),
+// so the archive's bytes don't depend on the number of threads.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +11,8 @@
 
 #include "platform/FileSystem.h"
 #include "zip/ZipCounters.h"
+
+class EntryQueue;
 
 class CZipper {
 public:
@@ -40,6 +44,12 @@ public:
 
     ZipCounters GetCounters() const;
 
+    // How many threads deflate the files of a folder: by default as many as
+    // the machine runs at once; with one, the caller's thread deflates every
+    // file itself. The archive's bytes are the same whatever the number; 0
+    // counts as one.
+    void SetThreadCount(unsigned count);
+
     // Last-write time of a file or folder as local calendar fields; all zero
     // and false when the path can't be found.
     static bool ModificationTime(const char* path, platform::CalendarTime* time);
@@ -65,11 +75,11 @@ private:
     bool ResolveCopy(const char* path, char* fullPath);
     bool FolderEntryName(const char* fullPath, bool ignorePath, char* name) const;
     bool FileEntryName(const char* path, bool ignorePath, char* name) const;
-    void WriteFolderEntry(const char* fullPath, const char* name);
-    void AddFolderContents(const char* fullPath, bool ignorePath);
-    bool AddOpenFile(const char* name, std::uint32_t attributes, const char* fullPath,
-                     platform::ExclusiveReadFile& file);
-    int CopyFileData(platform::ExclusiveReadFile& file);
+    bool QueueFolder(const char* path, bool ignorePath, EntryQueue& queue);
+    void QueueFolderEntry(const char* fullPath, const char* name, EntryQueue& queue);
+    void QueueFolderContents(const char* fullPath, bool ignorePath, EntryQueue& queue);
+    bool QueueFile(const char* path, bool ignorePath, EntryQueue& queue);
+    bool QueueFileEntry(const char* name, std::uint32_t attributes, const char* fullPath, EntryQueue& queue);
     int WriteBufferData(const void* data, std::uint32_t length);
 
     void* zipHandle;
@@ -78,4 +88,5 @@ private:
     // at its close: until then an earlier file of that name may stand there.
     std::string archivePath;
     ZipCounters counters;
+    unsigned threadCount;
 };

@@ -4,6 +4,7 @@
 // be had, by a look through this process's own open descriptors. A profile
 // file is read as the profile calls read it.
 #include <fcntl.h>
+#include <pthread.h>
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -167,11 +168,27 @@ bool ExclusiveReadFile::Read(void* buffer, std::uint32_t size, std::uint32_t& by
     return true;
 }
 
+std::uint64_t ExclusiveReadFile::Size() const
+{
+    struct stat file;
+    if (handle_ == kClosed || fstat(static_cast<int>(handle_), &file) != 0 || file.st_size < 0)
+        return 0;
+    return static_cast<std::uint64_t>(file.st_size);
+}
+
 void ExclusiveReadFile::Close()
 {
     if (handle_ != kClosed)
         close(static_cast<int>(handle_));
     handle_ = kClosed;
+}
+
+void HoldBackLeaseSignalsInThisThread()
+{
+    sigset_t sigio;
+    sigemptyset(&sigio);
+    sigaddset(&sigio, SIGIO);
+    pthread_sigmask(SIG_BLOCK, &sigio, nullptr);
 }
 
 }  // namespace platform

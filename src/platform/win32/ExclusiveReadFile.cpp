@@ -43,11 +43,21 @@ bool ExclusiveReadFile::Read(void* buffer, std::uint32_t size, std::uint32_t& by
     return read != FALSE;
 }
 
+std::uint64_t ExclusiveReadFile::Size() const
+{
+    LARGE_INTEGER size;
+    if (handle_ == kClosed || !GetFileSizeEx(AsHandle(handle_), &size) || size.QuadPart < 0)
+        return 0;
+    return static_cast<std::uint64_t>(size.QuadPart);
+}
+
 void ExclusiveReadFile::Close()
 {
     if (handle_ != kClosed)
         CloseHandle(AsHandle(handle_));
     handle_ = kClosed;
 }
+
+void HoldBackLeaseSignalsInThisThread() {}
 
 }  // namespace platform

@@ -1,7 +1,8 @@
 // A small reader of an archive's central directory, for tests only: the names,
-// order, sizes, checksums, attributes and dates of the entries as stored. The
-// data itself is checked through the checksum (and by the independent readers
-// that run over every kept archive).
+// order, sizes, checksums, attributes and dates of the entries as stored, and
+// each entry's stored (compressed) bytes. The data itself is checked through
+// the checksum (and by the independent readers that run over every kept
+// archive).
 #pragma once
 
 #include <cstdint>
@@ -21,7 +22,10 @@ struct ZipTestEntry {
     std::uint32_t crc = 0;
     std::uint32_t compressedSize = 0;
     std::uint32_t uncompressedSize = 0;
+    std::uint16_t internalAttributes = 0;
     std::uint32_t externalAttributes = 0;
+    std::uint32_t localHeaderOffset = 0;
+    std::string data;  // the stored bytes, as compressed
 };
 
 struct ZipTestArchive {
@@ -83,11 +87,26 @@ inline bool ReadCentralEntry(const std::string& bytes, std::size_t& at, ZipTestE
     const std::size_t nameLength = Little(bytes, at + 28, 2);
     const std::size_t extraLength = Little(bytes, at + 30, 2);
     const std::size_t commentLength = Little(bytes, at + 32, 2);
+    entry.internalAttributes = static_cast<std::uint16_t>(Little(bytes, at + 36, 2));
     entry.externalAttributes = Little(bytes, at + 38, 4);
+    entry.localHeaderOffset = Little(bytes, at + 42, 4);
     if (at + 46 + nameLength > bytes.size())
         return false;
     entry.name = bytes.substr(at + 46, nameLength);
     at += 46 + nameLength + extraLength + commentLength;
+    return true;
+}
+
+// The entry's stored bytes, which follow its local header.
+inline bool ReadEntryData(const std::string& bytes, ZipTestEntry& entry)
+{
+    const std::size_t at = entry.localHeaderOffset;
+    if (at + 30 > bytes.size() || Little(bytes, at, 4) != 0x04034b50u)
+        return false;
+    const std::size_t start = at + 30 + Little(bytes, at + 26, 2) + Little(bytes, at + 28, 2);
+    if (start + entry.compressedSize > bytes.size())
+        return false;
+    entry.data = bytes.substr(start, entry.compressedSize);
     return true;
 }
 
@@ -105,7 +124,7 @@ inline ZipTestArchive ReadZipDirectory(const std::string& zipPath)
     std::size_t at = ziptest::Little(bytes, end + 16, 4);
     for (std::uint32_t i = 0; i < count; ++i) {
         ZipTestEntry entry;
-        if (!ziptest::ReadCentralEntry(bytes, at, entry))
+        if (!ziptest::ReadCentralEntry(bytes, at, entry) || !ziptest::ReadEntryData(bytes, entry))
             return archive;
         archive.entries.push_back(entry);
     }
