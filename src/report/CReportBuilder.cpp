@@ -171,18 +171,11 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
         return report;
     }
     CEventLogReader log(event.eventId);
-    CLineSplitter lines([&log](const std::string& line) { log.Line(line); });
-    const bool whole = source_.Stream(report.eventLogName,
-                                      [&lines](const char* bytes, std::size_t size) { lines.Feed(bytes, size); });
-    lines.Finish();
-    log.Finish();
-    if (!whole)
-        report.notes.push_back("the event log is damaged: what could be read of it is shown");
-    if (lines.CutLines() != 0)
-        report.notes.push_back("lines of the event log too long to read were cut");
+    ReadEventLog(report, log);
     report.notes.insert(report.notes.end(), log.notes.begin(), log.notes.end());
     report.messages = std::move(log.messages);
     report.messagesLeftOut = log.messagesLeftOut;
+    report.messagesCut = std::move(log.messagesCut);
     report.hasBefore = log.before.present;
     report.hasAfter = log.after.present;
     before = std::move(log.before);
@@ -191,6 +184,28 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
     computer = std::move(log.computer);
     TakeMachine(log, event, history);
     return report;
+}
+
+// The event log streamed line by line into the reader, with notes of what
+// stood in the way: damage, lines cut at their limit, the file's limit.
+void CReportBuilder::ReadEventLog(EventReport& report, CEventLogReader& log) const
+{
+    std::uint64_t total = 0;
+    CLineSplitter lines([&log, &lines](const std::string& line) { log.Line(line, lines.BytesCutOfLine()); });
+    const bool whole = source_.Stream(report.eventLogName, [&lines, &total](const char* bytes, std::size_t size) {
+        lines.Feed(bytes, size);
+        total += size;
+    });
+    lines.Finish();
+    log.Finish();
+    if (!whole)
+        report.notes.push_back("the event log is damaged: what could be read of it is shown");
+    if (lines.CutLines() != 0)
+        report.notes.push_back(std::to_string(lines.CutLines()) + " lines of the event log longer than " +
+                               std::to_string(CLineSplitter::kDefaultLineLimit) + " bytes were cut there");
+    if (total >= CHistorySource::kFileLimit)
+        report.notes.push_back("the event log reaches " + std::to_string(CHistorySource::kFileLimit) +
+                               " bytes, the most that the report reads of a file: the rest is not read");
 }
 
 // The machine as the first event of History.ini that has a computer report

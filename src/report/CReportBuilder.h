@@ -43,6 +43,7 @@ private:
     void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
+    void ReadEventLog(EventReport& report, CEventLogReader& log) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
     void TakeAfterSnapshotsUntil(long long time);
     void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);

@@ -1,5 +1,6 @@
 #include "report/HtmlReport.h"
 
+#include <cstdint>
 
 #include "report/ReportWords.h"
 
@@ -26,7 +27,7 @@ th { background: #eef; }
 .drift { color: #a00; font-weight: bold; }
 ul.details { list-style: disc; padding-left: 2em; }
 .none, .na { margin: 0.2em 0; }
-.na, .note { color: #a60; }
+.na, .note, .cut { color: #a60; }
 .added::before { content: "+ "; color: #060; }
 .removed::before { content: "\2212  "; color: #a00; }
 ul.changes { list-style: none; padding-left: 1em; margin: 0.2em 0; }
@@ -91,26 +92,42 @@ std::string NamedValue(const std::string& name, const std::string& value)
     return HtmlText(name) + (value.empty() ? std::string() : ": " + HtmlText(value));
 }
 
+// What was cut of a text: " (1234 bytes cut)", or nothing.
+std::string BytesCut(std::uint64_t bytes)
+{
+    return bytes == 0 ? std::string() : " <span class=\"cut\">(" + std::to_string(bytes) + " bytes cut)</span>";
+}
+
+// The line that tells how many more were left off a list.
+void WriteLeftOut(std::ostream& out, std::size_t leftOut, const char* what)
+{
+    if (leftOut != 0)
+        out << "<li class=\"cut\">... and " << leftOut << " more " << what << ", not shown</li>\n";
+}
+
 // Each thing that came or went with its value, and below it what came or
 // went with it.
-void WriteList(std::ostream& out, const std::vector<ListedItem>& items, const char* itemClass)
+void WriteList(std::ostream& out, const std::vector<ListedItem>& items, std::size_t leftOut, const char* itemClass)
 {
     for (const ListedItem& item : items) {
-        out << "<li class=\"" << itemClass << "\">" << NamedValue(item.name, item.value);
+        out << "<li class=\"" << itemClass << "\">" << NamedValue(item.name, item.value) << BytesCut(item.bytesCut);
         if (!item.details.empty()) {
             out << "\n<ul class=\"details\">\n";
             for (const ItemValue& detail : item.details)
                 out << "<li>" << NamedValue(detail.name, detail.value) << "</li>\n";
+            WriteLeftOut(out, item.detailsLeftOut, "details");
             out << "</ul>\n";
         }
         out << "</li>\n";
     }
+    WriteLeftOut(out, leftOut, itemClass);
 }
 
 std::string ChangeCounts(const SectionChanges& changes)
 {
-    return std::to_string(changes.added.size()) + " added, " + std::to_string(changes.removed.size()) +
-           " removed, " + std::to_string(changes.changed.size()) + " changed";
+    return std::to_string(changes.added.size() + changes.addedLeftOut) + " added, " +
+           std::to_string(changes.removed.size() + changes.removedLeftOut) + " removed, " +
+           std::to_string(changes.changed.size() + changes.changedLeftOut) + " changed";
 }
 
 void WriteSection(const std::string& sectionTitle, const std::optional<SectionChanges>& changes, std::ostream& out)
@@ -126,16 +143,18 @@ void WriteSection(const std::string& sectionTitle, const std::optional<SectionCh
     }
     out << "<details open>\n<summary>" << title << ": " << ChangeCounts(*changes) << "</summary>\n";
     out << "<ul class=\"changes\">\n";
-    WriteList(out, changes->added, "added");
-    WriteList(out, changes->removed, "removed");
+    WriteList(out, changes->added, changes->addedLeftOut, "added");
+    WriteList(out, changes->removed, changes->removedLeftOut, "removed");
     out << "</ul>\n";
     if (!changes->changed.empty()) {
         out << "<table>\n<tr><th>Changed</th><th>Before</th><th>After</th></tr>\n";
         for (const ItemChange& change : changes->changed)
-            out << "<tr><td>" << HtmlText(change.name) << "</td><td>" << HtmlText(change.before) << "</td><td>"
-                << HtmlText(change.after) << "</td></tr>\n";
+            out << "<tr><td>" << HtmlText(change.name) << BytesCut(change.bytesCut) << "</td><td>"
+                << HtmlText(change.before) << "</td><td>" << HtmlText(change.after) << "</td></tr>\n";
         out << "</table>\n";
     }
+    if (changes->changedLeftOut != 0)
+        out << "<p class=\"cut\">... and " << changes->changedLeftOut << " more changed, not shown</p>\n";
     out << "</details>\n";
 }
 
@@ -184,8 +203,11 @@ void WriteMessages(const EventReport& event, std::ostream& out)
     const bool fold = event.messages.size() > kOpenMessages;
     out << (fold ? "<details>\n<summary>" : "<h4>") << "Messages (" << event.messages.size() + event.messagesLeftOut
         << ")" << (fold ? "</summary>\n" : "</h4>\n") << "<ul class=\"mono\">\n";
-    for (const std::string& message : event.messages)
-        out << "<li>" << HtmlText(message) << "</li>\n";
+    auto cut = event.messagesCut.begin();
+    for (std::size_t i = 0; i < event.messages.size(); ++i) {
+        const bool wasCut = cut != event.messagesCut.end() && cut->index == i;
+        out << "<li>" << HtmlText(event.messages[i]) << BytesCut(wasCut ? (cut++)->bytesCut : 0) << "</li>\n";
+    }
     if (event.messagesLeftOut != 0)
         out << "<li>... and " << event.messagesLeftOut << " more</li>\n";
     out << "</ul>\n" << (fold ? "</details>\n" : "");

@@ -21,6 +21,16 @@ json Names(const std::vector<std::string>& names)
     return list;
 }
 
+// What was cut of a thing, where anything was: the bytes of its texts, the
+// details left out.
+void AddCut(json& item, std::uint64_t bytesCut, std::size_t detailsLeftOut)
+{
+    if (bytesCut != 0)
+        item["bytesCut"] = bytesCut;
+    if (detailsLeftOut != 0)
+        item["detailsLeftOut"] = detailsLeftOut;
+}
+
 // Things that came or went: each with its value and what came or went with it.
 json ListedJson(const std::vector<ListedItem>& items)
 {
@@ -29,7 +39,9 @@ json ListedJson(const std::vector<ListedItem>& items)
         json details = json::array();
         for (const ItemValue& detail : item.details)
             details.push_back({{"name", Text(detail.name)}, {"value", Text(detail.value)}});
-        list.push_back({{"name", Text(item.name)}, {"value", Text(item.value)}, {"details", details}});
+        json listed = {{"name", Text(item.name)}, {"value", Text(item.value)}, {"details", details}};
+        AddCut(listed, item.bytesCut, item.detailsLeftOut);
+        list.push_back(std::move(listed));
     }
     return list;
 }
@@ -39,9 +51,17 @@ json SectionJson(const std::optional<SectionChanges>& changes)
     if (!changes)
         return nullptr;
     json changed = json::array();
-    for (const ItemChange& change : changes->changed)
-        changed.push_back({{"name", Text(change.name)}, {"before", Text(change.before)}, {"after", Text(change.after)}});
-    return {{"added", ListedJson(changes->added)}, {"removed", ListedJson(changes->removed)}, {"changed", changed}};
+    for (const ItemChange& change : changes->changed) {
+        json item = {{"name", Text(change.name)}, {"before", Text(change.before)}, {"after", Text(change.after)}};
+        AddCut(item, change.bytesCut, 0);
+        changed.push_back(std::move(item));
+    }
+    return {{"added", ListedJson(changes->added)},
+            {"removed", ListedJson(changes->removed)},
+            {"changed", changed},
+            {"addedLeftOut", changes->addedLeftOut},
+            {"removedLeftOut", changes->removedLeftOut},
+            {"changedLeftOut", changes->changedLeftOut}};
 }
 
 json ChangesJson(const std::optional<SnapshotChanges>& changes)
@@ -99,6 +119,14 @@ json InstallerLogsJson(const std::vector<InstallerLog>& logs)
     return list;
 }
 
+json CutJson(const std::vector<CutText>& cut)
+{
+    json list = json::array();
+    for (const CutText& text : cut)
+        list.push_back({{"index", text.index}, {"bytesCut", text.bytesCut}});
+    return list;
+}
+
 json EventJson(const EventReport& event)
 {
     const EventRecord& record = event.record;
@@ -117,6 +145,7 @@ json EventJson(const EventReport& event)
         {"snapshotAfter", event.hasAfter},
         {"messages", Names(event.messages)},
         {"messagesLeftOut", event.messagesLeftOut},
+        {"messagesCut", CutJson(event.messagesCut)},
         {"installerLogs", InstallerLogsJson(event.installerLogs)},
         {"notes", Names(event.notes)},
         {"changes", ChangesJson(event.changes)},

@@ -5,11 +5,19 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "report/Snapshot.h"
+
+// A text of the history cut to its limit: which one (its place in its list)
+// and how many of its bytes were left out.
+struct CutText {
+    std::size_t index = 0;
+    std::uint64_t bytesCut = 0;
+};
 
 // An event's section in History.ini, as the recorder left it.
 struct EventRecord {
@@ -33,11 +41,13 @@ struct EventRecord {
 };
 
 // The changes of one section: things added, things removed, and things whose
-// value changed, in the order of their names.
+// value changed, in the order of their names. Each text is kept to a limit,
+// and each list and each thing's details to a number; what is cut is counted.
 struct ItemChange {
     std::string name;
     std::string before;
     std::string after;
+    std::uint64_t bytesCut = 0;
 };
 
 // A thing that a snapshot names, with its value.
@@ -53,14 +63,23 @@ struct ListedItem {
     std::string name;
     std::string value;
     std::vector<ItemValue> details;
+    std::size_t detailsLeftOut = 0;
+    // Bytes cut of its texts and its details' texts.
+    std::uint64_t bytesCut = 0;
 };
 
 struct SectionChanges {
     std::vector<ListedItem> added;
     std::vector<ListedItem> removed;
     std::vector<ItemChange> changed;
+    std::size_t addedLeftOut = 0;
+    std::size_t removedLeftOut = 0;
+    std::size_t changedLeftOut = 0;
 
-    std::size_t Count() const { return added.size() + removed.size() + changed.size(); }
+    std::size_t Count() const
+    {
+        return added.size() + removed.size() + changed.size() + addedLeftOut + removedLeftOut + changedLeftOut;
+    }
 };
 
 // One entry for each section, empty where the section can't be compared.
@@ -108,6 +127,8 @@ struct EventReport {
     std::optional<long long> durationSeconds;
     std::vector<std::string> messages;
     std::size_t messagesLeftOut = 0;
+    // The messages cut to their limit, with what was cut of each.
+    std::vector<CutText> messagesCut;
     std::vector<InstallerLog> installerLogs;
     // Where the event log lies in the source, or empty if it isn't there.
     std::string eventLogName;

@@ -191,6 +191,49 @@ TEST(ReportWriters, TheHtmlNamesTheEventsThatRanSinceTheSnapshotBeforeAndMarksDr
               std::string::npos);
 }
 
+// An event whose lists and texts were cut to their limits.
+HistoryReport CutReport()
+{
+    HistoryReport report = SmallReport();
+    EventReport& event = report.copies[0].events[0];
+    event.messages.push_back("long");
+    event.messagesCut = {{1, 123456}};
+    SectionChanges& processes = *(*event.changes)[2];
+    processes.addedLeftOut = 7;
+    processes.changedLeftOut = 3;
+    processes.added[0].bytesCut = 42;
+    (*event.changes)[4]->added[0].detailsLeftOut = 9;
+    return report;
+}
+
+TEST(ReportWriters, ThePageSaysWhatWasCutAndHowMuch)
+{
+    std::ostringstream out;
+    WriteHtmlReport(CutReport(), out);
+    const std::string html = out.str();
+    EXPECT_NE(html.find("<li>long <span class=\"cut\">(123456 bytes cut)</span></li>"), std::string::npos);
+    EXPECT_NE(html.find("<li class=\"added\">zorsrv.exe: 1 <span class=\"cut\">(42 bytes cut)</span></li>\n"
+                        "<li class=\"cut\">... and 7 more added, not shown</li>"),
+              std::string::npos);
+    EXPECT_NE(html.find("<p class=\"cut\">... and 3 more changed, not shown</p>"), std::string::npos);
+    EXPECT_NE(html.find("<li class=\"cut\">... and 9 more details, not shown</li>\n</ul>"), std::string::npos);
+    EXPECT_NE(html.find("Current Running Processes: 8 added, 0 removed, 4 changed"), std::string::npos);
+}
+
+TEST(ReportWriters, TheJsonSaysWhatWasCutAndHowMuch)
+{
+    std::ostringstream out;
+    WriteJsonReport(CutReport(), out);
+    const nlohmann::json e1 = nlohmann::json::parse(out.str())["copies"][0]["events"][0];
+    EXPECT_EQ(e1["messagesCut"], nlohmann::json::parse(R"([{"index": 1, "bytesCut": 123456}])"));
+    EXPECT_EQ(e1["changes"]["processes"]["addedLeftOut"], 7);
+    EXPECT_EQ(e1["changes"]["processes"]["removedLeftOut"], 0);
+    EXPECT_EQ(e1["changes"]["processes"]["changedLeftOut"], 3);
+    EXPECT_EQ(e1["changes"]["processes"]["added"][0]["bytesCut"], 42);
+    EXPECT_EQ(e1["changes"]["zorProducts"]["added"][0]["detailsLeftOut"], 9);
+    EXPECT_FALSE(e1["changes"]["services"]["removed"][0].contains("bytesCut"));
+}
+
 TEST(ReportOptionsTest, ASourceAloneWritesReportHtml)
 {
     ReportOptions options;
