@@ -31,7 +31,7 @@ CReportBuilder::CReportBuilder(const CHistorySource& source, std::string sourceN
 {
 }
 
-bool CReportBuilder::Build(HistoryReport& report, std::string& reason)
+bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent)
 {
     std::string historyIni;
     if (!source_.Contains(kHistoryIniName) || !source_.ReadProfile(kHistoryIniName, historyIni)) {
@@ -50,8 +50,11 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason)
     running_.clear();
     lastComputer_.reset();
     std::vector<EventReport> reports(events.size());
-    for (const std::size_t event : timeline_->Order())
+    for (const std::size_t event : timeline_->Order()) {
         BuildEvent(event, reports[event], report);
+        if (onEvent)
+            onEvent(reports[event]);
+    }
     for (const EventGroup& group : GroupByCopy(events)) {
         CopyReport copy;
         copy.name = group.name;
@@ -161,6 +164,7 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
                                       SnapshotSection& computer, HistoryReport& history)
 {
     EventReport report;
+    report.place = static_cast<std::size_t>(&event - events_->data());
     report.record = event;
     report.outcome = OutcomeOf(event);
     report.durationSeconds = SecondsBetween(event.startTime, event.endTime);

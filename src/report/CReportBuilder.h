@@ -4,10 +4,12 @@
 // event's before snapshot is compared with the snapshot that the machine had
 // last before it, whichever event took it. At any time the builder holds the
 // current event's two snapshots, that last snapshot, and the after snapshots
-// of events still running at the current event's start.
+// of events still running at the current event's start; the events' reports
+// are kept whole unless the caller lets each go as it comes.
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,9 +24,13 @@ class CReportBuilder {
 public:
     CReportBuilder(const CHistorySource& source, std::string sourceName);
 
+    // Called with each event as soon as it is whole, in the order in which
+    // the events are read; what it leaves of the event stays in the report.
+    using EventHandler = std::function<void(EventReport& event)>;
+
     // False, with a one-line reason, if the source has no History.ini that
     // can be read; every other damage is told in the report.
-    bool Build(HistoryReport& report, std::string& reason);
+    bool Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent = nullptr);
 
 private:
     // A snapshot kept for the events that start after it was taken.

@@ -227,7 +227,9 @@ void WriteFiles(const EventReport& event, std::ostream& out)
     out << "</ul>\n";
 }
 
-void WriteEvent(const EventReport& event, std::ostream& out)
+}  // namespace
+
+void WriteHtmlEvent(const EventReport& event, std::ostream& out)
 {
     out << "<section class=\"event\">\n<h3>" << HtmlText(event.record.eventId) << ": "
         << HtmlText(event.record.action) << ", <span class=\"" << OutcomeClass(event.outcome) << "\">"
@@ -248,13 +250,15 @@ void WriteEvent(const EventReport& event, std::ostream& out)
     out << "</section>\n";
 }
 
-void WriteCopy(const CopyReport& copy, std::ostream& out)
+namespace {
+
+void WriteCopy(const CopyReport& copy, std::ostream& out, const EventWriter& writeEvent)
 {
     const bool unnamed = copy.events.size() == 1 && copy.events[0].record.copyName.empty();
     out << "<h2>" << (unnamed ? "No copy name: event " : "Copy ") << HtmlText(copy.name) << "</h2>\n";
     WriteTimeline(copy, out);
     for (const EventReport& event : copy.events)
-        WriteEvent(event, out);
+        writeEvent(event, out);
 }
 
 }  // namespace
@@ -277,13 +281,13 @@ std::string HtmlText(const std::string& ansiText)
     return escaped;
 }
 
-void WriteHtmlReport(const HistoryReport& report, std::ostream& out)
+void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
 {
     out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<title>ZOR installation history report</title>\n<style>"
         << kStyle << "</style>\n</head>\n<body>\n<h1>ZOR installation history report</h1>\n";
     WriteMachine(report, out);
     for (const CopyReport& copy : report.copies)
-        WriteCopy(copy, out);
+        WriteCopy(copy, out, writeEvent);
     out << "</body>\n</html>\n";
 }

@@ -8,7 +8,9 @@
 
 #include "report/ReportModel.h"
 
-void WriteHtmlReport(const HistoryReport& report, std::ostream& out);
+// One event's part of the page.
+void WriteHtmlEvent(const EventReport& event, std::ostream& out);
+void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent = WriteHtmlEvent);
 
 // The text in UTF-8, with "&", "<", ">", '"' and "'" as character references.
 std::string HtmlText(const std::string& ansiText);

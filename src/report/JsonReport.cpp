@@ -155,25 +155,52 @@ json EventJson(const EventReport& event)
     return value;
 }
 
+// The value's text with each line behind the first indented by `indent`
+// blanks more, as it stands at that depth of the document; strings in it
+// hold no line end of their own.
+std::string Indented(const json& value, std::size_t indent)
+{
+    const std::string text = value.dump(2);
+    std::string indented;
+    indented.reserve(text.size() + text.size() / 8);
+    for (const char c : text) {
+        indented += c;
+        if (c == '\n')
+            indented.append(indent, ' ');
+    }
+    return indented;
+}
+
 }  // namespace
 
-void WriteJsonReport(const HistoryReport& report, std::ostream& out)
+void WriteJsonEvent(const EventReport& event, std::ostream& out)
 {
-    json copies = json::array();
-    for (const CopyReport& copy : report.copies) {
-        json events = json::array();
-        for (const EventReport& event : copy.events)
-            events.push_back(EventJson(event));
-        copies.push_back({{"copy", Text(copy.name)}, {"events", events}});
-    }
-    const json document = {
+    out << Indented(EventJson(event), 8);
+}
+
+// The document as json's dump with an indent of 2 would write it, written
+// one copy and one event at a time so that no more than one event's value is
+// ever held.
+void WriteJsonReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
+{
+    const json head = {
         {"machine", {{"computer", Text(report.computerName)}, {"os", Text(report.operatingSystem)}}},
         {"source", Text(report.sourceName)},
         {"eventCount", report.eventCount},
         {"copyCount", report.copies.size()},
         {"firstTime", Text(report.firstTime)},
         {"lastTime", Text(report.lastTime)},
-        {"copies", copies},
     };
-    out << document.dump(2) << '\n';
+    const std::string headText = head.dump(2);
+    out << headText.substr(0, headText.size() - 2) << ",\n  \"copies\": [";
+    for (std::size_t c = 0; c < report.copies.size(); ++c) {
+        const CopyReport& copy = report.copies[c];
+        out << (c == 0 ? "\n" : ",\n") << "    {\n      \"copy\": " << Text(copy.name).dump() << ",\n      \"events\": [";
+        for (std::size_t e = 0; e < copy.events.size(); ++e) {
+            out << (e == 0 ? "\n        " : ",\n        ");
+            writeEvent(copy.events[e], out);
+        }
+        out << (copy.events.empty() ? "]" : "\n      ]") << "\n    }";
+    }
+    out << (report.copies.empty() ? "]" : "\n  ]") << "\n}\n";
 }

@@ -6,6 +6,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -121,6 +123,8 @@ struct ComputerChanges {
 };
 
 struct EventReport {
+    // The event's place among the events of History.ini.
+    std::size_t place = 0;
     EventRecord record;
     EventOutcome outcome = EventOutcome::NeverEnded;
     // Seconds from start to end, if both times can be read.
@@ -150,6 +154,10 @@ struct CopyReport {
     std::string name;
     std::vector<EventReport> events;
 };
+
+// How a form of the report writes one event: from the event as it stands,
+// or from what was written of it before it was let go.
+using EventWriter = std::function<void(const EventReport& event, std::ostream& out)>;
 
 struct HistoryReport {
     std::string sourceName;

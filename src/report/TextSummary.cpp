@@ -35,7 +35,15 @@ void WriteChangeCounts(const EventReport& event, std::ostream& out)
 
 }  // namespace
 
-void WriteTextSummary(const HistoryReport& report, std::ostream& out)
+void WriteSummaryEvent(const EventReport& event, std::ostream& out)
+{
+    out << ConsoleText(event.record.eventId) << " | " << ConsoleText(event.record.action) << " | "
+        << ConsoleText(OutcomeText(event)) << " | ";
+    WriteChangeCounts(event, out);
+    out << '\n';
+}
+
+void WriteTextSummary(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
 {
     out << "Computer " << ConsoleText(report.computerName);
     if (!report.operatingSystem.empty())
@@ -45,10 +53,8 @@ void WriteTextSummary(const HistoryReport& report, std::ostream& out)
         << ConsoleText(report.sourceName) << '\n';
     for (const CopyReport& copy : report.copies) {
         for (const EventReport& event : copy.events) {
-            out << ConsoleText(copy.name) << " | " << ConsoleText(event.record.eventId) << " | "
-                << ConsoleText(event.record.action) << " | " << ConsoleText(OutcomeText(event)) << " | ";
-            WriteChangeCounts(event, out);
-            out << '\n';
+            out << ConsoleText(copy.name) << " | ";
+            writeEvent(event, out);
         }
     }
 }
