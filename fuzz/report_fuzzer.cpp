@@ -48,6 +48,7 @@
 #include "report/ReportModel.h"
 #include "report/ReportWords.h"
 #include "report/SnapshotComparison.h"
+#include "report/TextDecoding.h"
 #include "report/TextSummary.h"
 
 namespace {
@@ -113,7 +114,7 @@ struct LogRead {
         : reader(kEventId),
           splitter([this](const std::string& line) {
               lines.push_back(line);
-              reader.Line(line);
+              reader.Line(line, splitter.BytesCutOfLine());
           },
                    lineLimit)
     {
@@ -310,7 +311,7 @@ nlohmann::json Utf8Names(const std::vector<std::string>& names)
 {
     nlohmann::json list = nlohmann::json::array();
     for (const std::string& name : names)
-        list.push_back(Utf8FromAnsi(name));
+        list.push_back(CleanUtf8(name));
     return list;
 }
 
@@ -345,12 +346,12 @@ void CheckJson(const std::string& text, const HistoryReport& report)
     Require(copies.size() == report.copies.size(), "the JSON has every copy");
     for (std::size_t c = 0; c < report.copies.size(); ++c) {
         const CopyReport& copy = report.copies[c];
-        Require(copies[c].at("copy") == Utf8FromAnsi(copy.name), "the JSON names the copy");
+        Require(copies[c].at("copy") == CleanUtf8(copy.name), "the JSON names the copy");
         const nlohmann::json& events = copies[c].at("events");
         Require(events.size() == copy.events.size(), "the JSON has every event of the copy");
         for (std::size_t e = 0; e < copy.events.size(); ++e) {
             const EventReport& event = copy.events[e];
-            Require(events[e].at("eventId") == Utf8FromAnsi(event.record.eventId), "the JSON names the event");
+            Require(events[e].at("eventId") == CleanUtf8(event.record.eventId), "the JSON names the event");
             Require(events[e].at("messages") == Utf8Names(event.messages), "the JSON holds the messages");
             Require(events[e].at("notes") == Utf8Names(event.notes), "the JSON holds the notes");
             CheckJsonChanges(events[e].at("changes"), event.changes);
@@ -393,6 +394,21 @@ void CheckForms(const HistoryReport& report)
                 "the text summary has a line for each event and two more");
 }
 
+// Every code page's decoding of any bytes is UTF-8, and what the page and
+// the JSON form take of it is UTF-8 without a control character.
+void CheckDecoders(const std::string& text)
+{
+    for (const int codePage : {437, 1250, 1251, 1252, CTextDecoder::kUtf8}) {
+        const std::string decoded = CTextDecoder(codePage).Utf8(text);
+        Require(IsValidUtf8(decoded), "a decoded text is UTF-8");
+        const std::string clean = CleanUtf8(decoded);
+        Require(CleanUtf8(clean) == clean, "cleaning UTF-8 twice changes nothing");
+        Require(std::none_of(clean.begin(), clean.end(),
+                             [](char c) { return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F; }),
+                "the page and the JSON form get no control byte");
+    }
+}
+
 // ---- The two kinds of input ----
 
 EventRecord RecordOf(const char* eventId, const char* start, const char* end)
@@ -418,6 +434,7 @@ EventReport EventOf(const EventRecord& record, const CEventLogReader& log)
     event.eventLogName = "COPY1\\" + record.eventId + "\\ZORInstallEvent.Log";
     event.messages = log.messages;
     event.messagesLeftOut = log.messagesLeftOut;
+    event.messagesCut = log.messagesCut;
     event.notes = log.notes;
     event.hasBefore = log.before.present;
     event.hasAfter = log.after.present;
@@ -444,6 +461,9 @@ void FuzzEventLog(const Input& input)
     CheckSnapshot(log.before);
     CheckSnapshot(log.after);
     Require(log.messages.size() <= CEventLogReader::kMessageLimit, "no more messages are kept than the limit");
+    for (const std::string& message : log.messages)
+        Require(message.size() <= CEventLogReader::kMessageTextLimit, "no message is kept past its limit");
+    CheckDecoders(input.text);
 
     // The log as two events of one copy: the second is compared with the
     // first's after snapshot, its snapshot before it on the machine.

@@ -19,10 +19,14 @@
 #include "report/HistoryEvents.h"
 #include "report/MachineTimeline.h"
 #include "report/ReportModel.h"
+#include "report/TextDecoding.h"
 
 class CReportBuilder {
 public:
-    CReportBuilder(const CHistorySource& source, std::string sourceName);
+    // Texts of a history written on Windows are decoded from `ansiCodePage`;
+    // of one written on Linux from UTF-8.
+    CReportBuilder(const CHistorySource& source, std::string sourceName,
+                   int ansiCodePage = CTextDecoder::kWindows1252);
 
     // Called with each event as soon as it is whole, in the order in which
     // the events are read; what it leaves of the event stays in the report.
@@ -46,6 +50,7 @@ private:
         SnapshotSection report;
     };
 
+    bool ReadEvents(std::vector<EventRecord>& events, std::vector<std::string>& notes) const;
     void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
@@ -61,6 +66,8 @@ private:
 
     const CHistorySource& source_;
     std::string sourceName_;
+    int ansiCodePage_;
+    CTextDecoder decoder_;
     const std::vector<EventRecord>* events_ = nullptr;
     std::optional<MachineTimeline> timeline_;
     // The History.ini place of the event whose computer report the report

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "report/ReportWords.h"
+#include "report/TextDecoding.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ th { background: #eef; }
 .event { border-left: 4px solid #89a; padding-left: 1em; margin: 1em 0; }
 .succeeded { color: #060; font-weight: bold; }
 .failed { color: #a00; font-weight: bold; }
-.never-ended, .no-result { color: #a60; font-weight: bold; }
+.never-ended, .no-result, .unknown { color: #a60; font-weight: bold; }
 .restart-needed { color: #a60; }
 .drift { color: #a00; font-weight: bold; }
 ul.details { list-style: disc; padding-left: 2em; }
@@ -47,6 +48,8 @@ const char* OutcomeClass(EventOutcome outcome)
         return "failed";
     case EventOutcome::NoResult:
         return "no-result";
+    case EventOutcome::Unknown:
+        return "unknown";
     case EventOutcome::NeverEnded:
         break;
     }
@@ -64,11 +67,14 @@ void WriteMachine(const HistoryReport& report, std::ostream& out)
     WriteFact(out, "Computer", report.computerName);
     WriteFact(out, "Operating system", report.operatingSystem);
     WriteFact(out, "Source", report.sourceName);
+    WriteFact(out, "Texts written in", report.textEncoding);
     WriteFact(out, "Events", std::to_string(report.eventCount));
     WriteFact(out, "Copies", std::to_string(report.copies.size()));
     WriteFact(out, "First event", report.firstTime);
     WriteFact(out, "Last event", report.lastTime);
     out << "</table>\n";
+    for (const std::string& note : report.notes)
+        out << "<p class=\"note\">Note: " << HtmlText(note) << ".</p>\n";
 }
 
 void WriteTimeline(const CopyReport& copy, std::ostream& out)
@@ -263,9 +269,9 @@ void WriteCopy(const CopyReport& copy, std::ostream& out, const EventWriter& wri
 
 }  // namespace
 
-std::string HtmlText(const std::string& ansiText)
+std::string HtmlText(const std::string& utf8Text)
 {
-    const std::string text = Utf8FromAnsi(ansiText);
+    const std::string text = CleanUtf8(utf8Text);
     std::string escaped;
     escaped.reserve(text.size());
     for (const char c : text) {

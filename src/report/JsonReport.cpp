@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "report/ReportWords.h"
+#include "report/TextDecoding.h"
 
 namespace {
 
@@ -10,7 +11,7 @@ using json = nlohmann::ordered_json;
 
 json Text(const std::string& text)
 {
-    return Utf8FromAnsi(text);
+    return CleanUtf8(text);
 }
 
 json Names(const std::vector<std::string>& names)
@@ -186,10 +187,12 @@ void WriteJsonReport(const HistoryReport& report, std::ostream& out, const Event
     const json head = {
         {"machine", {{"computer", Text(report.computerName)}, {"os", Text(report.operatingSystem)}}},
         {"source", Text(report.sourceName)},
+        {"textEncoding", report.textEncoding},
         {"eventCount", report.eventCount},
         {"copyCount", report.copies.size()},
         {"firstTime", Text(report.firstTime)},
         {"lastTime", Text(report.lastTime)},
+        {"notes", Names(report.notes)},
     };
     const std::string headText = head.dump(2);
     out << headText.substr(0, headText.size() - 2) << ",\n  \"copies\": [";

@@ -40,6 +40,9 @@ struct EventRecord {
     std::string responseFile;
     std::string eventLogFile;
     std::string wiLogFile;
+    // False for an event known only by its log in a damaged archive that
+    // lacks History.ini: how it ended is unknown.
+    bool inHistoryIni = true;
 };
 
 // The changes of one section: things added, things removed, and things whose
@@ -87,7 +90,7 @@ struct SectionChanges {
 // One entry for each section, empty where the section can't be compared.
 using SnapshotChanges = std::array<std::optional<SectionChanges>, kSnapshotPartCount>;
 
-enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded };
+enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded, Unknown };
 
 // An installer's file that the event names.
 struct InstallerLog {
@@ -161,6 +164,12 @@ using EventWriter = std::function<void(const EventReport& event, std::ostream& o
 
 struct HistoryReport {
     std::string sourceName;
+    // The code page that the history's texts were decoded from: "utf-8",
+    // "windows-1252", ...
+    std::string textEncoding;
+    // What is wrong with the source as a whole, in words: a damaged archive,
+    // a damaged History.ini.
+    std::vector<std::string> notes;
     std::string computerName;
     std::string operatingSystem;
     std::size_t eventCount = 0;

@@ -58,7 +58,7 @@ bool BuildReport(const ReportOptions& options, const CHistorySource& source, CEv
         return false;
     }
     std::string reason;
-    if (!CReportBuilder(source, options.source).Build(report, reason, [&forms](EventReport& event) {
+    if (!CReportBuilder(source, options.source, options.codePage).Build(report, reason, [&forms](EventReport& event) {
             forms.Take(event);
         })) {
         std::cerr << reason << std::endl;

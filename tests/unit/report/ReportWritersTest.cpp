@@ -129,14 +129,23 @@ TEST(ReportWriters, TheJsonHasTheAgreedShape)
                                         "after": "Service Pack 2"})"));
 }
 
-TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesOfTheMachine)
+TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesGivenIt)
 {
     HistoryReport report = SmallReport();
-    report.computerName = "M\xE4schine\x80\x01";
+    report.computerName = "M\xC3\xA4schine\xE4\x01";
     std::ostringstream out;
     WriteJsonReport(report, out);
     const nlohmann::json json = nlohmann::json::parse(out.str());
-    EXPECT_EQ(json["machine"]["computer"], "M\xC3\xA4schine\xE2\x82\xAC\xEF\xBF\xBD");
+    EXPECT_EQ(json["machine"]["computer"], "M\xC3\xA4schine\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+TEST(ReportWriters, TheConsoleGetsNoC1ControlOfUtf8)
+{
+    HistoryReport report = SmallReport();
+    report.computerName = "VM\xC2\x9B" "2J\xC2\xA0";
+    std::ostringstream out;
+    WriteTextSummary(report, out);
+    EXPECT_EQ(out.str().substr(0, out.str().find('\n')), "Computer VM?2J\xC2\xA0, Microsoft Windows XP Home Edition");
 }
 
 TEST(ReportWriters, TheHtmlEscapesEveryTextFromTheMachine)
@@ -270,6 +279,27 @@ TEST(ReportOptionsTest, UsageErrorsAreTold)
     EXPECT_EQ(error, "the option -o is given twice");
     ASSERT_TRUE(ParseReportOptions({"-h"}, options, error));
     EXPECT_TRUE(options.help);
+}
+
+TEST(ReportOptionsTest, CodePageNamesAKnownAnsiCodePage)
+{
+    ReportOptions options;
+    std::string error;
+    ASSERT_TRUE(ParseReportOptions({"x.zip"}, options, error));
+    EXPECT_EQ(options.codePage, 1252);
+    for (const int codePage : {1250, 1251, 1252, 437}) {
+        ASSERT_TRUE(ParseReportOptions({"x.zip", "-codepage", std::to_string(codePage)}, options, error));
+        EXPECT_EQ(options.codePage, codePage);
+    }
+    const std::string known = "the option -codepage needs one of the code pages 1252, 1250, 1251 and 437";
+    for (const char* wrong : {"932", "65001", "12x", "", "99999999999"}) {
+        EXPECT_FALSE(ParseReportOptions({"x.zip", "-codepage", wrong}, options, error)) << wrong;
+        EXPECT_EQ(error, known) << wrong;
+    }
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-codepage"}, options, error));
+    EXPECT_EQ(error, known);
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-codepage", "1250", "-codepage", "1251"}, options, error));
+    EXPECT_EQ(error, "the option -codepage is given twice");
 }
 
 TEST(ReportWriters, TheTextSummaryLeavesOutAnOperatingSystemThatNoReportTold)
