@@ -67,6 +67,20 @@ void DecodeChanges(SnapshotChanges& changes, const CTextDecoder& decoder)
     }
 }
 
+void DecodeSince(ChangesSince& since, const CTextDecoder& decoder)
+{
+    DecodeNames(since.event, decoder);
+    DecodeNameList(since.ranBetween, decoder);
+    DecodeChanges(since.changes, decoder);
+}
+
+void DecodeComputer(ComputerChanges& computer, const CTextDecoder& decoder)
+{
+    DecodeNames(computer.since, decoder);
+    DecodeNameList(computer.ranBetween, decoder);
+    DecodeSection(computer.changes, decoder);
+}
+
 }  // namespace
 
 CTextDecoder DecoderOf(const std::vector<EventRecord>& events, int ansiCodePage)
@@ -88,16 +102,10 @@ void DecodeEventTexts(EventReport& event, const CTextDecoder& decoder)
     Decode(event.eventLogName, decoder);
     if (event.changes)
         DecodeChanges(*event.changes, decoder);
-    if (event.sincePrevious) {
-        DecodeNames(event.sincePrevious->event, decoder);
-        DecodeNameList(event.sincePrevious->ranBetween, decoder);
-        DecodeChanges(event.sincePrevious->changes, decoder);
-    }
-    if (event.computer) {
-        DecodeNames(event.computer->since, decoder);
-        DecodeNameList(event.computer->ranBetween, decoder);
-        DecodeSection(event.computer->changes, decoder);
-    }
+    if (event.sincePrevious)
+        DecodeSince(*event.sincePrevious, decoder);
+    if (event.computer)
+        DecodeComputer(*event.computer, decoder);
 }
 
 void DecodeHistoryTexts(HistoryReport& report, const CTextDecoder& decoder)
