@@ -193,67 +193,54 @@ bool Has(const Items& items, const std::string& name)
     return items.count(name) != 0;
 }
 
-bool IsListed(const std::vector<std::string>& names, const std::string& name)
+// A text as a change tells it: cut to its limit.
+std::string Capped(const std::string& text)
 {
-    return std::binary_search(names.begin(), names.end(), name);
+    return text.substr(0, kItemTextLimit);
 }
 
 // What is told as added or removed is exactly the things on that side only,
-// less those whose owner is also on that side only and so tells them.
-std::vector<std::string> NamesOf(const std::vector<ListedItem>& items)
+// less those whose owner is also on that side only and so tells them, in the
+// order of their names, up to the list's limit; the rest are counted. Each
+// shows its name and value, cut to their limit.
+void CheckOneSide(const std::vector<ListedItem>& listed, std::size_t leftOut, const Items& side, const Items& other)
 {
-    std::vector<std::string> names;
-    for (const ListedItem& item : items)
-        names.push_back(item.name);
-    return names;
-}
-
-// Each thing told as added or removed carries its own value on its side.
-void CheckValues(const std::vector<ListedItem>& told, const Items& side)
-{
-    for (const ListedItem& item : told) {
-        const auto found = side.find(item.name);
-        Require(found != side.end() && found->second.value == item.value,
-                "a thing that came or went shows its value");
-    }
-}
-
-void CheckOneSide(const std::vector<ListedItem>& listed, const Items& side, const Items& other)
-{
-    CheckValues(listed, side);
-    const std::vector<std::string> told = NamesOf(listed);
-    Require(std::is_sorted(told.begin(), told.end()) &&
-                std::adjacent_find(told.begin(), told.end()) == told.end(),
-            "the names of a change are in order, each once");
-    for (const std::string& name : told)
-        Require(Has(side, name) && !Has(other, name), "a thing told as added or removed is on its side only");
-    for (const auto& item : side) {
-        if (Has(other, item.first))
+    std::vector<Items::const_iterator> expected;
+    for (auto item = side.begin(); item != side.end(); ++item) {
+        if (Has(other, item->first))
             continue;
-        const std::string& owner = item.second.owner;
-        const bool ownerTells = !owner.empty() && Has(side, owner) && !Has(other, owner);
-        Require(IsListed(told, item.first) != ownerTells,
-                "a thing on one side only is told, unless its owner is told instead");
+        const std::string& owner = item->second.owner;
+        if (owner.empty() || !Has(side, owner) || Has(other, owner))
+            expected.push_back(item);
+    }
+    Require(listed.size() + leftOut == expected.size() && listed.size() == std::min(expected.size(), kListLimit),
+            "a thing on one side only is told or counted past the limit, unless its owner is told instead");
+    for (std::size_t i = 0; i < listed.size(); ++i) {
+        Require(listed[i].name == Capped(expected[i]->first), "the things of a change are in the order of their names");
+        Require(listed[i].value == Capped(expected[i]->second.value), "a thing that came or went shows its value");
+        Require(listed[i].details.size() <= kDetailLimit, "no thing shows more details than the limit");
     }
 }
 
 void CheckSectionChanges(const SectionChanges& changes, const SnapshotSection& before, const SnapshotSection& after)
 {
-    CheckOneSide(changes.added, after.items, before.items);
-    CheckOneSide(changes.removed, before.items, after.items);
-    std::size_t differing = 0;
-    for (const auto& item : before.items) {
-        const auto found = after.items.find(item.first);
-        differing += found != after.items.end() && found->second.value != item.second.value;
+    CheckOneSide(changes.added, changes.addedLeftOut, after.items, before.items);
+    CheckOneSide(changes.removed, changes.removedLeftOut, before.items, after.items);
+    std::vector<std::pair<Items::const_iterator, Items::const_iterator>> differing;
+    for (auto item = before.items.begin(); item != before.items.end(); ++item) {
+        const auto found = after.items.find(item->first);
+        if (found != after.items.end() && found->second.value != item->second.value)
+            differing.emplace_back(item, found);
     }
-    Require(changes.changed.size() == differing, "every thing whose value differs is told as changed");
-    for (const ItemChange& change : changes.changed) {
-        const auto was = before.items.find(change.name);
-        const auto is = after.items.find(change.name);
-        Require(was != before.items.end() && is != after.items.end(), "a changed thing is in both snapshots");
-        Require(was->second.value == change.before && is->second.value == change.after &&
-                    change.before != change.after,
-                "a change tells the values of the two snapshots, and they differ");
+    Require(changes.changed.size() + changes.changedLeftOut == differing.size() &&
+                changes.changed.size() == std::min(differing.size(), kListLimit),
+            "every thing whose value differs is told as changed, or counted past the limit");
+    for (std::size_t i = 0; i < changes.changed.size(); ++i) {
+        const ItemChange& change = changes.changed[i];
+        Require(change.name == Capped(differing[i].first->first) &&
+                    change.before == Capped(differing[i].first->second.value) &&
+                    change.after == Capped(differing[i].second->second.value),
+                "a change tells the values of the two snapshots");
     }
 }
 

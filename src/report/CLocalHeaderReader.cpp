@@ -162,8 +162,11 @@ bool CLocalHeaderReader::ReadEntryAt(std::uint64_t& offset)
     entry.cutOff = entry.dataOffset + entry.compressedSize > fileSize_;
     if (entry.cutOff)
         cutOff_.push_back(name);
+    // The first entry of a name wins; folders, and names that nothing can
+    // look up, are left out.
     const bool folder = !name.empty() && (name.back() == '/' || name.back() == '\\');
-    if (!folder && entries_.emplace(EntryLookupName(name), entry).second)
+    const std::string lookupName = EntryLookupName(name);
+    if (!folder && !lookupName.empty() && entries_.emplace(lookupName, entry).second)
         fileNames_.push_back(name);
     offset = entry.dataOffset + entry.compressedSize;
     return !entry.cutOff;
