@@ -46,7 +46,8 @@ PRODUCT_STEMS = ["Visual C++ 2015-2019", "SQL Server 2019", ".NET Framework 4.8"
                  "Integrated Lights-Out", "Notepad++", "Python 3.11", "Firefox ESR", "Chrome",
                  "Workspace App", "Apex One Security Agent", "7-Zip", "Git", "Windows Server 2019",
                  "Microsoft\xae System CLR Types", "Report Viewer", "ODBC Driver 17 for SQL Server"]
-LANGUAGES = ["1033", "0", "1031", "1036", ""]
+# A missing Language prints as 0: the recorder turns the value into a number.
+LANGUAGES = ["1033", "0", "1031", "1036", "0"]
 PROCESS_NAMES = ["System", "smss.exe", "csrss.exe", "wininit.exe", "services.exe", "lsass.exe",
                  "svchost.exe", "spoolsv.exe", "explorer.exe", "dwm.exe", "winlogon.exe",
                  "taskhostw.exe", "RuntimeBroker.exe", "vmtoolsd.exe", "MsMpEng.exe", "sqlservr.exe",

@@ -1,7 +1,23 @@
 #!/usr/bin/env python3
-"""Times ZORHistoryReport over an archive of the size that a busy machine's
-history reaches: the median wall time of several runs and the peak memory,
-against the targets of 2 seconds and 64 MB.
+"""Times ZORHistoryReport over archives of the sizes that a busy machine's
+history reaches, and over archives made to be huge: the median wall time of
+several runs and the peak memory of each workload, against its targets.
+
+The workloads (--workloads, comma-separated; the first four by default):
+  events         3 000 completed events with 510 MB of event logs (about
+                 170 KB each: a machine with a smaller product inventory, whose
+                 software list grows with the updates): peak memory at most
+                 64 MB, independent of the number of events
+  logs           1 200 completed events with 632 MB of event logs (about 527 KB
+                 each): at most 2 s
+  message-bomb   one event whose -logmessage is gigabytes of one letter, a
+                 zip of about 4.2 MB: memory and time bounded by the report's
+                 limits, not by the entry
+  process-bomb   one event whose process list after the install is 420 MB
+                 of rows, a zip of about 1 MB: the same
+  history        200 completed events with 500 KB event logs (--events and
+                 --log-kb change it): under 2 s and within 64 MB
+The archives are kept in the work folder and made again only when missing.
 
 The archive is synthetic and laid out as `ZORGetInstallLog -f` lays it out:
 History.ini and Summary.txt at the top, a folder for each copy and one for
@@ -24,7 +40,8 @@ if it isn't there. The peak memory comes from GNU time, whose own small
 process starts the program.
 
 This is a measurement, not a test: it asserts nothing about time.
-Usage: bench/report_benchmark.py [--work DIR] [--runs N] [--events N] [--log-kb N] [--program EXE]
+Usage: bench/report_benchmark.py [--work DIR] [--runs N] [--workloads LIST] [--events N] [--log-kb N]
+                                 [--program EXE]
 """
 import argparse
 import json
@@ -71,16 +88,24 @@ def history_section(event):
     return ["[%s]" % event["id"]] + ["%s=%s" % key for key in keys]
 
 
+# The product inventory of a machine whose event logs are smaller than the
+# full one's (about 250 KB with the fewest software rows): two copies of four
+# instances of 20 parameters, 150 services.
+SMALL_MACHINE = dict(services=150, copies=2, instances=4, parameters=20)
+
+
 def machine_for(rng, log_kb):
     """A machine whose event logs come out at about `log_kb` KB: the list of
     installed software, which each snapshot lists whole, makes up the rest."""
+    shape = SMALL_MACHINE if log_kb < 250 else {}
+
     def size(software):
-        probe = logtext.make_machine(random.Random(1), software=software)
+        probe = logtext.make_machine(random.Random(1), software=software, **shape)
         return len(logtext.event_log_text(random.Random(1), event_of(0), probe, probe, messages=30))
 
     fixed = size(0)
     per_product = (size(200) - fixed) / 200
-    return logtext.make_machine(rng, software=max(50, int((log_kb * 1000 - fixed) / per_product)))
+    return logtext.make_machine(rng, software=max(50, int((log_kb * 1000 - fixed) / per_product)), **shape)
 
 
 def folder_entry(name):
@@ -129,12 +154,67 @@ def write_archive(path, events, log_kb, separator, seed=97):
     return event_bytes, install_bytes
 
 
+def bomb_event():
+    event = event_of(0)
+    event["copy"] = "BOMB"
+    return event
+
+
+def write_bomb_log(path, log_head, body_line, body_bytes, log_tail):
+    """An archive of one event whose log is `log_head`, then `body_line` over
+    and over up to `body_bytes`, then `log_tail`, streamed into the entry."""
+    event = bomb_event()
+    ini = ["[History]", "Count=1"] + history_section(event)
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
+        archive.writestr(file_entry("History.ini"), ("\r\n".join(ini) + "\r\n").encode("ascii"))
+        entry = file_entry("BOMB\\%s\\ZORInstallEvent.Log" % event["id"])
+        with archive.open(entry, "w", force_zip64=True) as log:
+            log.write(log_head)
+            block = body_line * max(1, (1 << 20) // len(body_line))
+            for _ in range(body_bytes // len(block)):
+                log.write(block)
+            log.write(log_tail)
+
+
+def write_message_bomb(path):
+    """One event whose message is 4.3 GB of "A" in lines of 1 MiB: a zip of about 4.2 MB."""
+    rng = random.Random(5)
+    machine = logtext.make_machine(rng, software=50)
+    event = bomb_event()
+    head = "\r\n".join(logtext.start_lines(event, machine)) + "\r\n"
+    tail = "\r\n" + "\r\n".join(logtext.end_lines(event, machine)) + "\r\n"
+    write_bomb_log(path, head.encode("cp1252"), b"A" * ((1 << 20) - 2) + b"\r\n", 4100 << 20,
+                   tail.encode("cp1252"))
+
+
+def write_process_bomb(path):
+    """One event whose process list after the install has 420 MB of rows: a zip of about 1 MB."""
+    rng = random.Random(6)
+    machine = logtext.make_machine(rng, software=50)
+    event = bomb_event()
+    head = logtext.start_lines(event, machine) + logtext.end_lines(event, machine)
+    heading = [n for n, line in enumerate(head) if line == "3) " + logtext.SECTION_TITLES[2]][-1]
+    before, after = head[:heading + 6], head[heading + 6:]
+    write_bomb_log(path, ("\r\n".join(before) + "\r\n").encode("cp1252"), b"%-19d%s\r\n" % (4242, b"bomb.exe"),
+                   400 << 20, ("\r\n".join(after) + "\r\n").encode("cp1252"))
+
+
+# name: (what it is, events, event log KB, runs, seconds target, MB target)
+WORKLOADS = {
+    "events": ("3 000 events, 510 MB of event logs", 3000, 120, 3, None, TARGET_MB),
+    "logs": ("1 200 events, 632 MB of event logs", 1200, 501, 3, TARGET_SECONDS, None),
+    "message-bomb": ("one event with a 4.3 GB message", 1, 0, 3, None, None),
+    "process-bomb": ("one event with a 420 MB process list", 1, 0, 3, None, None),
+    "history": ("%d events, %d KB event logs", None, None, None, TARGET_SECONDS, TARGET_MB),
+}
+
+
 def program_path(given):
     if given:
         return pathlib.Path(given)
     program = SOURCE / "build" / "linux-release" / "ZORHistoryReport"
     subprocess.run(["cmake", "--preset", "linux-release"], cwd=SOURCE, check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", "--preset", "linux-release", "-j2", "--target", "ZORHistoryReport"],
+    subprocess.run(["cmake", "--build", "--preset", "linux-release", "-j1", "--target", "ZORHistoryReport"],
                    cwd=SOURCE, check=True, stdout=subprocess.DEVNULL)
     return program
 
@@ -162,25 +242,94 @@ def check_report(report_json, events):
         sys.exit("the report read %d of %d events; without both snapshots: %s" % (len(found), events, missing[:5]))
     changes = 0
     for event in found:
-        for which in ("changes", "drift"):
-            for section in (event[which] or {}).values():
+        for told in (event["changes"], (event["sincePrevious"] or {}).get("changes")):
+            for section in (told or {}).values():
                 if section is None:
                     sys.exit("%s: a section was not compared" % event["eventId"])
-                changes += len(section["added"]) + len(section["removed"]) + len(section["changed"])
+                changes += sum(len(section[kind]) + section[kind + "LeftOut"]
+                               for kind in ("added", "removed", "changed"))
     return changes
+
+
+def archive_for(work, name, args):
+    """The workload's archive, made if it isn't in the work folder yet; its description."""
+    what, events, log_kb, _, _, _ = WORKLOADS[name]
+    if name == "history":
+        events, log_kb = args.events, args.log_kb
+        what = what % (events, log_kb)
+    archive = work / ("%s-%d-%d.zip" % (name, events, log_kb))
+    if not archive.exists():
+        began = time.perf_counter()
+        partial = archive.with_suffix(".partial")
+        if name == "message-bomb":
+            write_message_bomb(partial)
+        elif name == "process-bomb":
+            write_process_bomb(partial)
+        else:
+            event_bytes, install_bytes = write_archive(partial, events, log_kb, "\\")
+            print("  %s: %.1f MB of event logs (%.0f KB each on average), %.1f MB of installer logs"
+                  % (name, event_bytes / 1e6, event_bytes / 1e3 / events, install_bytes / 1e6))
+        partial.rename(archive)
+        print("  %s: archive written in %.0f s" % (name, time.perf_counter() - began))
+    return archive, what, events
+
+
+def measure(program, work, name, args):
+    """Runs the report over the workload's archive; one row of figures."""
+    archive, what, events = archive_for(work, name, args)
+    runs = args.runs or WORKLOADS[name][3] or 7
+    results = [timed_run(program, archive, work) for _ in range(runs)]
+    told = check_report(work / "report.json", events) if name not in ("message-bomb", "process-bomb") else None
+    wall, user, system, peak = zip(*results)
+    return dict(name=name, what=what, zip_mb=archive.stat().st_size / 1e6, runs=runs,
+                median=statistics.median(wall), fastest=min(wall), user=statistics.median(user),
+                system=statistics.median(system), peak=max(peak), changes=told,
+                html_mb=(work / "report.html").stat().st_size / 1e6,
+                json_mb=(work / "report.json").stat().st_size / 1e6)
+
+
+def verdict(row):
+    _, _, _, _, seconds, megabytes = WORKLOADS[row["name"]]
+    said = []
+    if seconds is not None:
+        said.append("under %.0f s: %s" % (seconds, "met" if row["median"] < seconds else "MISSED"))
+    if megabytes is not None:
+        said.append("within %d MB: %s" % (megabytes, "met" if row["peak"] <= megabytes else "MISSED"))
+    return "; ".join(said) or "bounded by the report's limits"
+
+
+def print_rows(rows, program):
+    print("ZORHistoryReport (%s), load average before the runs: %s" % (program, load_average()))
+    print("%-14s %-40s %8s %5s %9s %9s %8s %8s %10s %8s %8s  %s"
+          % ("workload", "archive", "zip MB", "runs", "median s", "fastest", "user s", "system", "peak MB",
+             "HTML MB", "JSON MB", "target"))
+    for row in rows:
+        print("%-14s %-40s %8.1f %5d %9.3f %9.3f %8.3f %8.3f %10.1f %8.1f %8.1f  %s"
+              % (row["name"], row["what"], row["zip_mb"], row["runs"], row["median"], row["fastest"], row["user"],
+                 row["system"], row["peak"], row["html_mb"], row["json_mb"], verdict(row)))
+
+
+def load_average():
+    return "%.2f %.2f %.2f" % os.getloadavg()
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--work", default=str(SOURCE / "build" / "bench-report"),
                         help="folder for the archives and the reports")
-    parser.add_argument("--runs", type=int, default=7)
-    parser.add_argument("--events", type=int, default=200)
-    parser.add_argument("--log-kb", type=int, default=500, help="size of each event log")
+    parser.add_argument("--runs", type=int, help="runs of each workload (by default 3, and 7 of history)")
+    parser.add_argument("--workloads", default="events,logs,message-bomb,process-bomb",
+                        help="comma-separated: " + ", ".join(WORKLOADS))
+    parser.add_argument("--events", type=int, default=200, help="events of the history workload")
+    parser.add_argument("--log-kb", type=int, default=500, help="size of each event log of the history workload")
     parser.add_argument("--program", help="a built ZORHistoryReport to time instead of the linux-release one")
     args = parser.parse_args()
     if not os.path.exists("/usr/bin/time"):
         sys.exit("GNU time is needed: scripts/install-deps.sh installs it")
+    names = [name for name in args.workloads.split(",") if name]
+    unknown = [name for name in names if name not in WORKLOADS]
+    if unknown:
+        sys.exit("no such workload: %s" % ", ".join(unknown))
 
     work = pathlib.Path(args.work).resolve()
     work.mkdir(parents=True, exist_ok=True)
@@ -192,26 +341,10 @@ def main():
     check_report(work / "report.json", 3)
     print("entry names with \"/\": the report found the logs of all 3 events")
 
-    archive = work / "history.zip"
-    began = time.perf_counter()
-    event_bytes, install_bytes = write_archive(archive, args.events, args.log_kb, "\\")
-    print("archive: %d events in %d copies, %.1f MB of event logs (%.0f KB each on average) and %.1f MB of"
-          " installer logs, %.1f MB deflated, written in %.0f s"
-          % (args.events, len(COPIES), event_bytes / 1e6, event_bytes / 1e3 / args.events, install_bytes / 1e6,
-             archive.stat().st_size / 1e6, time.perf_counter() - began))
-
-    runs = [timed_run(program, archive, work) for _ in range(args.runs)]
-    changes = check_report(work / "report.json", args.events)
-    wall, user, system, peak = zip(*runs)
-    median = statistics.median(wall)
-    print("ZORHistoryReport, %d runs (%s)" % (args.runs, program))
-    print("  median %.3f s   fastest %.3f s   slowest %.3f s   user %.3f s   system %.3f s   peak memory %.1f MB"
-          % (median, min(wall), max(wall), statistics.median(user), statistics.median(system), max(peak)))
-    print("  report: %d changes told; HTML %.1f MB, JSON %.1f MB"
-          % (changes, (work / "report.html").stat().st_size / 1e6, (work / "report.json").stat().st_size / 1e6))
-    print("  target: under %.0f s: %s; within %d MB: %s"
-          % (TARGET_SECONDS, "met" if median < TARGET_SECONDS else "MISSED", TARGET_MB,
-             "met" if max(peak) <= TARGET_MB else "MISSED"))
+    for name in names:
+        archive_for(work, name, args)
+    rows = [measure(program, work, name, args) for name in names]
+    print_rows(rows, program)
     return 0
 
 

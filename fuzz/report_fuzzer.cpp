@@ -48,6 +48,7 @@
 #include "report/ReportModel.h"
 #include "report/ReportWords.h"
 #include "report/SnapshotComparison.h"
+#include "report/TextDecoding.h"
 #include "report/TextSummary.h"
 
 namespace {
@@ -113,7 +114,7 @@ struct LogRead {
         : reader(kEventId),
           splitter([this](const std::string& line) {
               lines.push_back(line);
-              reader.Line(line);
+              reader.Line(line, splitter.BytesCutOfLine());
           },
                    lineLimit)
     {
@@ -192,67 +193,54 @@ bool Has(const Items& items, const std::string& name)
     return items.count(name) != 0;
 }
 
-bool IsListed(const std::vector<std::string>& names, const std::string& name)
+// A text as a change tells it: cut to its limit.
+std::string Capped(const std::string& text)
 {
-    return std::binary_search(names.begin(), names.end(), name);
+    return text.substr(0, kItemTextLimit);
 }
 
 // What is told as added or removed is exactly the things on that side only,
-// less those whose owner is also on that side only and so tells them.
-std::vector<std::string> NamesOf(const std::vector<ListedItem>& items)
+// less those whose owner is also on that side only and so tells them, in the
+// order of their names, up to the list's limit; the rest are counted. Each
+// shows its name and value, cut to their limit.
+void CheckOneSide(const std::vector<ListedItem>& listed, std::size_t leftOut, const Items& side, const Items& other)
 {
-    std::vector<std::string> names;
-    for (const ListedItem& item : items)
-        names.push_back(item.name);
-    return names;
-}
-
-// Each thing told as added or removed carries its own value on its side.
-void CheckValues(const std::vector<ListedItem>& told, const Items& side)
-{
-    for (const ListedItem& item : told) {
-        const auto found = side.find(item.name);
-        Require(found != side.end() && found->second.value == item.value,
-                "a thing that came or went shows its value");
-    }
-}
-
-void CheckOneSide(const std::vector<ListedItem>& listed, const Items& side, const Items& other)
-{
-    CheckValues(listed, side);
-    const std::vector<std::string> told = NamesOf(listed);
-    Require(std::is_sorted(told.begin(), told.end()) &&
-                std::adjacent_find(told.begin(), told.end()) == told.end(),
-            "the names of a change are in order, each once");
-    for (const std::string& name : told)
-        Require(Has(side, name) && !Has(other, name), "a thing told as added or removed is on its side only");
-    for (const auto& item : side) {
-        if (Has(other, item.first))
+    std::vector<Items::const_iterator> expected;
+    for (auto item = side.begin(); item != side.end(); ++item) {
+        if (Has(other, item->first))
             continue;
-        const std::string& owner = item.second.owner;
-        const bool ownerTells = !owner.empty() && Has(side, owner) && !Has(other, owner);
-        Require(IsListed(told, item.first) != ownerTells,
-                "a thing on one side only is told, unless its owner is told instead");
+        const std::string& owner = item->second.owner;
+        if (owner.empty() || !Has(side, owner) || Has(other, owner))
+            expected.push_back(item);
+    }
+    Require(listed.size() + leftOut == expected.size() && listed.size() == std::min(expected.size(), kListLimit),
+            "a thing on one side only is told or counted past the limit, unless its owner is told instead");
+    for (std::size_t i = 0; i < listed.size(); ++i) {
+        Require(listed[i].name == Capped(expected[i]->first), "the things of a change are in the order of their names");
+        Require(listed[i].value == Capped(expected[i]->second.value), "a thing that came or went shows its value");
+        Require(listed[i].details.size() <= kDetailLimit, "no thing shows more details than the limit");
     }
 }
 
 void CheckSectionChanges(const SectionChanges& changes, const SnapshotSection& before, const SnapshotSection& after)
 {
-    CheckOneSide(changes.added, after.items, before.items);
-    CheckOneSide(changes.removed, before.items, after.items);
-    std::size_t differing = 0;
-    for (const auto& item : before.items) {
-        const auto found = after.items.find(item.first);
-        differing += found != after.items.end() && found->second.value != item.second.value;
+    CheckOneSide(changes.added, changes.addedLeftOut, after.items, before.items);
+    CheckOneSide(changes.removed, changes.removedLeftOut, before.items, after.items);
+    std::vector<std::pair<Items::const_iterator, Items::const_iterator>> differing;
+    for (auto item = before.items.begin(); item != before.items.end(); ++item) {
+        const auto found = after.items.find(item->first);
+        if (found != after.items.end() && found->second.value != item->second.value)
+            differing.emplace_back(item, found);
     }
-    Require(changes.changed.size() == differing, "every thing whose value differs is told as changed");
-    for (const ItemChange& change : changes.changed) {
-        const auto was = before.items.find(change.name);
-        const auto is = after.items.find(change.name);
-        Require(was != before.items.end() && is != after.items.end(), "a changed thing is in both snapshots");
-        Require(was->second.value == change.before && is->second.value == change.after &&
-                    change.before != change.after,
-                "a change tells the values of the two snapshots, and they differ");
+    Require(changes.changed.size() + changes.changedLeftOut == differing.size() &&
+                changes.changed.size() == std::min(differing.size(), kListLimit),
+            "every thing whose value differs is told as changed, or counted past the limit");
+    for (std::size_t i = 0; i < changes.changed.size(); ++i) {
+        const ItemChange& change = changes.changed[i];
+        Require(change.name == Capped(differing[i].first->first) &&
+                    change.before == Capped(differing[i].first->second.value) &&
+                    change.after == Capped(differing[i].second->second.value),
+                "a change tells the values of the two snapshots");
     }
 }
 
@@ -310,7 +298,7 @@ nlohmann::json Utf8Names(const std::vector<std::string>& names)
 {
     nlohmann::json list = nlohmann::json::array();
     for (const std::string& name : names)
-        list.push_back(Utf8FromAnsi(name));
+        list.push_back(CleanUtf8(name));
     return list;
 }
 
@@ -345,12 +333,12 @@ void CheckJson(const std::string& text, const HistoryReport& report)
     Require(copies.size() == report.copies.size(), "the JSON has every copy");
     for (std::size_t c = 0; c < report.copies.size(); ++c) {
         const CopyReport& copy = report.copies[c];
-        Require(copies[c].at("copy") == Utf8FromAnsi(copy.name), "the JSON names the copy");
+        Require(copies[c].at("copy") == CleanUtf8(copy.name), "the JSON names the copy");
         const nlohmann::json& events = copies[c].at("events");
         Require(events.size() == copy.events.size(), "the JSON has every event of the copy");
         for (std::size_t e = 0; e < copy.events.size(); ++e) {
             const EventReport& event = copy.events[e];
-            Require(events[e].at("eventId") == Utf8FromAnsi(event.record.eventId), "the JSON names the event");
+            Require(events[e].at("eventId") == CleanUtf8(event.record.eventId), "the JSON names the event");
             Require(events[e].at("messages") == Utf8Names(event.messages), "the JSON holds the messages");
             Require(events[e].at("notes") == Utf8Names(event.notes), "the JSON holds the notes");
             CheckJsonChanges(events[e].at("changes"), event.changes);
@@ -393,6 +381,21 @@ void CheckForms(const HistoryReport& report)
                 "the text summary has a line for each event and two more");
 }
 
+// Every code page's decoding of any bytes is UTF-8, and what the page and
+// the JSON form take of it is UTF-8 without a control character.
+void CheckDecoders(const std::string& text)
+{
+    for (const int codePage : {437, 1250, 1251, 1252, CTextDecoder::kUtf8}) {
+        const std::string decoded = CTextDecoder(codePage).Utf8(text);
+        Require(IsValidUtf8(decoded), "a decoded text is UTF-8");
+        const std::string clean = CleanUtf8(decoded);
+        Require(CleanUtf8(clean) == clean, "cleaning UTF-8 twice changes nothing");
+        Require(std::none_of(clean.begin(), clean.end(),
+                             [](char c) { return (static_cast<unsigned char>(c) < 0x20 && c != '\t') || c == 0x7F; }),
+                "the page and the JSON form get no control byte");
+    }
+}
+
 // ---- The two kinds of input ----
 
 EventRecord RecordOf(const char* eventId, const char* start, const char* end)
@@ -418,6 +421,7 @@ EventReport EventOf(const EventRecord& record, const CEventLogReader& log)
     event.eventLogName = "COPY1\\" + record.eventId + "\\ZORInstallEvent.Log";
     event.messages = log.messages;
     event.messagesLeftOut = log.messagesLeftOut;
+    event.messagesCut = log.messagesCut;
     event.notes = log.notes;
     event.hasBefore = log.before.present;
     event.hasAfter = log.after.present;
@@ -444,6 +448,9 @@ void FuzzEventLog(const Input& input)
     CheckSnapshot(log.before);
     CheckSnapshot(log.after);
     Require(log.messages.size() <= CEventLogReader::kMessageLimit, "no more messages are kept than the limit");
+    for (const std::string& message : log.messages)
+        Require(message.size() <= CEventLogReader::kMessageTextLimit, "no message is kept past its limit");
+    CheckDecoders(input.text);
 
     // The log as two events of one copy: the second is compared with the
     // first's after snapshot, its snapshot before it on the machine.

@@ -12,7 +12,7 @@
 #   --seconds S   time per target instead
 #   --parallel P  P instances of each target at once, one per core, sharing
 #                 the scratch corpus; the inputs of all of them are added up
-#   targets       any of: profile options entry_names summary report (default: all five)
+#   targets       any of: profile options entry_names summary report local_headers (default: all six)
 #
 # Ctrl-C (or SIGINT to the fuzzers) ends the run: libFuzzer stops with its
 # final figures, so the inputs that each instance ran are still added up, and
@@ -31,7 +31,7 @@ while [ $# -gt 0 ]; do
     esac
 done
 targets=("$@")
-[ ${#targets[@]} -eq 0 ] && targets=(profile options entry_names summary report)
+[ ${#targets[@]} -eq 0 ] && targets=(profile options entry_names summary report local_headers)
 
 cmake --preset fuzz > /dev/null
 cmake --build --preset fuzz

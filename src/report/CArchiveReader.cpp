@@ -32,16 +32,22 @@ bool CArchiveReader::Open(const std::string& path)
     archive_ = unzOpen64(platform::SystemPath(path).c_str());
     if (archive_ == nullptr)
         return false;
-    IndexEntries();
-    return true;
+    if (IndexEntries())
+        return true;
+    unzClose(static_cast<unzFile>(archive_));
+    archive_ = nullptr;
+    entries_.clear();
+    return false;
 }
 
-// The first entry of a name wins; folders are left out.
-void CArchiveReader::IndexEntries()
+// The first entry of a name wins; folders are left out. False if the walk
+// over the central directory doesn't reach its end: it is damaged.
+bool CArchiveReader::IndexEntries()
 {
     const unzFile archive = static_cast<unzFile>(archive_);
     std::vector<char> name(kEntryNameLimit + 1);
-    for (int status = unzGoToFirstFile(archive); status == UNZ_OK; status = unzGoToNextFile(archive)) {
+    int status = unzGoToFirstFile(archive);
+    for (; status == UNZ_OK; status = unzGoToNextFile(archive)) {
         unz_file_info64 info;
         if (unzGetCurrentFileInfo64(archive, &info, name.data(), kEntryNameLimit, nullptr, 0, nullptr,
                                     0) != UNZ_OK)
@@ -54,6 +60,7 @@ void CArchiveReader::IndexEntries()
         entries_.emplace(EntryLookupName(entryName),
                          Position{position.pos_in_zip_directory, position.num_of_file});
     }
+    return status == UNZ_END_OF_LIST_OF_FILE;
 }
 
 bool CArchiveReader::Contains(const std::string& lookupName) const

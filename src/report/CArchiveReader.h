@@ -18,7 +18,8 @@ public:
     CArchiveReader(const CArchiveReader&) = delete;
     CArchiveReader& operator=(const CArchiveReader&) = delete;
 
-    // False if the file isn't a zip archive that minizip can read.
+    // False if the file isn't a zip archive that minizip can read, or its
+    // central directory can't be read to its end.
     bool Open(const std::string& path);
     bool Contains(const std::string& lookupName) const;
     // Hands over the entry's bytes, at most `limit` of them. False if the
@@ -31,7 +32,7 @@ private:
         std::uint64_t fileNumber;
     };
 
-    void IndexEntries();
+    bool IndexEntries();
 
     void* archive_ = nullptr;
     std::unordered_map<std::string, Position> entries_;

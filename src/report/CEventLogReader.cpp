@@ -6,6 +6,7 @@
 
 #include "collectors/ReportTexts.h"
 #include "recorder/EventTexts.h"
+#include "report/ReportWords.h"
 #include "report/SectionText.h"
 
 namespace {
@@ -95,14 +96,30 @@ const std::string& SnapshotTitleLine(const std::vector<std::string>& lines)
 
 CEventLogReader::CEventLogReader(std::string eventId) : eventId_(std::move(eventId)) {}
 
-void CEventLogReader::Line(const std::string& line)
+void CEventLogReader::Line(const std::string& line, std::uint64_t bytesCut)
 {
     if (place_ == Place::Snapshot)
-        LineInSnapshot(line);
+        LineInSnapshot(line, bytesCut);
+    else if (place_ == Place::Outside && bytesCut != 0)
+        LongLineOutside(line, bytesCut);
     else if (place_ == Place::Outside)
         LineOutside(line);
     else
         LineInBlock(line);
+}
+
+// A line cut short is longer than any line of the recorder's blocks, so it
+// opens none and completes none: the lines held back go as they read, and
+// it is a message.
+void CEventLogReader::LongLineOutside(const std::string& line, std::uint64_t bytesCut)
+{
+    while (!pending_.empty())
+        ReleasePending();
+    if (place_ != Place::Outside)
+        return Line(line, bytesCut);
+    closingRuleDue_ = false;
+    lastRead_ = LastRead::Other;
+    AddMessage(line, bytesCut);
 }
 
 void CEventLogReader::Finish()
@@ -231,7 +248,7 @@ void CEventLogReader::ComputerLine(const std::string& line)
         operatingSystem = TextBehind(line, texts::computer::kOSLabel);
 }
 
-void CEventLogReader::LineInSnapshot(const std::string& line)
+void CEventLogReader::LineInSnapshot(const std::string& line, std::uint64_t bytesCut)
 {
     SnapshotPart part;
     if (IsClosingLine(line)) {
@@ -243,11 +260,21 @@ void CEventLogReader::LineInSnapshot(const std::string& line)
     } else if (IsSectionHeading(line, part)) {
         BeginSection(part);
     } else if (inSection_ && !line.empty()) {
-        if (sectionLines_.size() < CEventLogReader::kSectionLineLimit)
-            sectionLines_.push_back(line);
-        else
-            sectionTooLong_ = true;
+        AddSectionLine(line, bytesCut);
     }
+}
+
+// The section's lines up to its limits; past them only counted.
+void CEventLogReader::AddSectionLine(const std::string& line, std::uint64_t bytesCut)
+{
+    ++sectionLineCount_;
+    sectionBytes_ += line.size() + bytesCut;
+    sectionTooLong_ = sectionTooLong_ || bytesCut != 0 || sectionLineCount_ > kSectionLineLimit ||
+                      sectionBytes_ > kSectionByteLimit;
+    if (sectionTooLong_)
+        sectionLines_ = SectionLines();
+    else
+        sectionLines_.push_back(line);
 }
 
 // The title tells before from after: the EventID, then " -- Before " or
@@ -303,21 +330,36 @@ void CEventLogReader::EndSection(bool complete)
         section.present = true;
         section.complete = complete && !sectionTooLong_;
         if (sectionTooLong_)
-            AddNote("a section of the log is too long to be one the recorder wrote: it is not compared");
+            AddNote(TooLongSectionNote());
         ReadSection(part_, sectionLines_, section);
         (*snapshot_)[part_] = std::move(section);
     }
     sectionLines_.clear();
     inSection_ = false;
     sectionTooLong_ = false;
+    sectionLineCount_ = 0;
+    sectionBytes_ = 0;
 }
 
-void CEventLogReader::AddMessage(const std::string& line)
+std::string CEventLogReader::TooLongSectionNote() const
 {
-    if (messages.size() < kMessageLimit)
-        messages.push_back(line);
-    else
+    return "the section \"" + SectionTitle(static_cast<std::size_t>(part_)) + "\" of the snapshot " +
+           (snapshot_ == &after ? "after" : "before") + " the install holds " + std::to_string(sectionLineCount_) +
+           " lines, " + std::to_string(sectionBytes_) + " bytes: more than the recorder writes, so it is not compared";
+}
+
+// Each message up to its limit, with what was cut of it.
+void CEventLogReader::AddMessage(const std::string& line, std::uint64_t bytesCut)
+{
+    if (messages.size() >= kMessageLimit) {
         ++messagesLeftOut;
+        return;
+    }
+    const std::size_t kept = std::min(line.size(), kMessageTextLimit);
+    bytesCut += line.size() - kept;
+    if (bytesCut != 0)
+        messagesCut.push_back(CutText{messages.size(), bytesCut});
+    messages.push_back(line.substr(0, kept));
 }
 
 // Each note once, however often the log gives cause for it.

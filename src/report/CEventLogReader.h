@@ -13,9 +13,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "report/ReportModel.h"
 #include "report/SectionReaders.h"
 #include "report/Snapshot.h"
 
@@ -23,13 +25,19 @@ class CEventLogReader {
 public:
     // At most this many messages are kept; the rest are counted.
     static constexpr std::size_t kMessageLimit = 1000;
-    // A section of more lines than this is no section the recorder wrote: it
+    // Of each message, at most this many bytes are kept; the rest are counted.
+    static constexpr std::size_t kMessageTextLimit = 4096;
+    // A section of more lines, or more bytes of text, than this is no section
+    // the recorder wrote (its largest hold some thousands of short rows): it
     // is read no further, and counts as cut off.
-    static constexpr std::size_t kSectionLineLimit = 200000;
+    static constexpr std::size_t kSectionLineLimit = 100000;
+    static constexpr std::uint64_t kSectionByteLimit = 4 * 1024 * 1024;
 
     explicit CEventLogReader(std::string eventId);
 
-    void Line(const std::string& line);
+    // A line of the log; `bytesCut` bytes of it were dropped before it came
+    // (a line that long is never one of the recorder's own).
+    void Line(const std::string& line, std::uint64_t bytesCut = 0);
     // The end of the log: a snapshot still open was cut off.
     void Finish();
 
@@ -42,6 +50,8 @@ public:
     Snapshot after;
     std::vector<std::string> messages;
     std::size_t messagesLeftOut = 0;
+    // The messages that were cut to kMessageTextLimit, with what was cut.
+    std::vector<CutText> messagesCut;
     std::vector<std::string> notes;
 
 private:
@@ -53,15 +63,18 @@ private:
     void ResolvePending();
     bool MayOpenBlock(bool& complete) const;
     void ReleasePending();
-    void LineInSnapshot(const std::string& line);
+    void LongLineOutside(const std::string& line, std::uint64_t bytesCut);
+    void LineInSnapshot(const std::string& line, std::uint64_t bytesCut);
     void LineInBlock(const std::string& line);
     void ComputerLine(const std::string& line);
     void BeginSnapshot(const std::string& title);
     void EndSnapshot(bool closed);
     void BeginSection(SnapshotPart part);
     void EndSection(bool complete);
-    void AddMessage(const std::string& line);
+    void AddMessage(const std::string& line, std::uint64_t bytesCut = 0);
+    void AddSectionLine(const std::string& line, std::uint64_t bytesCut);
     void AddNote(const std::string& note);
+    std::string TooLongSectionNote() const;
 
     std::string eventId_;
     Place place_ = Place::Outside;
@@ -72,6 +85,8 @@ private:
     Snapshot* snapshot_ = nullptr;
     bool inSection_ = false;
     bool sectionTooLong_ = false;
+    std::size_t sectionLineCount_ = 0;
+    std::uint64_t sectionBytes_ = 0;
     SnapshotPart part_ = SnapshotPart::Users;
     SectionLines sectionLines_;
     // The lines that may open a block, held back until they do or can't.

@@ -7,7 +7,7 @@ bool CHistorySource::Open(const std::string& path, std::string& reason)
 {
     const platform::PathStatus status = platform::StatPath(platform::SystemPath(path));
     if (status.directory) {
-        isArchive_ = false;
+        kind_ = Kind::Folder;
         folder_.Open(path);
         return true;
     }
@@ -15,25 +15,61 @@ bool CHistorySource::Open(const std::string& path, std::string& reason)
         reason = path + ": no such file or folder";
         return false;
     }
-    isArchive_ = true;
-    if (!archive_.Open(path)) {
-        reason = path + ": not a zip archive that can be read";
+    kind_ = Kind::Archive;
+    if (archive_.Open(path))
+        return true;
+    if (OpenDamaged(path))
+        return true;
+    reason = path + ": not a zip archive that can be read";
+    return false;
+}
+
+// The entries as their own headers give them, with what stood in the way.
+bool CHistorySource::OpenDamaged(const std::string& path)
+{
+    if (!damaged_.Open(path))
         return false;
-    }
+    kind_ = Kind::DamagedArchive;
+    damage_.push_back("the archive's directory of entries is missing or damaged (the archive may be cut off): "
+                      "the entries were read from their own headers");
+    for (const std::string& name : damaged_.CutOffEntries())
+        damage_.push_back("the archive's entry " + name + " is cut off: what stands of it is read");
+    if (!damaged_.WalkEnd().empty())
+        damage_.push_back("the archive can't be read past this: " + damaged_.WalkEnd());
     return true;
+}
+
+std::vector<std::string> CHistorySource::DamagedArchiveFiles() const
+{
+    return kind_ == Kind::DamagedArchive ? damaged_.FileNames() : std::vector<std::string>();
 }
 
 bool CHistorySource::Contains(const std::string& relativeName) const
 {
     const std::string name = LookupName(relativeName);
-    return isArchive_ ? archive_.Contains(name) : folder_.Contains(name);
+    switch (kind_) {
+    case Kind::Archive:
+        return archive_.Contains(name);
+    case Kind::DamagedArchive:
+        return damaged_.Contains(name);
+    case Kind::Folder:
+        break;
+    }
+    return folder_.Contains(name);
 }
 
 bool CHistorySource::Stream(const std::string& relativeName, const BlockHandler& handler) const
 {
     const std::string name = LookupName(relativeName);
-    return isArchive_ ? archive_.Stream(name, kFileLimit, handler)
-                      : folder_.Stream(name, kFileLimit, handler);
+    switch (kind_) {
+    case Kind::Archive:
+        return archive_.Stream(name, kFileLimit, handler);
+    case Kind::DamagedArchive:
+        return damaged_.Stream(name, kFileLimit, handler);
+    case Kind::Folder:
+        break;
+    }
+    return folder_.Stream(name, kFileLimit, handler);
 }
 
 bool CHistorySource::ReadWhole(const std::string& relativeName, std::string& bytes) const
@@ -44,7 +80,7 @@ bool CHistorySource::ReadWhole(const std::string& relativeName, std::string& byt
 
 bool CHistorySource::ReadProfile(const std::string& relativeName, std::string& bytes) const
 {
-    if (isArchive_)
+    if (IsArchive())
         return ReadWhole(relativeName, bytes);
     return folder_.ReadProfile(LookupName(relativeName), kFileLimit, bytes);
 }

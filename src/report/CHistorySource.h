@@ -1,15 +1,19 @@
 // Where the report reads a history from: an archive that ZORGetInstallLog -f
 // wrote, read in place, or a history folder. File names are relative to the
 // history folder, with "\" or "/" between their parts; a name that leads out
-// of the source is never read.
+// of the source is never read. An archive whose central directory is
+// missing or damaged is read by its entries' own headers, and the damage is
+// told.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "report/CArchiveReader.h"
 #include "report/CFolderReader.h"
+#include "report/CLocalHeaderReader.h"
 
 class CHistorySource {
 public:
@@ -23,7 +27,13 @@ public:
     // archive that can be read.
     bool Open(const std::string& path, std::string& reason);
 
-    bool IsArchive() const { return isArchive_; }
+    bool IsArchive() const { return kind_ != Kind::Folder; }
+    // What is wrong with the source as a whole, in words: empty for a whole
+    // archive or a folder.
+    const std::vector<std::string>& Damage() const { return damage_; }
+    // The names of the files in a damaged archive, as stored; empty for any
+    // other source.
+    std::vector<std::string> DamagedArchiveFiles() const;
     bool Contains(const std::string& relativeName) const;
     // False if the file is missing, can't be read or is damaged; what was
     // handed over by then stands.
@@ -36,7 +46,13 @@ public:
     bool ReadProfile(const std::string& relativeName, std::string& bytes) const;
 
 private:
-    bool isArchive_ = false;
+    enum class Kind { Folder, Archive, DamagedArchive };
+
+    bool OpenDamaged(const std::string& path);
+
+    Kind kind_ = Kind::Folder;
     CArchiveReader archive_;
+    CLocalHeaderReader damaged_;
     CFolderReader folder_;
+    std::vector<std::string> damage_;
 };

@@ -21,10 +21,7 @@ void CLineSplitter::Feed(const char* bytes, std::size_t size)
             start = 1;
             continue;
         }
-        const std::size_t taken = std::min(i - start, lineLimit_ - std::min(line_.size(), lineLimit_));
-        if (taken < i - start)
-            lineCut_ = true;
-        line_.append(bytes + start, taken);
+        Append(bytes + start, i - start);
         EndLine();
         // A "\r" that ends the block may have its "\n" at the start of the next.
         const bool pair = c == '\r' && i + 1 < size && bytes[i + 1] == '\n';
@@ -34,11 +31,7 @@ void CLineSplitter::Feed(const char* bytes, std::size_t size)
         start = i + 1;
     }
     if (start < size) {
-        const std::size_t room = lineLimit_ - std::min(line_.size(), lineLimit_);
-        const std::size_t taken = std::min(size - start, room);
-        if (taken < size - start)
-            lineCut_ = true;
-        line_.append(bytes + start, taken);
+        Append(bytes + start, size - start);
         lineOpen_ = true;
         afterCarriageReturn_ = false;
     }
@@ -50,12 +43,20 @@ void CLineSplitter::Finish()
         EndLine();
 }
 
+// Keeps what fits within the limit and counts the rest.
+void CLineSplitter::Append(const char* bytes, std::size_t size)
+{
+    const std::size_t taken = std::min(size, lineLimit_ - std::min(line_.size(), lineLimit_));
+    line_.append(bytes, taken);
+    lineBytesCut_ += size - taken;
+}
+
 void CLineSplitter::EndLine()
 {
-    if (lineCut_)
+    if (lineBytesCut_ != 0)
         ++cutLines_;
     handler_(line_);
     line_.clear();
-    lineCut_ = false;
+    lineBytesCut_ = 0;
     lineOpen_ = false;
 }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -22,14 +23,18 @@ public:
 
     // How many lines were cut at the limit.
     std::size_t CutLines() const { return cutLines_; }
+    // While the handler runs: how many bytes of its line were dropped at the
+    // limit, so that the reader can say how much of a message is missing.
+    std::uint64_t BytesCutOfLine() const { return lineBytesCut_; }
 
 private:
+    void Append(const char* bytes, std::size_t size);
     void EndLine();
 
     LineHandler handler_;
     std::size_t lineLimit_;
     std::string line_;
-    bool lineCut_ = false;
+    std::uint64_t lineBytesCut_ = 0;
     bool afterCarriageReturn_ = false;
     bool lineOpen_ = false;
     std::size_t cutLines_ = 0;

@@ -4,6 +4,7 @@
 
 #include "report/CEventLogReader.h"
 #include "report/CLineSplitter.h"
+#include "report/DecodedTexts.h"
 #include "report/EventFacts.h"
 #include "report/HistoryEvents.h"
 #include "report/SnapshotComparison.h"
@@ -26,22 +27,24 @@ void UpdateLatest(std::string& latest, const std::string& time)
 
 }  // namespace
 
-CReportBuilder::CReportBuilder(const CHistorySource& source, std::string sourceName)
-    : source_(source), sourceName_(std::move(sourceName))
+CReportBuilder::CReportBuilder(const CHistorySource& source, std::string sourceName, int ansiCodePage)
+    : source_(source), sourceName_(std::move(sourceName)), ansiCodePage_(ansiCodePage)
 {
 }
 
-bool CReportBuilder::Build(HistoryReport& report, std::string& reason)
+bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent)
 {
-    std::string historyIni;
-    if (!source_.Contains(kHistoryIniName) || !source_.ReadProfile(kHistoryIniName, historyIni)) {
+    std::vector<std::string> notes = source_.Damage();
+    std::vector<EventRecord> events;
+    if (!ReadEvents(events, notes)) {
         reason = sourceName_ + ": no History.ini that can be read in it";
         return false;
     }
-    const std::vector<EventRecord> events = ReadHistoryEvents(historyIni);
-    historyIni = std::string();
     report = HistoryReport();
     report.sourceName = sourceName_;
+    report.notes = std::move(notes);
+    decoder_ = DecoderOf(events, ansiCodePage_);
+    report.textEncoding = decoder_.Name();
     report.eventCount = events.size();
     events_ = &events;
     timeline_.emplace(events);
@@ -50,8 +53,12 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason)
     running_.clear();
     lastComputer_.reset();
     std::vector<EventReport> reports(events.size());
-    for (const std::size_t event : timeline_->Order())
+    for (const std::size_t event : timeline_->Order()) {
         BuildEvent(event, reports[event], report);
+        DecodeEventTexts(reports[event], decoder_);
+        if (onEvent)
+            onEvent(reports[event]);
+    }
     for (const EventGroup& group : GroupByCopy(events)) {
         CopyReport copy;
         copy.name = group.name;
@@ -59,7 +66,29 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason)
             copy.events.push_back(std::move(reports[static_cast<std::size_t>(event - events.data())]));
         report.copies.push_back(std::move(copy));
     }
+    DecodeHistoryTexts(report, decoder_);
     events_ = nullptr;
+    return true;
+}
+
+// The events of History.ini, as far as it can be read; in a damaged archive
+// without it, the events whose logs the archive holds. False if there are
+// neither.
+bool CReportBuilder::ReadEvents(std::vector<EventRecord>& events, std::vector<std::string>& notes) const
+{
+    std::string historyIni;
+    const bool whole = source_.Contains(kHistoryIniName) && source_.ReadProfile(kHistoryIniName, historyIni);
+    if (whole || !historyIni.empty()) {
+        events = ReadHistoryEvents(historyIni);
+        if (!whole)
+            notes.push_back("History.ini is damaged: the events that could be read of it are shown");
+        return true;
+    }
+    events = EventsOfTheLogs(source_.DamagedArchiveFiles());
+    if (events.empty())
+        return false;
+    notes.push_back("History.ini is not in the damaged archive: the events are those whose logs it holds, "
+                    "without what History.ini says of them");
     return true;
 }
 
@@ -161,6 +190,7 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
                                       SnapshotSection& computer, HistoryReport& history)
 {
     EventReport report;
+    report.place = static_cast<std::size_t>(&event - events_->data());
     report.record = event;
     report.outcome = OutcomeOf(event);
     report.durationSeconds = SecondsBetween(event.startTime, event.endTime);
@@ -171,18 +201,11 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
         return report;
     }
     CEventLogReader log(event.eventId);
-    CLineSplitter lines([&log](const std::string& line) { log.Line(line); });
-    const bool whole = source_.Stream(report.eventLogName,
-                                      [&lines](const char* bytes, std::size_t size) { lines.Feed(bytes, size); });
-    lines.Finish();
-    log.Finish();
-    if (!whole)
-        report.notes.push_back("the event log is damaged: what could be read of it is shown");
-    if (lines.CutLines() != 0)
-        report.notes.push_back("lines of the event log too long to read were cut");
+    ReadEventLog(report, log);
     report.notes.insert(report.notes.end(), log.notes.begin(), log.notes.end());
     report.messages = std::move(log.messages);
     report.messagesLeftOut = log.messagesLeftOut;
+    report.messagesCut = std::move(log.messagesCut);
     report.hasBefore = log.before.present;
     report.hasAfter = log.after.present;
     before = std::move(log.before);
@@ -191,6 +214,31 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
     computer = std::move(log.computer);
     TakeMachine(log, event, history);
     return report;
+}
+
+// The event log streamed line by line into the reader, with notes of what
+// stood in the way: damage, lines cut at their limit, the file's limit.
+void CReportBuilder::ReadEventLog(EventReport& report, CEventLogReader& log) const
+{
+    std::uint64_t total = 0;
+    CLineSplitter lines([&log, &lines](const std::string& line) { log.Line(line, lines.BytesCutOfLine()); });
+    const bool whole = source_.Stream(report.eventLogName, [&lines, &total](const char* bytes, std::size_t size) {
+        lines.Feed(bytes, size);
+        total += size;
+    });
+    lines.Finish();
+    log.Finish();
+    if (!whole && source_.IsArchive())
+        report.notes.push_back("the archive's entry " + report.eventLogName +
+                               " is damaged: what could be read of it is shown");
+    else if (!whole)
+        report.notes.push_back("the event log can't be read whole: what could be read of it is shown");
+    if (lines.CutLines() != 0)
+        report.notes.push_back(std::to_string(lines.CutLines()) + " lines of the event log longer than " +
+                               std::to_string(CLineSplitter::kDefaultLineLimit) + " bytes were cut there");
+    if (total >= CHistorySource::kFileLimit)
+        report.notes.push_back("the event log reaches " + std::to_string(CHistorySource::kFileLimit) +
+                               " bytes, the most that the report reads of a file: the rest is not read");
 }
 
 // The machine as the first event of History.ini that has a computer report

@@ -4,10 +4,12 @@
 // event's before snapshot is compared with the snapshot that the machine had
 // last before it, whichever event took it. At any time the builder holds the
 // current event's two snapshots, that last snapshot, and the after snapshots
-// of events still running at the current event's start.
+// of events still running at the current event's start; the events' reports
+// are kept whole unless the caller lets each go as it comes.
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,14 +19,22 @@
 #include "report/HistoryEvents.h"
 #include "report/MachineTimeline.h"
 #include "report/ReportModel.h"
+#include "report/TextDecoding.h"
 
 class CReportBuilder {
 public:
-    CReportBuilder(const CHistorySource& source, std::string sourceName);
+    // Texts of a history written on Windows are decoded from `ansiCodePage`;
+    // of one written on Linux from UTF-8.
+    CReportBuilder(const CHistorySource& source, std::string sourceName,
+                   int ansiCodePage = CTextDecoder::kWindows1252);
+
+    // Called with each event as soon as it is whole, in the order in which
+    // the events are read; what it leaves of the event stays in the report.
+    using EventHandler = std::function<void(EventReport& event)>;
 
     // False, with a one-line reason, if the source has no History.ini that
     // can be read; every other damage is told in the report.
-    bool Build(HistoryReport& report, std::string& reason);
+    bool Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent = nullptr);
 
 private:
     // A snapshot kept for the events that start after it was taken.
@@ -40,9 +50,11 @@ private:
         SnapshotSection report;
     };
 
+    bool ReadEvents(std::vector<EventRecord>& events, std::vector<std::string>& notes) const;
     void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
+    void ReadEventLog(EventReport& report, CEventLogReader& log) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
     void TakeAfterSnapshotsUntil(long long time);
     void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);
@@ -54,6 +66,8 @@ private:
 
     const CHistorySource& source_;
     std::string sourceName_;
+    int ansiCodePage_;
+    CTextDecoder decoder_;
     const std::vector<EventRecord>* events_ = nullptr;
     std::optional<MachineTimeline> timeline_;
     // The History.ini place of the event whose computer report the report

@@ -76,6 +76,8 @@ std::string LastPartOf(const std::string& path)
 
 EventOutcome OutcomeOf(const EventRecord& event)
 {
+    if (!event.inHistoryIni)
+        return EventOutcome::Unknown;
     if (event.completeFlag != texts::kComplete)
         return EventOutcome::NeverEnded;
     if (event.result.empty())

@@ -9,7 +9,8 @@
 #include "report/CHistorySource.h"
 #include "report/ReportModel.h"
 
-// Never ended while Complete_Flag isn't "TRUE"; then succeeded for a result
+// Unknown for an event that History.ini doesn't hold; never ended while
+// Complete_Flag isn't "TRUE"; then succeeded for a result
 // of 0 or "Success" (any case), succeeded with a restart needed for 3010 or
 // 1641, no result for an empty one, failed otherwise.
 EventOutcome OutcomeOf(const EventRecord& event);

@@ -7,6 +7,7 @@
 #include "platform/common/AsciiCase.h"
 #include "platform/common/ProfileDocument.h"
 #include "recorder/EventKeys.h"
+#include "recorder/EventTexts.h"
 
 namespace {
 
@@ -52,6 +53,31 @@ std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes)
             continue;
         if (seen.insert(platform::FoldedAsciiText(section.name)).second)
             events.push_back(ReadEvent(document, section.name));
+    }
+    return events;
+}
+
+std::vector<EventRecord> EventsOfTheLogs(const std::vector<std::string>& entryNames)
+{
+    std::vector<EventRecord> events;
+    std::unordered_set<std::string> seen;
+    for (const std::string& name : entryNames) {
+        std::vector<std::string> parts(1);
+        for (const char c : name) {
+            if (c == '\\' || c == '/')
+                parts.emplace_back();
+            else
+                parts.back() += c;
+        }
+        const bool eventLog = platform::FoldedAsciiText(parts.back()) == platform::FoldedAsciiText(texts::kEventLogName);
+        if (parts.size() < 2 || parts.size() > 3 || !eventLog)
+            continue;
+        EventRecord event;
+        event.eventId = parts[parts.size() - 2];
+        event.copyName = parts.size() == 3 ? parts[0] : std::string();
+        event.inHistoryIni = false;
+        if (!event.eventId.empty() && seen.insert(platform::FoldedAsciiText(event.eventId)).second)
+            events.push_back(std::move(event));
     }
     return events;
 }

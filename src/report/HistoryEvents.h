@@ -11,6 +11,12 @@
 
 std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes);
 
+// The events whose logs an archive holds, for an archive without History.ini:
+// "COPY\\EVENT\\ZORInstallEvent.Log" (or with "/") is the event EVENT of the
+// copy COPY, "EVENT\\ZORInstallEvent.Log" an event without a copy name;
+// nothing else is known of them.
+std::vector<EventRecord> EventsOfTheLogs(const std::vector<std::string>& entryNames);
+
 // The group of the summary that the event belongs to: its copy's name, or
 // for an event without one, its EventID.
 std::string CopyGroupOf(const EventRecord& event);

@@ -1,7 +1,9 @@
 #include "report/HtmlReport.h"
 
+#include <cstdint>
 
 #include "report/ReportWords.h"
+#include "report/TextDecoding.h"
 
 namespace {
 
@@ -21,12 +23,12 @@ th { background: #eef; }
 .event { border-left: 4px solid #89a; padding-left: 1em; margin: 1em 0; }
 .succeeded { color: #060; font-weight: bold; }
 .failed { color: #a00; font-weight: bold; }
-.never-ended, .no-result { color: #a60; font-weight: bold; }
+.never-ended, .no-result, .unknown { color: #a60; font-weight: bold; }
 .restart-needed { color: #a60; }
 .drift { color: #a00; font-weight: bold; }
 ul.details { list-style: disc; padding-left: 2em; }
 .none, .na { margin: 0.2em 0; }
-.na, .note { color: #a60; }
+.na, .note, .cut { color: #a60; }
 .added::before { content: "+ "; color: #060; }
 .removed::before { content: "\2212  "; color: #a00; }
 ul.changes { list-style: none; padding-left: 1em; margin: 0.2em 0; }
@@ -46,6 +48,8 @@ const char* OutcomeClass(EventOutcome outcome)
         return "failed";
     case EventOutcome::NoResult:
         return "no-result";
+    case EventOutcome::Unknown:
+        return "unknown";
     case EventOutcome::NeverEnded:
         break;
     }
@@ -63,11 +67,14 @@ void WriteMachine(const HistoryReport& report, std::ostream& out)
     WriteFact(out, "Computer", report.computerName);
     WriteFact(out, "Operating system", report.operatingSystem);
     WriteFact(out, "Source", report.sourceName);
+    WriteFact(out, "Texts written in", report.textEncoding);
     WriteFact(out, "Events", std::to_string(report.eventCount));
     WriteFact(out, "Copies", std::to_string(report.copies.size()));
     WriteFact(out, "First event", report.firstTime);
     WriteFact(out, "Last event", report.lastTime);
     out << "</table>\n";
+    for (const std::string& note : report.notes)
+        out << "<p class=\"note\">Note: " << HtmlText(note) << ".</p>\n";
 }
 
 void WriteTimeline(const CopyReport& copy, std::ostream& out)
@@ -91,26 +98,42 @@ std::string NamedValue(const std::string& name, const std::string& value)
     return HtmlText(name) + (value.empty() ? std::string() : ": " + HtmlText(value));
 }
 
+// What was cut of a text: " (1234 bytes cut)", or nothing.
+std::string BytesCut(std::uint64_t bytes)
+{
+    return bytes == 0 ? std::string() : " <span class=\"cut\">(" + std::to_string(bytes) + " bytes cut)</span>";
+}
+
+// The line that tells how many more were left off a list.
+void WriteLeftOut(std::ostream& out, std::size_t leftOut, const char* what)
+{
+    if (leftOut != 0)
+        out << "<li class=\"cut\">... and " << leftOut << " more " << what << ", not shown</li>\n";
+}
+
 // Each thing that came or went with its value, and below it what came or
 // went with it.
-void WriteList(std::ostream& out, const std::vector<ListedItem>& items, const char* itemClass)
+void WriteList(std::ostream& out, const std::vector<ListedItem>& items, std::size_t leftOut, const char* itemClass)
 {
     for (const ListedItem& item : items) {
-        out << "<li class=\"" << itemClass << "\">" << NamedValue(item.name, item.value);
+        out << "<li class=\"" << itemClass << "\">" << NamedValue(item.name, item.value) << BytesCut(item.bytesCut);
         if (!item.details.empty()) {
             out << "\n<ul class=\"details\">\n";
             for (const ItemValue& detail : item.details)
                 out << "<li>" << NamedValue(detail.name, detail.value) << "</li>\n";
+            WriteLeftOut(out, item.detailsLeftOut, "details");
             out << "</ul>\n";
         }
         out << "</li>\n";
     }
+    WriteLeftOut(out, leftOut, itemClass);
 }
 
 std::string ChangeCounts(const SectionChanges& changes)
 {
-    return std::to_string(changes.added.size()) + " added, " + std::to_string(changes.removed.size()) +
-           " removed, " + std::to_string(changes.changed.size()) + " changed";
+    return std::to_string(changes.added.size() + changes.addedLeftOut) + " added, " +
+           std::to_string(changes.removed.size() + changes.removedLeftOut) + " removed, " +
+           std::to_string(changes.changed.size() + changes.changedLeftOut) + " changed";
 }
 
 void WriteSection(const std::string& sectionTitle, const std::optional<SectionChanges>& changes, std::ostream& out)
@@ -126,16 +149,18 @@ void WriteSection(const std::string& sectionTitle, const std::optional<SectionCh
     }
     out << "<details open>\n<summary>" << title << ": " << ChangeCounts(*changes) << "</summary>\n";
     out << "<ul class=\"changes\">\n";
-    WriteList(out, changes->added, "added");
-    WriteList(out, changes->removed, "removed");
+    WriteList(out, changes->added, changes->addedLeftOut, "added");
+    WriteList(out, changes->removed, changes->removedLeftOut, "removed");
     out << "</ul>\n";
     if (!changes->changed.empty()) {
         out << "<table>\n<tr><th>Changed</th><th>Before</th><th>After</th></tr>\n";
         for (const ItemChange& change : changes->changed)
-            out << "<tr><td>" << HtmlText(change.name) << "</td><td>" << HtmlText(change.before) << "</td><td>"
-                << HtmlText(change.after) << "</td></tr>\n";
+            out << "<tr><td>" << HtmlText(change.name) << BytesCut(change.bytesCut) << "</td><td>"
+                << HtmlText(change.before) << "</td><td>" << HtmlText(change.after) << "</td></tr>\n";
         out << "</table>\n";
     }
+    if (changes->changedLeftOut != 0)
+        out << "<p class=\"cut\">... and " << changes->changedLeftOut << " more changed, not shown</p>\n";
     out << "</details>\n";
 }
 
@@ -184,8 +209,11 @@ void WriteMessages(const EventReport& event, std::ostream& out)
     const bool fold = event.messages.size() > kOpenMessages;
     out << (fold ? "<details>\n<summary>" : "<h4>") << "Messages (" << event.messages.size() + event.messagesLeftOut
         << ")" << (fold ? "</summary>\n" : "</h4>\n") << "<ul class=\"mono\">\n";
-    for (const std::string& message : event.messages)
-        out << "<li>" << HtmlText(message) << "</li>\n";
+    auto cut = event.messagesCut.begin();
+    for (std::size_t i = 0; i < event.messages.size(); ++i) {
+        const bool wasCut = cut != event.messagesCut.end() && cut->index == i;
+        out << "<li>" << HtmlText(event.messages[i]) << BytesCut(wasCut ? (cut++)->bytesCut : 0) << "</li>\n";
+    }
     if (event.messagesLeftOut != 0)
         out << "<li>... and " << event.messagesLeftOut << " more</li>\n";
     out << "</ul>\n" << (fold ? "</details>\n" : "");
@@ -205,7 +233,9 @@ void WriteFiles(const EventReport& event, std::ostream& out)
     out << "</ul>\n";
 }
 
-void WriteEvent(const EventReport& event, std::ostream& out)
+}  // namespace
+
+void WriteHtmlEvent(const EventReport& event, std::ostream& out)
 {
     out << "<section class=\"event\">\n<h3>" << HtmlText(event.record.eventId) << ": "
         << HtmlText(event.record.action) << ", <span class=\"" << OutcomeClass(event.outcome) << "\">"
@@ -226,20 +256,22 @@ void WriteEvent(const EventReport& event, std::ostream& out)
     out << "</section>\n";
 }
 
-void WriteCopy(const CopyReport& copy, std::ostream& out)
+namespace {
+
+void WriteCopy(const CopyReport& copy, std::ostream& out, const EventWriter& writeEvent)
 {
     const bool unnamed = copy.events.size() == 1 && copy.events[0].record.copyName.empty();
     out << "<h2>" << (unnamed ? "No copy name: event " : "Copy ") << HtmlText(copy.name) << "</h2>\n";
     WriteTimeline(copy, out);
     for (const EventReport& event : copy.events)
-        WriteEvent(event, out);
+        writeEvent(event, out);
 }
 
 }  // namespace
 
-std::string HtmlText(const std::string& ansiText)
+std::string HtmlText(const std::string& utf8Text)
 {
-    const std::string text = Utf8FromAnsi(ansiText);
+    const std::string text = CleanUtf8(utf8Text);
     std::string escaped;
     escaped.reserve(text.size());
     for (const char c : text) {
@@ -255,13 +287,13 @@ std::string HtmlText(const std::string& ansiText)
     return escaped;
 }
 
-void WriteHtmlReport(const HistoryReport& report, std::ostream& out)
+void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
 {
     out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<title>ZOR installation history report</title>\n<style>"
         << kStyle << "</style>\n</head>\n<body>\n<h1>ZOR installation history report</h1>\n";
     WriteMachine(report, out);
     for (const CopyReport& copy : report.copies)
-        WriteCopy(copy, out);
+        WriteCopy(copy, out, writeEvent);
     out << "</body>\n</html>\n";
 }

@@ -8,7 +8,10 @@
 
 #include "report/ReportModel.h"
 
-void WriteHtmlReport(const HistoryReport& report, std::ostream& out);
+// One event's part of the page.
+void WriteHtmlEvent(const EventReport& event, std::ostream& out);
+void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent = WriteHtmlEvent);
 
-// The text in UTF-8, with "&", "<", ">", '"' and "'" as character references.
-std::string HtmlText(const std::string& ansiText);
+// The UTF-8 text as CleanUtf8 makes it, with "&", "<", ">", '"' and "'" as
+// character references.
+std::string HtmlText(const std::string& utf8Text);

@@ -161,8 +161,10 @@ private:
     {
         static const std::vector<RowField> kFields = ProductFields();
         const TableRows rows = FindTableRows(lines_, from, kProductRule, 2, kProductRule);
+        RowSearchBudget budget;
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            const std::vector<std::string> fields = RecordedRowFields(lines_[i], kFields.data(), kFields.size());
+            const std::vector<std::string> fields =
+                RecordedRowFields(lines_[i], kFields.data(), kFields.size(), budget);
             section_.Add(copy_ + ": product " + fields[0],
                          "version " + fields[2] + ", service level " + fields[3] + ", code " + fields[1] +
                              ", last modified " + fields[4],

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "report/ReportWords.h"
+#include "report/TextDecoding.h"
 
 namespace {
 
@@ -10,7 +11,7 @@ using json = nlohmann::ordered_json;
 
 json Text(const std::string& text)
 {
-    return Utf8FromAnsi(text);
+    return CleanUtf8(text);
 }
 
 json Names(const std::vector<std::string>& names)
@@ -21,6 +22,16 @@ json Names(const std::vector<std::string>& names)
     return list;
 }
 
+// What was cut of a thing, where anything was: the bytes of its texts, the
+// details left out.
+void AddCut(json& item, std::uint64_t bytesCut, std::size_t detailsLeftOut)
+{
+    if (bytesCut != 0)
+        item["bytesCut"] = bytesCut;
+    if (detailsLeftOut != 0)
+        item["detailsLeftOut"] = detailsLeftOut;
+}
+
 // Things that came or went: each with its value and what came or went with it.
 json ListedJson(const std::vector<ListedItem>& items)
 {
@@ -29,7 +40,9 @@ json ListedJson(const std::vector<ListedItem>& items)
         json details = json::array();
         for (const ItemValue& detail : item.details)
             details.push_back({{"name", Text(detail.name)}, {"value", Text(detail.value)}});
-        list.push_back({{"name", Text(item.name)}, {"value", Text(item.value)}, {"details", details}});
+        json listed = {{"name", Text(item.name)}, {"value", Text(item.value)}, {"details", details}};
+        AddCut(listed, item.bytesCut, item.detailsLeftOut);
+        list.push_back(std::move(listed));
     }
     return list;
 }
@@ -39,9 +52,17 @@ json SectionJson(const std::optional<SectionChanges>& changes)
     if (!changes)
         return nullptr;
     json changed = json::array();
-    for (const ItemChange& change : changes->changed)
-        changed.push_back({{"name", Text(change.name)}, {"before", Text(change.before)}, {"after", Text(change.after)}});
-    return {{"added", ListedJson(changes->added)}, {"removed", ListedJson(changes->removed)}, {"changed", changed}};
+    for (const ItemChange& change : changes->changed) {
+        json item = {{"name", Text(change.name)}, {"before", Text(change.before)}, {"after", Text(change.after)}};
+        AddCut(item, change.bytesCut, 0);
+        changed.push_back(std::move(item));
+    }
+    return {{"added", ListedJson(changes->added)},
+            {"removed", ListedJson(changes->removed)},
+            {"changed", changed},
+            {"addedLeftOut", changes->addedLeftOut},
+            {"removedLeftOut", changes->removedLeftOut},
+            {"changedLeftOut", changes->changedLeftOut}};
 }
 
 json ChangesJson(const std::optional<SnapshotChanges>& changes)
@@ -99,6 +120,14 @@ json InstallerLogsJson(const std::vector<InstallerLog>& logs)
     return list;
 }
 
+json CutJson(const std::vector<CutText>& cut)
+{
+    json list = json::array();
+    for (const CutText& text : cut)
+        list.push_back({{"index", text.index}, {"bytesCut", text.bytesCut}});
+    return list;
+}
+
 json EventJson(const EventReport& event)
 {
     const EventRecord& record = event.record;
@@ -117,6 +146,7 @@ json EventJson(const EventReport& event)
         {"snapshotAfter", event.hasAfter},
         {"messages", Names(event.messages)},
         {"messagesLeftOut", event.messagesLeftOut},
+        {"messagesCut", CutJson(event.messagesCut)},
         {"installerLogs", InstallerLogsJson(event.installerLogs)},
         {"notes", Names(event.notes)},
         {"changes", ChangesJson(event.changes)},
@@ -126,25 +156,54 @@ json EventJson(const EventReport& event)
     return value;
 }
 
+// The value's text with each line behind the first indented by `indent`
+// blanks more, as it stands at that depth of the document; strings in it
+// hold no line end of their own.
+std::string Indented(const json& value, std::size_t indent)
+{
+    const std::string text = value.dump(2);
+    std::string indented;
+    indented.reserve(text.size() + text.size() / 8);
+    for (const char c : text) {
+        indented += c;
+        if (c == '\n')
+            indented.append(indent, ' ');
+    }
+    return indented;
+}
+
 }  // namespace
 
-void WriteJsonReport(const HistoryReport& report, std::ostream& out)
+void WriteJsonEvent(const EventReport& event, std::ostream& out)
 {
-    json copies = json::array();
-    for (const CopyReport& copy : report.copies) {
-        json events = json::array();
-        for (const EventReport& event : copy.events)
-            events.push_back(EventJson(event));
-        copies.push_back({{"copy", Text(copy.name)}, {"events", events}});
-    }
-    const json document = {
+    out << Indented(EventJson(event), 8);
+}
+
+// The document as json's dump with an indent of 2 would write it, written
+// one copy and one event at a time so that no more than one event's value is
+// ever held.
+void WriteJsonReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
+{
+    const json head = {
         {"machine", {{"computer", Text(report.computerName)}, {"os", Text(report.operatingSystem)}}},
         {"source", Text(report.sourceName)},
+        {"textEncoding", report.textEncoding},
         {"eventCount", report.eventCount},
         {"copyCount", report.copies.size()},
         {"firstTime", Text(report.firstTime)},
         {"lastTime", Text(report.lastTime)},
-        {"copies", copies},
+        {"notes", Names(report.notes)},
     };
-    out << document.dump(2) << '\n';
+    const std::string headText = head.dump(2);
+    out << headText.substr(0, headText.size() - 2) << ",\n  \"copies\": [";
+    for (std::size_t c = 0; c < report.copies.size(); ++c) {
+        const CopyReport& copy = report.copies[c];
+        out << (c == 0 ? "\n" : ",\n") << "    {\n      \"copy\": " << Text(copy.name).dump() << ",\n      \"events\": [";
+        for (std::size_t e = 0; e < copy.events.size(); ++e) {
+            out << (e == 0 ? "\n        " : ",\n        ");
+            writeEvent(copy.events[e], out);
+        }
+        out << (copy.events.empty() ? "]" : "\n      ]") << "\n    }";
+    }
+    out << (report.copies.empty() ? "]" : "\n  ]") << "\n}\n";
 }

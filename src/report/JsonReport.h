@@ -5,4 +5,7 @@
 
 #include "report/ReportModel.h"
 
-void WriteJsonReport(const HistoryReport& report, std::ostream& out);
+// One event's object, indented to its place in the document.
+void WriteJsonEvent(const EventReport& event, std::ostream& out);
+// The document is written as it goes, one event after the other.
+void WriteJsonReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent = WriteJsonEvent);

@@ -54,8 +54,9 @@ void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
     using namespace texts::software;
     static const std::vector<RowField> kFields = SoftwareFields();
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
+    RowSearchBudget budget;
     for (std::size_t i = rows.first; i < rows.end; ++i) {
-        const std::vector<std::string> fields = RecordedRowFields(lines[i], kFields.data(), kFields.size());
+        const std::vector<std::string> fields = RecordedRowFields(lines[i], kFields.data(), kFields.size(), budget);
         section.Add(fields[1], fields[2]);
     }
 }

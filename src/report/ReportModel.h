@@ -5,11 +5,21 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "report/Snapshot.h"
+
+// A text of the history cut to its limit: which one (its place in its list)
+// and how many of its bytes were left out.
+struct CutText {
+    std::size_t index = 0;
+    std::uint64_t bytesCut = 0;
+};
 
 // An event's section in History.ini, as the recorder left it.
 struct EventRecord {
@@ -30,14 +40,19 @@ struct EventRecord {
     std::string responseFile;
     std::string eventLogFile;
     std::string wiLogFile;
+    // False for an event known only by its log in a damaged archive that
+    // lacks History.ini: how it ended is unknown.
+    bool inHistoryIni = true;
 };
 
 // The changes of one section: things added, things removed, and things whose
-// value changed, in the order of their names.
+// value changed, in the order of their names. Each text is kept to a limit,
+// and each list and each thing's details to a number; what is cut is counted.
 struct ItemChange {
     std::string name;
     std::string before;
     std::string after;
+    std::uint64_t bytesCut = 0;
 };
 
 // A thing that a snapshot names, with its value.
@@ -53,20 +68,29 @@ struct ListedItem {
     std::string name;
     std::string value;
     std::vector<ItemValue> details;
+    std::size_t detailsLeftOut = 0;
+    // Bytes cut of its texts and its details' texts.
+    std::uint64_t bytesCut = 0;
 };
 
 struct SectionChanges {
     std::vector<ListedItem> added;
     std::vector<ListedItem> removed;
     std::vector<ItemChange> changed;
+    std::size_t addedLeftOut = 0;
+    std::size_t removedLeftOut = 0;
+    std::size_t changedLeftOut = 0;
 
-    std::size_t Count() const { return added.size() + removed.size() + changed.size(); }
+    std::size_t Count() const
+    {
+        return added.size() + removed.size() + changed.size() + addedLeftOut + removedLeftOut + changedLeftOut;
+    }
 };
 
 // One entry for each section, empty where the section can't be compared.
 using SnapshotChanges = std::array<std::optional<SectionChanges>, kSnapshotPartCount>;
 
-enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded };
+enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded, Unknown };
 
 // An installer's file that the event names.
 struct InstallerLog {
@@ -102,12 +126,16 @@ struct ComputerChanges {
 };
 
 struct EventReport {
+    // The event's place among the events of History.ini.
+    std::size_t place = 0;
     EventRecord record;
     EventOutcome outcome = EventOutcome::NeverEnded;
     // Seconds from start to end, if both times can be read.
     std::optional<long long> durationSeconds;
     std::vector<std::string> messages;
     std::size_t messagesLeftOut = 0;
+    // The messages cut to their limit, with what was cut of each.
+    std::vector<CutText> messagesCut;
     std::vector<InstallerLog> installerLogs;
     // Where the event log lies in the source, or empty if it isn't there.
     std::string eventLogName;
@@ -130,8 +158,18 @@ struct CopyReport {
     std::vector<EventReport> events;
 };
 
+// How a form of the report writes one event: from the event as it stands,
+// or from what was written of it before it was let go.
+using EventWriter = std::function<void(const EventReport& event, std::ostream& out)>;
+
 struct HistoryReport {
     std::string sourceName;
+    // The code page that the history's texts were decoded from: "utf-8",
+    // "windows-1252", ...
+    std::string textEncoding;
+    // What is wrong with the source as a whole, in words: a damaged archive,
+    // a damaged History.ini.
+    std::vector<std::string> notes;
     std::string computerName;
     std::string operatingSystem;
     std::size_t eventCount = 0;

@@ -1,7 +1,9 @@
 #include "report/ReportOptions.h"
 
+#include "report/TextDecoding.h"
+
 const char* const kReportUsage =
-    "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json]\n"
+    "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]\n"
     "\n"
     "Compares the snapshots of the machine that every recorded install keeps,\n"
     "before and after the install, and tells what each install changed.\n"
@@ -9,6 +11,9 @@ const char* const kReportUsage =
     "  SOURCE          an archive written by ZORGetInstallLog -f, or a history folder\n"
     "  -o report.html  write the report as one HTML page to this file\n"
     "  -json file      write the same facts as JSON to this file\n"
+    "  -codepage N     the ANSI code page of the Windows system that wrote the\n"
+    "                  history: 1252 (the default), 1250, 1251 or 437; a history\n"
+    "                  written on Linux is read as UTF-8 whatever N is\n"
     "  -h              show this text\n"
     "\n"
     "With neither -o nor -json, the page is written to report.html in the\n"
@@ -33,11 +38,33 @@ bool TakeValue(const std::vector<std::string>& arguments, std::size_t& i, std::s
     return true;
 }
 
+// The code page behind -codepage, if the report knows it.
+bool TakeCodePage(const std::vector<std::string>& arguments, std::size_t& i, bool& given, int& codePage,
+                  std::string& error)
+{
+    std::string value;
+    if (given) {
+        error = "the option -codepage is given twice";
+        return false;
+    }
+    given = true;
+    if (i + 1 < arguments.size())
+        value = arguments[++i];
+    const bool digits = !value.empty() && value.size() <= 5 && value.find_first_not_of("0123456789") == std::string::npos;
+    codePage = digits ? std::stoi(value) : 0;
+    if (codePage == CTextDecoder::kUtf8 || !CTextDecoder::Knows(codePage)) {
+        error = "the option -codepage needs one of the code pages 1252, 1250, 1251 and 437";
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions& options, std::string& error)
 {
     options = ReportOptions();
+    bool codePageGiven = false;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& argument = arguments[i];
         if (argument == "-h" || argument == "--help" || argument == "/?") {
@@ -49,6 +76,9 @@ bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions
                 return false;
         } else if (argument == "-json") {
             if (!TakeValue(arguments, i, options.jsonPath, error))
+                return false;
+        } else if (argument == "-codepage") {
+            if (!TakeCodePage(arguments, i, codePageGiven, options.codePage, error))
                 return false;
         } else if (!argument.empty() && argument[0] == '-') {
             error = "unknown option " + argument;

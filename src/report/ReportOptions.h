@@ -1,5 +1,5 @@
 // The command line of ZORHistoryReport:
-//     ZORHistoryReport SOURCE [-o report.html] [-json report.json]
+//     ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]
 #pragma once
 
 #include <string>
@@ -9,6 +9,8 @@ struct ReportOptions {
     std::string source;
     std::string htmlPath;
     std::string jsonPath;
+    // The ANSI code page of the Windows system that wrote the history.
+    int codePage = 1252;
     bool help = false;
 };
 

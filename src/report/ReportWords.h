@@ -14,7 +14,8 @@ std::string SectionTitle(std::size_t part);
 // "users", "software", "processes", "services", "zorProducts", "odbcDrivers".
 const char* SectionKey(std::size_t part);
 
-// "succeeded", "succeeded, restart needed", "failed", "no result" or "never ended".
+// "succeeded", "succeeded, restart needed", "failed", "no result", "never
+// ended" or "unknown".
 const char* OutcomeWord(EventOutcome outcome);
 
 // The outcome, with the installer's result text where it failed.
@@ -25,7 +26,3 @@ std::string DurationText(long long seconds);
 
 // What an event that can't be compared lacks: "no snapshot after the install".
 std::string MissingSnapshots(bool hasBefore, bool hasAfter);
-
-// The system's texts are in the ANSI code page (Windows-1252); the HTML and
-// JSON forms are UTF-8. Control characters other than the tab become U+FFFD.
-std::string Utf8FromAnsi(const std::string& text);

@@ -38,9 +38,9 @@ bool IsAllBlank(const std::string& text)
 // than its fields times its length times the longest text.
 class RowReading {
 public:
-    RowReading(const std::string& row, const RowField* fields, std::size_t count, PadSide side, bool strict)
-        : row_(row), fields_(fields), count_(count), side_(side), strict_(strict),
-          best_(count * (row.size() + 1), kUnknown), next_(best_.size(), 0)
+    RowReading(const std::string& row, const RowField* fields, std::size_t count, PadSide side, bool strict,
+               RowSearchBudget& budget)
+        : row_(row), fields_(fields), count_(count), side_(side), strict_(strict), budget_(budget)
     {
     }
 
@@ -48,7 +48,14 @@ public:
     std::vector<std::string> Read()
     {
         std::vector<std::string> values;
-        if (Best(0, 0) == kNone)
+        if (ReadFitted(values))
+            return values;
+        values.clear();
+        if (budget_.left == 0)
+            return values;
+        best_.assign(count_ * (row_.size() + 1), kUnknown);
+        next_.assign(best_.size(), 0);
+        if (Best(0, 0) == kNone || OutOfWork())
             return values;
         std::size_t at = 0;
         for (std::size_t field = 0; field + 1 < count_; ++field) {
@@ -61,7 +68,36 @@ public:
     }
 
 private:
+    // The reading of most rows, each field within its column and none filling
+    // it: no reading has a lower cost, and none has shorter fields, so it is
+    // the best one whenever it keeps the rules, and the search is spared.
+    bool ReadFitted(std::vector<std::string>& values) const
+    {
+        std::size_t at = 0;
+        std::string text;
+        for (std::size_t field = 0; field + 1 < count_; ++field) {
+            const RowField& spec = fields_[field];
+            if (at + spec.width > row_.size() || !FittedText(at, spec.width, text) || FillsColumn(spec, text) != 0 ||
+                !Accepts(spec, text, false))
+                return false;
+            values.push_back(text);
+            at += spec.width;
+        }
+        text = LastText(at);
+        if (FillsColumn(fields_[count_ - 1], text) != 0 || !Accepts(fields_[count_ - 1], text, true))
+            return false;
+        values.push_back(text);
+        return true;
+    }
+
     static constexpr int kUnknown = -1;
+    // The readings weighed for one row at most: a row of the recorder's
+    // needs a few hundred, and one that needs more, from a damaged or made-up
+    // log, is cut at its columns instead of costing a search of its length
+    // times its longest texts.
+    static constexpr std::size_t kWorkLimit = 50000;
+
+    bool OutOfWork() const { return work_ >= kWorkLimit || budget_.left == 0; }
     static constexpr int kNone = 1 << 20;
 
     std::size_t Place(std::size_t field, std::size_t at) const { return field * (row_.size() + 1) + at; }
@@ -130,6 +166,10 @@ private:
 
     void Consider(std::size_t field, std::size_t at, std::size_t next, const std::string& text)
     {
+        if (OutOfWork())
+            return;
+        ++work_;
+        --budget_.left;
         const int cost = Cost(field, next, text);
         if (cost < best_[Place(field, at)]) {
             best_[Place(field, at)] = cost;
@@ -150,8 +190,15 @@ private:
         std::string text;
         if (at + spec.width <= row_.size() && FittedText(at, spec.width, text))
             Consider(field, at, at + spec.width, text);
-        for (std::size_t length = spec.width + 1;
-             length <= spec.longest && at + length <= row_.size() && !IsBlank(row_[at]); ++length) {
+        // A longer text fills the column, so it costs at least 1 and, as long
+        // as a shorter one, loses to it; a strict reading takes no text past
+        // two blanks in a row.
+        const int leastLonger = spec.width != 0 ? 1 : 0;
+        for (std::size_t length = spec.width + 1; length <= spec.longest && at + length <= row_.size() &&
+                                                  !IsBlank(row_[at]) && best_[Place(field, at)] > leastLonger;
+             ++length) {
+            if (strict_ && length >= 2 && IsBlank(row_[at + length - 2]) && IsBlank(row_[at + length - 1]))
+                break;
             if (!IsBlank(row_[at + length - 1]))
                 Consider(field, at, at + length, row_.substr(at, length));
         }
@@ -165,6 +212,8 @@ private:
     bool strict_;
     std::vector<int> best_;
     std::vector<std::size_t> next_;
+    RowSearchBudget& budget_;
+    std::size_t work_ = 0;
 };
 
 // The longest row that the recorder can write with these fields.
@@ -189,12 +238,13 @@ std::vector<std::string> CutAtColumns(const std::string& row, const RowField* fi
 
 }  // namespace
 
-std::vector<std::string> RecordedRowFields(const std::string& row, const RowField* fields, std::size_t count)
+std::vector<std::string> RecordedRowFields(const std::string& row, const RowField* fields, std::size_t count,
+                                           RowSearchBudget& budget)
 {
     if (count != 0 && row.size() <= LongestRow(fields, count)) {
         for (const bool strict : {true, false}) {
             for (const PadSide side : {PadSide::AfterText, PadSide::BeforeText}) {
-                std::vector<std::string> values = RowReading(row, fields, count, side, strict).Read();
+                std::vector<std::string> values = RowReading(row, fields, count, side, strict, budget).Read();
                 if (!values.empty())
                     return values;
             }

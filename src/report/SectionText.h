@@ -30,13 +30,23 @@ struct RowField {
     bool (*accepts)(const std::string& text) = nullptr;
 };
 
+// How many readings the rows of one table may weigh in all. The rows of the
+// recorder's tables mostly fit their columns and need no search; a table
+// whose rows do, as a damaged or made-up log's may, costs at most this much,
+// and the rest of its rows are cut at their columns.
+struct RowSearchBudget {
+    std::size_t left = 500000;
+};
+
 // The fields of a row as the recorder wrote them, overflowed ones included:
 // the one reading of the row in which every field fits its rules, all padded
 // on one side, a field that fits its column taken before one that runs over
 // it, and a field that runs over taken as short as the rest allows; a reading
 // without two blanks in a row inside a field comes first. A row
-// that has no such reading, as in a damaged log, is cut at the columns.
-std::vector<std::string> RecordedRowFields(const std::string& row, const RowField* fields, std::size_t count);
+// that has no such reading, as in a damaged log, or whose search would cost
+// more than its share of the budget, is cut at the columns.
+std::vector<std::string> RecordedRowFields(const std::string& row, const RowField* fields, std::size_t count,
+                                           RowSearchBudget& budget);
 
 // The rows of a table: after `rulesBeforeRows` lines that equal `rule`, up to
 // the next line that equals `closingRule` or `rule`. A table cut off before

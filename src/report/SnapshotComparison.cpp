@@ -2,6 +2,8 @@
 
 #include "report/SectionReaders.h"
 
+#include <utility>
+
 namespace {
 
 using Items = std::map<std::string, SnapshotItem>;
@@ -12,16 +14,54 @@ bool OwnerAlsoListed(const SnapshotItem& item, const Items& side, const Items& o
     return !item.owner.empty() && side.count(item.owner) != 0 && other.count(item.owner) == 0;
 }
 
+// The text up to the limit; the bytes cut are counted.
+std::string Capped(const std::string& text, std::uint64_t& bytesCut)
+{
+    if (text.size() <= kItemTextLimit)
+        return text;
+    bytesCut += text.size() - kItemTextLimit;
+    return text.substr(0, kItemTextLimit);
+}
+
 // The thing with its value, and the things below it on its side: those whose
 // names begin with its own and ": ", as the readers name what belongs to a thing.
 ListedItem Listed(Items::const_iterator item, const Items& side)
 {
-    ListedItem listed{item->first, item->second.value, {}};
+    ListedItem listed;
+    listed.name = Capped(item->first, listed.bytesCut);
+    listed.value = Capped(item->second.value, listed.bytesCut);
     const std::string below = item->first + ": ";
     for (auto detail = side.lower_bound(below);
-         detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail)
-        listed.details.push_back(ItemValue{detail->first.substr(below.size()), detail->second.value});
+         detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail) {
+        if (listed.details.size() == kDetailLimit) {
+            ++listed.detailsLeftOut;
+            continue;
+        }
+        listed.details.push_back(ItemValue{Capped(detail->first.substr(below.size()), listed.bytesCut),
+                                           Capped(detail->second.value, listed.bytesCut)});
+    }
     return listed;
+}
+
+void AddListed(std::vector<ListedItem>& list, std::size_t& leftOut, Items::const_iterator item, const Items& side)
+{
+    if (list.size() == kListLimit)
+        ++leftOut;
+    else
+        list.push_back(Listed(item, side));
+}
+
+void AddChanged(SectionChanges& changes, const Items::value_type& was, const Items::value_type& is)
+{
+    if (changes.changed.size() == kListLimit) {
+        ++changes.changedLeftOut;
+        return;
+    }
+    ItemChange change;
+    change.name = Capped(was.first, change.bytesCut);
+    change.before = Capped(was.second.value, change.bytesCut);
+    change.after = Capped(is.second.value, change.bytesCut);
+    changes.changed.push_back(std::move(change));
 }
 
 }  // namespace
@@ -41,15 +81,15 @@ SectionChanges CompareSections(const SnapshotSection& before, const SnapshotSect
                                                      : was->first.compare(is->first);
         if (order < 0) {
             if (!OwnerAlsoListed(was->second, before.items, after.items))
-                changes.removed.push_back(Listed(was, before.items));
+                AddListed(changes.removed, changes.removedLeftOut, was, before.items);
             ++was;
         } else if (order > 0) {
             if (!OwnerAlsoListed(is->second, after.items, before.items))
-                changes.added.push_back(Listed(is, after.items));
+                AddListed(changes.added, changes.addedLeftOut, is, after.items);
             ++is;
         } else {
             if (was->second.value != is->second.value)
-                changes.changed.push_back(ItemChange{was->first, was->second.value, is->second.value});
+                AddChanged(changes, *was, *is);
             ++was;
             ++is;
         }

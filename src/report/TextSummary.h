@@ -7,4 +7,7 @@
 
 #include "report/ReportModel.h"
 
-void WriteTextSummary(const HistoryReport& report, std::ostream& out);
+// An event's line behind its copy's name: "E1 | Install | succeeded | users 0 ...".
+void WriteSummaryEvent(const EventReport& event, std::ostream& out);
+void WriteTextSummary(const HistoryReport& report, std::ostream& out,
+                      const EventWriter& writeEvent = WriteSummaryEvent);

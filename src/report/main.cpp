@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/FileSystem.h"
+#include "report/CEventForms.h"
 #include "report/CHistorySource.h"
 #include "report/CReportBuilder.h"
 #include "report/HtmlReport.h"
@@ -22,25 +23,45 @@ constexpr int kCantRead = 1;
 constexpr int kUsageError = 2;
 
 template <typename Writer>
-bool WriteFile(const std::string& path, const HistoryReport& report, Writer write)
+bool WriteFile(const std::string& path, const HistoryReport& report, Writer write, const EventWriter& writeEvent,
+               const CEventForms& forms)
 {
     std::filebuf file;
     if (!platform::OpenFileBuffer(file, path, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary))
         return false;
     std::ostream out(&file);
-    write(report, out);
+    write(report, out, writeEvent);
     out.flush();
-    return out.good() && file.close() != nullptr;
+    return out.good() && forms.Good() && file.close() != nullptr;
 }
 
-bool WriteOutputs(const ReportOptions& options, const HistoryReport& report)
+bool WriteOutputs(const ReportOptions& options, const HistoryReport& report, CEventForms& forms)
 {
-    if (!options.htmlPath.empty() && !WriteFile(options.htmlPath, report, WriteHtmlReport)) {
+    if (!options.htmlPath.empty() && !WriteFile(options.htmlPath, report, WriteHtmlReport, forms.Html(), forms)) {
         std::cerr << options.htmlPath << ": the report can't be written" << std::endl;
         return false;
     }
-    if (!options.jsonPath.empty() && !WriteFile(options.jsonPath, report, WriteJsonReport)) {
+    if (!options.jsonPath.empty() && !WriteFile(options.jsonPath, report, WriteJsonReport, forms.Json(), forms)) {
         std::cerr << options.jsonPath << ": the report can't be written" << std::endl;
+        return false;
+    }
+    return true;
+}
+
+// The report, each event's forms kept beside the first output as it is read.
+bool BuildReport(const ReportOptions& options, const CHistorySource& source, CEventForms& forms,
+                 HistoryReport& report)
+{
+    const std::string& first = options.htmlPath.empty() ? options.jsonPath : options.htmlPath;
+    if (!forms.Open(first, !options.htmlPath.empty(), !options.jsonPath.empty())) {
+        std::cerr << first << ": the report can't be written" << std::endl;
+        return false;
+    }
+    std::string reason;
+    if (!CReportBuilder(source, options.source, options.codePage).Build(report, reason, [&forms](EventReport& event) {
+            forms.Take(event);
+        })) {
+        std::cerr << reason << std::endl;
         return false;
     }
     return true;
@@ -76,13 +97,12 @@ int Run(const ReportOptions& options)
         std::cerr << reason << std::endl;
         return kCantRead;
     }
+    CEventForms forms;
     HistoryReport report;
-    if (!CReportBuilder(source, options.source).Build(report, reason)) {
-        std::cerr << reason << std::endl;
+    if (!BuildReport(options, source, forms, report))
         return kCantRead;
-    }
-    WriteTextSummary(report, std::cout);
-    if (!WriteOutputs(options, report))
+    WriteTextSummary(report, std::cout, forms.Summary());
+    if (!WriteOutputs(options, report, forms))
         return kCantRead;
     for (const std::string* path : {&options.htmlPath, &options.jsonPath}) {
         if (!path->empty())

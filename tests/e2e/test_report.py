@@ -24,9 +24,9 @@ FIXTURE_ROOT = "HKLM\\SOFTWARE\\TAQ"
 SERVICE = "ZORReportSvc"
 SERVICE_DISPLAY_NAME = "ZOR Report Test Service"
 
-USAGE_LINE = "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json]"
+USAGE_LINE = "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]"
 SECTION_KEYS = ["users", "software", "processes", "services", "zorProducts", "odbcDrivers"]
-NO_CHANGE = {"added": [], "removed": [], "changed": []}
+NO_CHANGE = {"added": [], "removed": [], "changed": [], "addedLeftOut": 0, "removedLeftOut": 0, "changedLeftOut": 0}
 PROCESS_HEADING = "3) Current Running Processes:"
 
 

@@ -22,7 +22,7 @@ SnapshotContent Before()
 CEventLogReader Read(const std::string& log, const std::string& eventId = "E1")
 {
     CEventLogReader reader(eventId);
-    CLineSplitter lines([&reader](const std::string& line) { reader.Line(line); });
+    CLineSplitter lines([&reader, &lines](const std::string& line) { reader.Line(line, lines.BytesCutOfLine()); });
     lines.Feed(log.data(), log.size());
     lines.Finish();
     reader.Finish();
@@ -34,6 +34,23 @@ std::string WholeLog(const SnapshotContent& before, const SnapshotContent& after
     return StartHead("E1", "VM", "Microsoft Windows XP Professional") + StartSnapshot("E1", "Install", before) +
            "Copying files\n<script>document.title='x'</script>\n" + EndSnapshot("E1", "Install", after) +
            EndTail("Install");
+}
+
+// The lines of the processes section in the log that are not blank, and
+// their bytes without line ends.
+std::pair<std::size_t, std::size_t> ProcessLinesAndBytes(const std::string& log)
+{
+    const std::size_t from = log.find('\n', log.find("3) Current Running Processes")) + 1;
+    const std::size_t to = log.find("4) Services", from);
+    std::size_t lines = 0;
+    std::size_t bytes = 0;
+    for (std::size_t at = from; at < to;) {
+        const std::size_t end = std::min(log.find('\n', at), to);
+        lines += end > at ? 1 : 0;
+        bytes += end - at;
+        at = end + 1;
+    }
+    return {lines, bytes};
 }
 
 }  // namespace
@@ -195,6 +212,7 @@ TEST(EventLogReader, MessagesOverTheLimitAreCounted)
 TEST(EventLogReader, ASectionLongerThanAnyTheRecorderWritesIsNotComparedAndEachNoteStandsOnce)
 {
     std::string log = StartSnapshot("E1", "Install", Before());
+    const auto own = ProcessLinesAndBytes(log);
     std::string rows;
     for (std::size_t i = 0; i <= CEventLogReader::kSectionLineLimit; ++i)
         rows += "x\n";
@@ -205,6 +223,53 @@ TEST(EventLogReader, ASectionLongerThanAnyTheRecorderWritesIsNotComparedAndEachN
     EXPECT_TRUE(reader.before[SnapshotPart::Services].complete);
     EXPECT_EQ(reader.notes,
               (std::vector<std::string>{
-                  "a section of the log is too long to be one the recorder wrote: it is not compared",
+                  "the section \"Current Running Processes\" of the snapshot before the install holds " +
+                      std::to_string(CEventLogReader::kSectionLineLimit + 1 + own.first) + " lines, " +
+                      std::to_string(CEventLogReader::kSectionLineLimit + 1 + own.second) +
+                      " bytes: more than the recorder writes, so it is not compared",
                   "a second snapshot before the install was left out"}));
+}
+
+TEST(EventLogReader, ASectionOfMoreBytesThanAnyTheRecorderWritesIsNotComparedAndHeldNoLonger)
+{
+    std::string log = StartSnapshot("E1", "Install", Before());
+    const std::string row(100000, 'p');
+    std::string rows;
+    for (int i = 0; i < 50; ++i)
+        rows += row + "\n";
+    log.insert(log.find("\n4) Services"), "\n" + rows);
+    const CEventLogReader reader = Read(log);
+    EXPECT_TRUE(reader.before.complete);
+    EXPECT_FALSE(reader.before[SnapshotPart::Processes].complete);
+    EXPECT_TRUE(reader.before[SnapshotPart::Processes].items.empty());
+    EXPECT_TRUE(reader.before[SnapshotPart::Services].complete);
+    ASSERT_EQ(reader.notes.size(), 1u);
+    EXPECT_NE(reader.notes[0].find("holds 5"), std::string::npos) << reader.notes[0];
+}
+
+TEST(EventLogReader, AMessageIsKeptToItsLimitAndWhatWasCutIsCounted)
+{
+    const std::string longer(CEventLogReader::kMessageTextLimit + 10, 'm');
+    const std::string longest(CLineSplitter::kDefaultLineLimit + 300000, 'n');
+    const CEventLogReader reader = Read("short\n" + longer + "\n" + longest + "\nlast\n");
+    ASSERT_EQ(reader.messages.size(), 4u);
+    EXPECT_EQ(reader.messages[0], "short");
+    EXPECT_EQ(reader.messages[1], longer.substr(0, CEventLogReader::kMessageTextLimit));
+    EXPECT_EQ(reader.messages[2], longest.substr(0, CEventLogReader::kMessageTextLimit));
+    EXPECT_EQ(reader.messages[3], "last");
+    ASSERT_EQ(reader.messagesCut.size(), 2u);
+    EXPECT_EQ(reader.messagesCut[0].index, 1u);
+    EXPECT_EQ(reader.messagesCut[0].bytesCut, 10u);
+    EXPECT_EQ(reader.messagesCut[1].index, 2u);
+    EXPECT_EQ(reader.messagesCut[1].bytesCut, longest.size() - CEventLogReader::kMessageTextLimit);
+}
+
+TEST(EventLogReader, ALongLineAfterHeldBackLinesLetsThemGoAsTheyRead)
+{
+    const std::string longest(CLineSplitter::kDefaultLineLimit + 1, 'n');
+    const std::string rule(94, '*');
+    const CEventLogReader reader = Read(rule + "\n" + longest + "\n");
+    ASSERT_EQ(reader.messages.size(), 2u);
+    EXPECT_EQ(reader.messages[0], rule);
+    EXPECT_EQ(reader.messagesCut.size(), 1u);
 }

@@ -65,6 +65,18 @@ TEST(LineSplitter, ALineOverTheLimitIsCutAndCounted)
     EXPECT_EQ(splitter.CutLines(), 1u);
 }
 
+TEST(LineSplitter, TheHandlerLearnsHowManyBytesOfItsLineWereDropped)
+{
+    std::vector<std::uint64_t> dropped;
+    CLineSplitter splitter(nullptr, 4);
+    splitter = CLineSplitter([&](const std::string&) { dropped.push_back(splitter.BytesCutOfLine()); }, 4);
+    const std::string text = "abcdefgh\nxy\n" + std::string(100000, 'z');
+    for (std::size_t at = 0; at < text.size(); at += 7)
+        splitter.Feed(text.data() + at, std::min<std::size_t>(7, text.size() - at));
+    splitter.Finish();
+    EXPECT_EQ(dropped, (std::vector<std::uint64_t>{4, 0, 100000 - 4}));
+}
+
 TEST(LineSplitter, NothingGivesNoLine)
 {
     EXPECT_TRUE(SplitInBlocks("", 10).empty());

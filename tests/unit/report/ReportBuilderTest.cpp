@@ -3,8 +3,16 @@
 #include <gtest/gtest.h>
 
 #include "ReportTestLogs.h"
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "platform/FileSystem.h"
+#include "report/CEventForms.h"
 #include "report/CHistorySource.h"
 #include "report/CReportBuilder.h"
+#include "report/HtmlReport.h"
+#include "report/JsonReport.h"
+#include "report/TextSummary.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
 #include "zip/CZipper.h"
@@ -19,6 +27,17 @@ std::vector<std::string> Added(const std::optional<SectionChanges>& changes)
     for (const ListedItem& item : changes->added)
         names.push_back(item.name);
     return names;
+}
+
+// The entries of a folder, those whose names begin with a dot included.
+std::size_t AllEntries(const std::string& folder)
+{
+    platform::FolderSearch search;
+    platform::FolderEntry entry;
+    std::size_t count = 0;
+    for (bool found = search.First(folder + "\\*", entry); found; found = search.Next(entry))
+        count += entry.name != "." && entry.name != ".." ? 1 : 0;
+    return count;
 }
 
 SnapshotContent Machine()
@@ -183,6 +202,54 @@ TEST_F(ReportBuilderTest, AnArchiveOfTheFolderGivesTheSameReport)
     ASSERT_TRUE(zipper.AddFolder(history_.c_str(), false));
     zipper.Close();
     ExpectTheHistory(Build(zipPath));
+}
+
+// The three forms written whole, and written from each event's forms kept on
+// disk as the event was read: byte for byte the same.
+TEST_F(ReportBuilderTest, TheFormsKeptOnDiskForEachEventGiveTheSameReport)
+{
+    const HistoryReport whole = Build(history_);
+    std::ostringstream html, json, text;
+    WriteHtmlReport(whole, html);
+    WriteJsonReport(whole, json);
+    WriteTextSummary(whole, text);
+
+    CHistorySource source;
+    std::string reason;
+    ASSERT_TRUE(source.Open(history_, reason));
+    CEventForms forms;
+    ASSERT_TRUE(forms.Open(machine_.Root() + "\\report.html", true, true));
+    std::size_t taken = 0;
+    HistoryReport light;
+    ASSERT_TRUE(CReportBuilder(source, history_).Build(light, reason, [&](EventReport& event) {
+        forms.Take(event);
+        ++taken;
+    }));
+    EXPECT_EQ(taken, 4u);
+    EXPECT_TRUE(light.copies[0].events[0].messages.empty());
+    EXPECT_FALSE(light.copies[0].events[0].changes.has_value());
+    std::ostringstream lightHtml, lightJson, lightText;
+    WriteHtmlReport(light, lightHtml, forms.Html());
+    WriteJsonReport(light, lightJson, forms.Json());
+    WriteTextSummary(light, lightText, forms.Summary());
+    EXPECT_TRUE(forms.Good());
+    EXPECT_EQ(lightHtml.str(), html.str());
+    EXPECT_EQ(lightJson.str(), json.str());
+    EXPECT_EQ(lightText.str(), text.str());
+    // The JSON form is written as json's own dump of the document would write it.
+    EXPECT_EQ(nlohmann::ordered_json::parse(json.str()).dump(2) + "\n", json.str());
+}
+
+TEST_F(ReportBuilderTest, TheFormsFileIsRemovedWhenTheReportIsDone)
+{
+    {
+        CEventForms forms;
+        ASSERT_TRUE(forms.Open(machine_.Root() + "\\out\\report.html", false, true) == false);
+        MakeFolders(machine_.Root() + "\\out");
+        ASSERT_TRUE(forms.Open(machine_.Root() + "\\out\\report.html", false, true));
+        EXPECT_EQ(AllEntries(machine_.Root() + "\\out"), 1u);
+    }
+    EXPECT_EQ(AllEntries(machine_.Root() + "\\out"), 0u);
 }
 
 TEST_F(ReportBuilderTest, ASourceWithoutHistoryIniCantBeRead)

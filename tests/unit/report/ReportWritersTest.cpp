@@ -129,14 +129,23 @@ TEST(ReportWriters, TheJsonHasTheAgreedShape)
                                         "after": "Service Pack 2"})"));
 }
 
-TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesOfTheMachine)
+TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesGivenIt)
 {
     HistoryReport report = SmallReport();
-    report.computerName = "M\xE4schine\x80\x01";
+    report.computerName = "M\xC3\xA4schine\xE4\x01";
     std::ostringstream out;
     WriteJsonReport(report, out);
     const nlohmann::json json = nlohmann::json::parse(out.str());
-    EXPECT_EQ(json["machine"]["computer"], "M\xC3\xA4schine\xE2\x82\xAC\xEF\xBF\xBD");
+    EXPECT_EQ(json["machine"]["computer"], "M\xC3\xA4schine\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+TEST(ReportWriters, TheConsoleGetsNoC1ControlOfUtf8)
+{
+    HistoryReport report = SmallReport();
+    report.computerName = "VM\xC2\x9B" "2J\xC2\xA0";
+    std::ostringstream out;
+    WriteTextSummary(report, out);
+    EXPECT_EQ(out.str().substr(0, out.str().find('\n')), "Computer VM?2J\xC2\xA0, Microsoft Windows XP Home Edition");
 }
 
 TEST(ReportWriters, TheHtmlEscapesEveryTextFromTheMachine)
@@ -191,6 +200,49 @@ TEST(ReportWriters, TheHtmlNamesTheEventsThatRanSinceTheSnapshotBeforeAndMarksDr
               std::string::npos);
 }
 
+// An event whose lists and texts were cut to their limits.
+HistoryReport CutReport()
+{
+    HistoryReport report = SmallReport();
+    EventReport& event = report.copies[0].events[0];
+    event.messages.push_back("long");
+    event.messagesCut = {{1, 123456}};
+    SectionChanges& processes = *(*event.changes)[2];
+    processes.addedLeftOut = 7;
+    processes.changedLeftOut = 3;
+    processes.added[0].bytesCut = 42;
+    (*event.changes)[4]->added[0].detailsLeftOut = 9;
+    return report;
+}
+
+TEST(ReportWriters, ThePageSaysWhatWasCutAndHowMuch)
+{
+    std::ostringstream out;
+    WriteHtmlReport(CutReport(), out);
+    const std::string html = out.str();
+    EXPECT_NE(html.find("<li>long <span class=\"cut\">(123456 bytes cut)</span></li>"), std::string::npos);
+    EXPECT_NE(html.find("<li class=\"added\">zorsrv.exe: 1 <span class=\"cut\">(42 bytes cut)</span></li>\n"
+                        "<li class=\"cut\">... and 7 more added, not shown</li>"),
+              std::string::npos);
+    EXPECT_NE(html.find("<p class=\"cut\">... and 3 more changed, not shown</p>"), std::string::npos);
+    EXPECT_NE(html.find("<li class=\"cut\">... and 9 more details, not shown</li>\n</ul>"), std::string::npos);
+    EXPECT_NE(html.find("Current Running Processes: 8 added, 0 removed, 4 changed"), std::string::npos);
+}
+
+TEST(ReportWriters, TheJsonSaysWhatWasCutAndHowMuch)
+{
+    std::ostringstream out;
+    WriteJsonReport(CutReport(), out);
+    const nlohmann::json e1 = nlohmann::json::parse(out.str())["copies"][0]["events"][0];
+    EXPECT_EQ(e1["messagesCut"], nlohmann::json::parse(R"([{"index": 1, "bytesCut": 123456}])"));
+    EXPECT_EQ(e1["changes"]["processes"]["addedLeftOut"], 7);
+    EXPECT_EQ(e1["changes"]["processes"]["removedLeftOut"], 0);
+    EXPECT_EQ(e1["changes"]["processes"]["changedLeftOut"], 3);
+    EXPECT_EQ(e1["changes"]["processes"]["added"][0]["bytesCut"], 42);
+    EXPECT_EQ(e1["changes"]["zorProducts"]["added"][0]["detailsLeftOut"], 9);
+    EXPECT_FALSE(e1["changes"]["services"]["removed"][0].contains("bytesCut"));
+}
+
 TEST(ReportOptionsTest, ASourceAloneWritesReportHtml)
 {
     ReportOptions options;
@@ -227,6 +279,27 @@ TEST(ReportOptionsTest, UsageErrorsAreTold)
     EXPECT_EQ(error, "the option -o is given twice");
     ASSERT_TRUE(ParseReportOptions({"-h"}, options, error));
     EXPECT_TRUE(options.help);
+}
+
+TEST(ReportOptionsTest, CodePageNamesAKnownAnsiCodePage)
+{
+    ReportOptions options;
+    std::string error;
+    ASSERT_TRUE(ParseReportOptions({"x.zip"}, options, error));
+    EXPECT_EQ(options.codePage, 1252);
+    for (const int codePage : {1250, 1251, 1252, 437}) {
+        ASSERT_TRUE(ParseReportOptions({"x.zip", "-codepage", std::to_string(codePage)}, options, error));
+        EXPECT_EQ(options.codePage, codePage);
+    }
+    const std::string known = "the option -codepage needs one of the code pages 1252, 1250, 1251 and 437";
+    for (const char* wrong : {"932", "65001", "12x", "", "99999999999"}) {
+        EXPECT_FALSE(ParseReportOptions({"x.zip", "-codepage", wrong}, options, error)) << wrong;
+        EXPECT_EQ(error, known) << wrong;
+    }
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-codepage"}, options, error));
+    EXPECT_EQ(error, known);
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-codepage", "1250", "-codepage", "1251"}, options, error));
+    EXPECT_EQ(error, "the option -codepage is given twice");
 }
 
 TEST(ReportWriters, TheTextSummaryLeavesOutAnOperatingSystemThatNoReportTold)

@@ -137,3 +137,36 @@ TEST(SnapshotComparison, OnLinuxAUserWhoJoinsOrLeavesGroupsIsAChangeOfGroups)
     EXPECT_EQ(windowsUsers.added[0].value, "member of docker");
     EXPECT_EQ(NamesOf(windowsUsers.removed), std::vector<std::string>{"user VM\\carol"});
 }
+
+TEST(SnapshotComparison, WhatOneSectionAndOneThingTellIsBoundedAndTheRestCounted)
+{
+    SnapshotSection before;
+    before.present = before.complete = true;
+    SnapshotSection after = before;
+    for (std::size_t i = 0; i < kListLimit + 500; ++i) {
+        const std::string name = "p" + std::to_string(100000 + i) + ".exe";
+        after.Add(name, "1");
+        before.Add("gone" + name, "1");
+        before.Add("same" + name, "1");
+        after.Add("same" + name, "2");
+    }
+    const std::string longName(kItemTextLimit + 976, 'n');
+    after.Add(longName, std::string(kItemTextLimit + 24, 'v'));
+    for (std::size_t i = 0; i < kDetailLimit + 50; ++i)
+        after.Add(longName + ": detail " + std::to_string(1000 + i), "x", longName);
+    const SectionChanges changes = CompareSections(before, after);
+    ASSERT_EQ(changes.added.size(), kListLimit);
+    EXPECT_EQ(changes.addedLeftOut, 501u);
+    EXPECT_EQ(changes.removed.size(), kListLimit);
+    EXPECT_EQ(changes.removedLeftOut, 500u);
+    EXPECT_EQ(changes.changed.size(), kListLimit);
+    EXPECT_EQ(changes.changedLeftOut, 500u);
+    EXPECT_EQ(changes.Count(), 3 * (kListLimit + 500) + 1);
+    // The long name sorts first among the added: "n" before "p".
+    const ListedItem& bounded = changes.added[0];
+    EXPECT_EQ(bounded.name, longName.substr(0, kItemTextLimit));
+    EXPECT_EQ(bounded.value, std::string(kItemTextLimit, 'v'));
+    EXPECT_EQ(bounded.details.size(), kDetailLimit);
+    EXPECT_EQ(bounded.detailsLeftOut, 50u);
+    EXPECT_EQ(bounded.bytesCut, 976u + 24u);
+}

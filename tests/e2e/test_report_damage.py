@@ -1,0 +1,149 @@
+"""ZORHistoryReport over damaged archives: an archive cut off in the middle of
+an entry, or with an entry whose bytes were changed, says which entry is
+damaged and reports the rest; an event whose log is not in the archive still
+appears with what History.ini says of it."""
+import zipfile
+
+from e2e_support import expect_equal, main, profile_bytes
+from test_report import collect, event_of, make_report, read_json, record, run_report
+
+EVENTS = ["Dmg-1", "Dmg-2", "Dmg-3"]
+COPY = "DmgCopy"
+
+
+def recorded_archive(env):
+    """An archive of three completed events, written by ZORGetInstallLog -f;
+    the infos of its event logs, in the order in which they stand."""
+    for event in EVENTS:
+        record(env, "-start", event, "-Action", "Install")
+        record(env, "-logmessage", event, "-message", "installing " + event)
+        record(env, "-end", event, "-CopyName", COPY, "-Result", "0")
+    archive = collect(env, "x.zip")
+    with zipfile.ZipFile(archive) as z:
+        infos = z.infolist()
+    history = [info for info in infos if info.filename == "History.ini"]
+    logs = sorted((info for info in infos if info.filename.endswith("ZORInstallEvent.Log")),
+                  key=lambda info: info.header_offset)
+    expect_equal(len(history), 1, "History.ini entries in the archive")
+    expect_equal(len(logs), len(EVENTS), "event logs in the archive")
+    return archive, history[0], logs
+
+
+def data_offset(archive, info):
+    """Where the entry's data begins: behind its local header, name and extra field."""
+    with open(archive, "rb") as f:
+        f.seek(info.header_offset + 26)
+        header = f.read(4)
+    return info.header_offset + 30 + int.from_bytes(header[:2], "little") + int.from_bytes(header[2:], "little")
+
+
+def event_of_entry(info):
+    """The EventID of an event log's entry: the name of its folder."""
+    return info.filename.replace("/", "\\").split("\\")[-2]
+
+
+def expect_whole_events(document, logs):
+    for info in logs:
+        event = event_of_entry(info)
+        reported = event_of(document, COPY, event)
+        expect_equal(reported["notes"], [], f"notes on {event}")
+        assert reported["changes"] is not None, f"{event} was not compared"
+        expect_equal(reported["messages"], ["installing " + event], f"messages of {event}")
+
+
+def test_an_archive_cut_off_in_an_event_log_names_it_and_reports_the_rest(env):
+    """ZORGetInstallLog writes History.ini last: an archive cut off in an
+    event log has lost it, and the events are those whose logs it holds."""
+    archive, history, logs = recorded_archive(env)
+    last = logs[-1]
+    assert last.header_offset < history.header_offset, "History.ini stands ahead of the last event log"
+    cut_at = data_offset(archive, last) + last.compress_size // 2
+    archive.write_bytes(archive.read_bytes()[:cut_at])
+
+    out = make_report(env, archive, "-json", "r.json", "-o", "r.html")
+    document = read_json(env.work / "r.json")
+    expect_equal(document["eventCount"], len(EVENTS), "events in the report")
+    notes = document["notes"]
+    assert any("directory of entries is missing or damaged" in note for note in notes), notes
+    assert f"the archive's entry {last.filename} is cut off: what stands of it is read" in notes, notes
+    assert any(note.startswith("History.ini is not in the damaged archive") for note in notes), notes
+    assert f"Note: the archive's entry {last.filename} is cut off" in out, out
+    expect_whole_events(document, logs[:-1])
+    damaged = event_of(document, COPY, event_of_entry(last))
+    expect_equal(damaged["notes"][0], f"the archive's entry {damaged['eventLog']} is damaged: "
+                                      "what could be read of it is shown", "first note on the cut-off event")
+    expect_equal(damaged["snapshotBefore"], True, "the cut-off event's snapshot before the install")
+    expect_equal({event["result"] for copy in document["copies"] for event in copy["events"]}, {"unknown"},
+                 "results of events that History.ini doesn't hold")
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    assert "is cut off: what stands of it is read" in html, "the page doesn't name the cut-off entry"
+
+
+def test_an_archive_cut_off_in_history_ini_reports_what_stands_of_it(env):
+    archive, history, logs = recorded_archive(env)
+    cut_at = data_offset(archive, history) + history.compress_size - 4
+    archive.write_bytes(archive.read_bytes()[:cut_at])
+
+    make_report(env, archive, "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    notes = document["notes"]
+    assert "the archive's entry History.ini is cut off: what stands of it is read" in notes, notes
+    assert "History.ini is damaged: the events that could be read of it are shown" in notes, notes
+    assert document["eventCount"] >= 1, "no event read of what stands of History.ini"
+    first = event_of(document, COPY, EVENTS[0])
+    expect_equal(first["result"], "succeeded", f"result of {EVENTS[0]}")
+    assert first["changes"] is not None, f"{EVENTS[0]} was not compared"
+
+
+def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):
+    archive, _, logs = recorded_archive(env)
+    hurt = logs[0]
+    data = bytearray(archive.read_bytes())
+    start = data_offset(archive, hurt)
+    for at in range(start + hurt.compress_size // 3, start + hurt.compress_size // 3 + 64):
+        data[at] ^= 0x5A
+    archive.write_bytes(bytes(data))
+
+    make_report(env, archive, "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    expect_equal(document["notes"], [], "notes on the archive")
+    damaged = event_of(document, COPY, event_of_entry(hurt))
+    assert f"the archive's entry {damaged['eventLog']} is damaged: what could be read of it is shown" \
+        in damaged["notes"], damaged["notes"]
+    expect_whole_events(document, logs[1:])
+
+
+def test_a_file_that_holds_no_entry_at_all_is_still_refused(env):
+    junk = env.work / "junk.zip"
+    junk.write_bytes(b"PK\x05\x06" + b"\0" * 10)
+    code, out, err = run_report(env, junk)
+    expect_equal(code, 1, f"exit code over a file that is no archive; stdout:\n{out}")
+
+
+def test_an_event_whose_log_is_missing_appears_with_what_history_ini_says(env):
+    history = profile_bytes([
+        ("History", {"Count": "1"}),
+        ("Lost-1", {"Event_ID": "Lost-1", "Copy_Name": "LostCopy", "Action": "Upgrade", "Product": "ZOR Server",
+                    "Service_Level": "SP2", "Start_Time": "20240105 10:00:00", "End_Time": "20240105 10:02:03",
+                    "Complete_Flag": "TRUE", "Result": "1603",
+                    "Event_Log_File": "C:\\ProgramData\\TAQ\\ZORHistory\\LostCopy\\Lost-1\\ZORInstallEvent.Log"}),
+    ])
+    archive = env.work / "lost.zip"
+    with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as z:
+        z.writestr("History.ini", history)
+    out = make_report(env, archive, "-json", "r.json", "-o", "r.html")
+    event = event_of(read_json(env.work / "r.json"), "LostCopy", "Lost-1")
+    expect_equal((event["action"], event["product"], event["serviceLevel"], event["start"], event["end"],
+                  event["result"], event["resultText"], event["durationSeconds"]),
+                 ("Upgrade", "ZOR Server", "SP2", "20240105 10:00:00", "20240105 10:02:03", "failed", "1603", 123),
+                 "what History.ini says of the event")
+    expect_equal(event["notes"], ["the event log is not in the source"], "notes on the event")
+    expect_equal((event["eventLog"], event["snapshotBefore"], event["snapshotAfter"], event["changes"]),
+                 (None, False, False, None), "the event's log and snapshots")
+    assert "LostCopy | Lost-1 | Upgrade | failed (1603) | no snapshot before or after the install" in out, out
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    assert "Lost-1" in html and "Event log: not in the source" in html, "the page doesn't show the event"
+
+
+if __name__ == "__main__":
+    main(globals())

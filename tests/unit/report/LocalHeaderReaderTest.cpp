@@ -1,0 +1,110 @@
+// An archive whose central directory is cut off, read by its entries' own
+// headers; the archive is made by the system's own archive writer.
+#include <gtest/gtest.h>
+
+#include "report/CArchiveReader.h"
+#include "report/CHistorySource.h"
+#include "report/CLocalHeaderReader.h"
+#include "report/SourceNames.h"
+#include "support/TestFiles.h"
+#include "support/TestMachine.h"
+#include "zip/CZipper.h"
+
+namespace {
+
+// Text that deflate can't make much smaller, so that the archive's entries
+// are about as long as the files.
+std::string Scrambled(std::size_t size, unsigned seed)
+{
+    std::string text;
+    for (std::size_t i = 0; i < size; ++i) {
+        seed = seed * 1103515245u + 12345u;
+        text += static_cast<char>('!' + (seed >> 16) % 90);
+    }
+    return text;
+}
+
+const std::string kA = Scrambled(5000, 1);
+const std::string kB = Scrambled(70000, 2);
+
+class LocalHeaderReaderTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        const std::string history = machine_.MakeHistoryFolder();
+        WriteWholeFile(history + "\\a.txt", kA);
+        WriteWholeFile(history + "\\b.txt", kB);
+        zipPath_ = machine_.Root() + "\\history.zip";
+        CZipper zipper(nullptr, nullptr, false);
+        ASSERT_TRUE(zipper.Open(zipPath_.c_str(), history.c_str(), false));
+        ASSERT_TRUE(zipper.AddFolder(history.c_str(), false));
+        zipper.Close();
+    }
+
+    std::string Read(const CLocalHeaderReader& reader, const std::string& name, bool& whole) const
+    {
+        std::string bytes;
+        whole = reader.Stream(LookupName(name), 1 << 20,
+                              [&bytes](const char* block, std::size_t size) { bytes.append(block, size); });
+        return bytes;
+    }
+
+    TestMachine machine_;
+    std::string zipPath_;
+};
+
+}  // namespace
+
+TEST_F(LocalHeaderReaderTest, AWholeArchiveReadsByItsHeadersAsByItsDirectory)
+{
+    CLocalHeaderReader reader;
+    ASSERT_TRUE(reader.Open(zipPath_));
+    EXPECT_TRUE(reader.CutOffEntries().empty());
+    EXPECT_EQ(reader.WalkEnd(), "");
+    bool whole = false;
+    EXPECT_EQ(Read(reader, "b.txt", whole), kB);
+    EXPECT_TRUE(whole);
+    EXPECT_FALSE(reader.Contains(LookupName("c.txt")));
+}
+
+TEST_F(LocalHeaderReaderTest, AnArchiveCutOffInAnEntryGivesTheEntriesBeforeItAndWhatStandsOfIt)
+{
+    // The archive is cut 1 000 bytes behind the name of the second of the
+    // two files, in whichever order the folder listed them.
+    const std::string bytes = ReadWholeFile(zipPath_);
+    const bool aFirst = bytes.find("a.txt") < bytes.find("b.txt");
+    const std::string first = aFirst ? "a.txt" : "b.txt";
+    const std::string second = aFirst ? "b.txt" : "a.txt";
+    WriteWholeFile(zipPath_, bytes.substr(0, bytes.find(second) + 1000));
+
+    CArchiveReader directory;
+    EXPECT_FALSE(directory.Open(zipPath_));
+    CLocalHeaderReader reader;
+    ASSERT_TRUE(reader.Open(zipPath_));
+    ASSERT_EQ(reader.CutOffEntries().size(), 1u);
+    EXPECT_EQ(LookupName(reader.CutOffEntries()[0]), second);
+    bool read = false;
+    EXPECT_EQ(Read(reader, first, read), aFirst ? kA : kB);
+    EXPECT_TRUE(read);
+    const std::string partial = Read(reader, second, read);
+    EXPECT_FALSE(read);
+    EXPECT_GT(partial.size(), 500u);
+    EXPECT_EQ(partial, (aFirst ? kB : kA).substr(0, partial.size()));
+
+    CHistorySource source;
+    std::string reason;
+    ASSERT_TRUE(source.Open(zipPath_, reason)) << reason;
+    ASSERT_EQ(source.Damage().size(), 2u);
+    EXPECT_EQ(source.Damage()[1], "the archive's entry " + reader.CutOffEntries()[0] +
+                                      " is cut off: what stands of it is read");
+}
+
+TEST_F(LocalHeaderReaderTest, BytesThatHoldNoLocalHeaderAreNoArchive)
+{
+    WriteWholeFile(zipPath_, "not a zip at all");
+    CLocalHeaderReader reader;
+    EXPECT_FALSE(reader.Open(zipPath_));
+    CHistorySource source;
+    std::string reason;
+    EXPECT_FALSE(source.Open(zipPath_, reason));
+}
