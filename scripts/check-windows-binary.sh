@@ -35,8 +35,8 @@ case "$file" in
     *.dll)
         exports="$($objdump -p "$file" | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/p' | sed -n 's/^\s*\[\s*[0-9]*\] //p' | sort | tr '\n' ' ')"
         echo "exports: $exports"
-        if [ "$exports" != "ZORRecordEvent ZORRecordEventAction " ]; then
-            echo "FAIL: the DLL must export exactly ZORRecordEvent and ZORRecordEventAction"; exit 1
+        if [ "$exports" != "ZORMakeEventIdAction ZORRecordEvent ZORRecordEventAction " ]; then
+            echo "FAIL: the DLL must export exactly ZORMakeEventIdAction, ZORRecordEvent and ZORRecordEventAction"; exit 1
         fi ;;
 esac
 echo "check passed"
