@@ -8,8 +8,9 @@ check-release.py zip FILE.zip win32|win64
     link them.
 check-release.py install BUILD_DIR
     `cmake --install` of a Linux build into a fresh folder: exactly the
-    programs, the static library, the header of the C++ entry and the
-    documentation, in the usual places, its links whole as in the zip."""
+    programs, the static library, the header of the C++ entry, the library's
+    CMake and pkg-config package files and the documentation, in the usual
+    places, its links whole as in the zip."""
 import pathlib
 import posixpath
 import re
@@ -27,6 +28,11 @@ WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORH
                  "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"]
 LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "bin/ZORHistoryReport",
                "lib/libZORHistoryRecorder.a",
+               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderConfig.cmake",
+               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderConfigVersion.cmake",
+               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderTargets.cmake",
+               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderTargets-<config>.cmake",
+               "lib/pkgconfig/zorhistoryrecorder.pc",
                "include/zor/history/CHistoryStore.h"]
 # The symbols that a caller's __stdcall declarations ask for.
 IMPORTS = {
@@ -89,9 +95,11 @@ def check_install(build_dir):
                        check=True, capture_output=True)
         root = pathlib.Path(prefix)
         files = [p.relative_to(root).as_posix() for p in root.rglob("*") if p.is_file()]
-        expect_files(files, LINUX_FILES + ["share/doc/ZORGetInstallLog/" + d for d in DOCS],
+        # The imported target's file for the build's configuration (-debug, -release).
+        files = [re.sub(r"Targets-[a-z]+\.cmake$", "Targets-<config>.cmake", f) for f in files]
+        expect_files(files, LINUX_FILES + ["share/doc/zorgetinstalllog/" + d for d in DOCS],
                      f"cmake --install of {build_dir}")
-        docs = root / "share/doc/ZORGetInstallLog"
+        docs = root / "share/doc/zorgetinstalllog"
         expect_links_whole(lambda name: (docs / name).read_text(), DOCS, f"cmake --install of {build_dir}")
     print(f"cmake --install of {build_dir}: release complete")
 

@@ -1,0 +1,26 @@
+# The Linux library's package files, installed with it:
+#   <libdir>/cmake/ZORHistoryRecorder/: find_package(ZORHistoryRecorder CONFIG)
+#     gives ZOR::HistoryRecorder;
+#   <libdir>/pkgconfig/zorhistoryrecorder.pc: pkg-config's flags for it.
+# Both find the prefix from their own place, so an install moves whole.
+include(CMakePackageConfigHelpers)
+set(_zor_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZORHistoryRecorder)
+install(EXPORT ZORHistoryRecorderTargets
+  NAMESPACE ZOR::
+  FILE ZORHistoryRecorderTargets.cmake
+  DESTINATION ${_zor_cmake_dir})
+configure_file(${CMAKE_CURRENT_LIST_DIR}/ZORHistoryRecorderConfig.cmake.in
+  ${CMAKE_BINARY_DIR}/package/ZORHistoryRecorderConfig.cmake @ONLY)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/package/ZORHistoryRecorderConfigVersion.cmake
+  VERSION ${PROJECT_VERSION} COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/package/ZORHistoryRecorderConfig.cmake
+  ${CMAKE_BINARY_DIR}/package/ZORHistoryRecorderConfigVersion.cmake
+  DESTINATION ${_zor_cmake_dir})
+
+# pkg-config: the prefix relative to the .pc file's own folder.
+set(_zor_pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH ZOR_PC_TO_PREFIX /prefix/${_zor_pc_dir} /prefix)
+string(REGEX REPLACE "/$" "" ZOR_PC_TO_PREFIX "${ZOR_PC_TO_PREFIX}")
+configure_file(${CMAKE_CURRENT_LIST_DIR}/zorhistoryrecorder.pc.in
+  ${CMAKE_BINARY_DIR}/package/zorhistoryrecorder.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/package/zorhistoryrecorder.pc DESTINATION ${_zor_pc_dir})
