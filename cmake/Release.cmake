@@ -1,6 +1,7 @@
 # The release: the documentation beside what the source folders install, and
 # on Windows one zip of it all, written by `--target package`:
-# ZORGetInstallLog-<version>-win32.zip or -win64.zip.
+# ZORGetInstallLog-<version>-win32.zip or -win64.zip; on Linux the Debian
+# package (cmake/Debian.cmake).
 include(GNUInstallDirs)
 set(_zor_doc_dir ${CMAKE_INSTALL_DOCDIR})
 if(WIN32)
@@ -9,7 +10,8 @@ endif()
 # README.md beside the folder docs, as in the source tree, so that its links
 # to docs/... lead to the guides in the release too.
 install(FILES README.md DESTINATION ${_zor_doc_dir})
-install(DIRECTORY docs DESTINATION ${_zor_doc_dir})
+# docs/examples holds the Linux installer examples: installed apart, on Linux only.
+install(DIRECTORY docs DESTINATION ${_zor_doc_dir} PATTERN examples EXCLUDE)
 # The tested installer sources that docs/recording.md shows.
 install(FILES tests/installer/RecordWithProgram.wxs tests/installer/RecordWithDll.wxs
   tests/installer/RecordEvent.nsi tests/installer/ZORRecord.nsh tests/installer/zor-event-id.sh
@@ -29,4 +31,6 @@ if(WIN32)
   set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
   set(CPACK_STRIP_FILES ON)
   include(CPack)
+else()
+  include(${CMAKE_CURRENT_LIST_DIR}/Debian.cmake)
 endif()

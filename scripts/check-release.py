@@ -9,7 +9,8 @@ check-release.py zip FILE.zip win32|win64
 check-release.py install BUILD_DIR
     `cmake --install` of a Linux build into a fresh folder: exactly the
     programs, the static library, the header of the C++ entry, the library's
-    CMake and pkg-config package files and the documentation, in the usual
+    CMake and pkg-config package files and the documentation with copyright
+    and changelog.gz, in the usual
     places, its links whole as in the zip."""
 import pathlib
 import posixpath
@@ -34,6 +35,9 @@ LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "bin/ZORHistoryRepo
                "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderTargets-<config>.cmake",
                "lib/pkgconfig/zorhistoryrecorder.pc",
                "include/zor/history/CHistoryStore.h"]
+# Beside the documentation on Linux: the Debian copyright file (from LICENSE)
+# and changelog.
+LINUX_DOCS = ["copyright", "changelog.gz"]
 # The symbols that a caller's __stdcall declarations ask for.
 IMPORTS = {
     "win32": ("i686-w64-mingw32-nm", {"__imp__ZORRecordEvent@8", "__imp__ZORRecordEventAction@4",
@@ -97,7 +101,7 @@ def check_install(build_dir):
         files = [p.relative_to(root).as_posix() for p in root.rglob("*") if p.is_file()]
         # The imported target's file for the build's configuration (-debug, -release).
         files = [re.sub(r"Targets-[a-z]+\.cmake$", "Targets-<config>.cmake", f) for f in files]
-        expect_files(files, LINUX_FILES + ["share/doc/zorgetinstalllog/" + d for d in DOCS],
+        expect_files(files, LINUX_FILES + ["share/doc/zorgetinstalllog/" + d for d in DOCS + LINUX_DOCS],
                      f"cmake --install of {build_dir}")
         docs = root / "share/doc/zorgetinstalllog"
         expect_links_whole(lambda name: (docs / name).read_text(), DOCS, f"cmake --install of {build_dir}")

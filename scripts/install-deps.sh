@@ -26,7 +26,7 @@ ensure_deb_src
 export DEBIAN_FRONTEND=noninteractive
 apt-get update -q
 apt-get install -y -q --no-install-recommends \
-    build-essential cmake ninja-build pkg-config dpkg-dev file unzip python3 \
+    build-essential cmake ninja-build pkg-config dpkg-dev lintian file unzip python3 \
     clang libclang-rt-dev zip p7zip-full time \
     zlib1g-dev libminizip-dev googletest libgtest-dev \
     g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix \

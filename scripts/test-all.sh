@@ -5,7 +5,8 @@
 # code (scripts/x86-probe.py tells; where it can't, one line says why, and the
 # x86 tests that start no Windows program still run). The fuzz targets are
 # built with clang and each runs for a bounded time (ZOR_FUZZ_SECONDS, 30 s
-# each); scripts/fuzz.sh runs them for long.
+# each); scripts/fuzz.sh runs them for long. Last, the Linux release build's
+# Debian package is made and checked.
 #
 # It ends, pass or fail, with the time that each stage took.
 set -euo pipefail
@@ -121,6 +122,14 @@ release_checks() {
     (cd build/win32 && makensis -NOCD -V2 -DRECORDER_DLL=ZORRecorder.dll ../../tests/installer/RecordEvent.nsi)
 }
 
+# The Debian package of the Linux release build: cpack, lintian, and its
+# programs unpacked into a scratch root and run with a scratch /var/lib
+# (tests/package/test_deb.py).
+deb_package() {
+    configure_and_build linux-release
+    ctest --preset linux-release
+}
+
 stage setup install_deps
 stage "linux build" configure_and_build linux
 stage "linux tests" ctest --preset linux
@@ -131,3 +140,4 @@ stage "windows tests" windows_tests
 stage "fuzz build" configure_and_build fuzz
 stage "fuzz runs" ctest --preset fuzz
 stage "release checks" release_checks
+stage "deb package" deb_package
