@@ -12,6 +12,12 @@ endif()
 install(FILES README.md DESTINATION ${_zor_doc_dir})
 # docs/examples holds the Linux installer examples: installed apart, on Linux only.
 install(DIRECTORY docs DESTINATION ${_zor_doc_dir} PATTERN examples EXCLUDE)
+# The Linux installer examples (tests/package/test_deb.py runs them from the package).
+if(NOT WIN32)
+  install(FILES docs/examples/zorserver.postinst docs/examples/zorserver.prerm
+    docs/examples/install-zorserver.sh
+    DESTINATION ${_zor_doc_dir}/examples)
+endif()
 # The tested installer sources that docs/recording.md shows.
 install(FILES tests/installer/RecordWithProgram.wxs tests/installer/RecordWithDll.wxs
   tests/installer/RecordEvent.nsi tests/installer/ZORRecord.nsh tests/installer/zor-event-id.sh

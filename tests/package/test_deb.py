@@ -12,7 +12,10 @@
   run in a private mount namespace (`unshare -m`) with a scratch folder bound
   over /var/lib, so the machine's own store is never touched: the postinst
   makes the history folder (root, 0755), ZORRecordEvent records an event and
-  ZORGetInstallLog -f collects it into a zip whose Summary.txt names it.
+  ZORGetInstallLog -f collects it into a zip whose Summary.txt names it;
+- the installer examples that it ships (docs/examples: a postinst/prerm pair
+  and a shell installer) record their events there too, with their own logs,
+  which the collection stages and Summary.txt and ZORHistoryReport name.
 
 Needs root for the namespace part (it exits with 77, skipped, otherwise)."""
 import argparse
@@ -129,6 +132,67 @@ sh '{postinst}' configure
     print("the unpacked package's postinst made the history folder; its programs recorded and collected an event")
 
 
+def run_examples(root, var_lib, work, out):
+    """The installer examples as the package ships them, with its programs on
+    the PATH: the postinst/prerm pair of a package (install, then remove) and
+    the plain shell installer. Each records an event with its own log; the
+    collection stages the logs and the report names the events."""
+    examples = root / "usr/share/doc/zorgetinstalllog/examples"
+    var_log = work / "var-log"
+    var_log.mkdir()
+    target = out / "zorserver"
+    shell_log = out / "shell-install.log"
+    archive = out / "examples.zip"
+    bin_dir = root / "usr/bin"
+    # One second apart: each EventID holds the time to the second.
+    script = f"""
+set -e
+mount --make-rprivate /
+mount --bind '{var_lib}' /var/lib
+mount --bind '{var_log}' /var/log
+export PATH='{bin_dir}':$PATH
+sh '{examples}/zorserver.postinst' configure
+sleep 1
+sh '{examples}/zorserver.prerm' remove
+sleep 1
+ZOR_RECORD_EVENT='{bin_dir}/ZORRecordEvent' ZOR_INSTALLER_LOG='{shell_log}' sh '{examples}/install-zorserver.sh' '{target}'
+ZORGetInstallLog -f '{archive}'
+ZORHistoryReport '{archive}' > '{out}/report.txt'
+"""
+    run("unshare", "-m", "sh", "-c", script)
+    if not (target / "bin/zorserver").is_file():
+        raise SystemExit("FAIL: the shell installer didn't install its files")
+    ini = (var_lib / "TAQ/ZORHistory/History.ini").read_bytes().decode("latin-1")
+    sections, current = {}, None
+    for line in ini.splitlines():
+        if line.startswith("[ZORServer-"):
+            current = sections.setdefault(line[1:-1], [])
+        elif line.startswith("["):
+            current = None
+        elif current is not None and line:
+            current.append(line)
+    actions = sorted(next(l for l in lines if l.startswith("Action=")) for lines in sections.values())
+    if actions != ["Action=Install", "Action=Install", "Action=Uninstall"]:
+        raise SystemExit(f"FAIL: the examples' events are {sections}")
+    for event, lines in sections.items():
+        for wanted in ("Complete_Flag=TRUE", "Copy_Name=ZORCopy1", "Result=Success"):
+            if wanted not in lines:
+                raise SystemExit(f"FAIL: section [{event}] lacks {wanted!r}: {lines}")
+    with zipfile.ZipFile(archive) as z:
+        names = z.namelist()
+        summary = z.read("Summary.txt").decode("latin-1")
+    report = (out / "report.txt").read_text(errors="replace")
+    for event in sections:
+        if event not in summary:
+            raise SystemExit(f"FAIL: Summary.txt doesn't name {event}:\n{summary}")
+        if event not in report:
+            raise SystemExit(f"FAIL: ZORHistoryReport doesn't name {event}:\n{report}")
+    for log in ("install.log", "shell-install.log"):
+        if not any(name.lower().endswith(log) for name in names):
+            raise SystemExit(f"FAIL: the archive stages no {log}: {names}")
+    print("the examples' events (postinst, prerm, shell installer) are in Summary.txt and the report")
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("--build-dir", required=True)
@@ -147,6 +211,7 @@ def main():
         print("not root: the unpacked package's programs can't run in a private mount namespace; skipped")
         return SKIPPED
     run_unpacked(deb, postinst, work)
+    run_examples(work / "root", work / "var-lib", work, work / "out")
     return 0
 
 
