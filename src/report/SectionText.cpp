@@ -76,12 +76,12 @@ private:
         std::size_t at = 0;
         std::string text;
         for (std::size_t field = 0; field + 1 < count_; ++field) {
-            const RowField& spec = fields_[field];
-            if (at + spec.width > row_.size() || !FittedText(at, spec.width, text) || FillsColumn(spec, text) != 0 ||
-                !Accepts(spec, text, false))
+            const RowField& column = fields_[field];
+            if (at + column.width > row_.size() || !FittedText(at, column.width, text) || FillsColumn(column, text) != 0 ||
+                !Accepts(column, text, false))
                 return false;
             values.push_back(text);
-            at += spec.width;
+            at += column.width;
         }
         text = LastText(at);
         if (FillsColumn(fields_[count_ - 1], text) != 0 || !Accepts(fields_[count_ - 1], text, true))
@@ -144,9 +144,9 @@ private:
     // stands, one with a column without its padding.
     std::string LastText(std::size_t at) const
     {
-        const RowField& spec = fields_[count_ - 1];
+        const RowField& column = fields_[count_ - 1];
         const std::string rest = row_.substr(at);
-        return spec.width == 0 || rest.size() > spec.width ? rest : TrimmedText(rest);
+        return column.width == 0 || rest.size() > column.width ? rest : TrimmedText(rest);
     }
 
     // The cost of the field's text from `at` to `next`, and of the best
@@ -186,15 +186,15 @@ private:
         if (best_[Place(field, at)] != kUnknown)
             return best_[Place(field, at)];
         best_[Place(field, at)] = kNone;
-        const RowField& spec = fields_[field];
+        const RowField& column = fields_[field];
         std::string text;
-        if (at + spec.width <= row_.size() && FittedText(at, spec.width, text))
-            Consider(field, at, at + spec.width, text);
+        if (at + column.width <= row_.size() && FittedText(at, column.width, text))
+            Consider(field, at, at + column.width, text);
         // A longer text fills the column, so it costs at least 1 and, as long
         // as a shorter one, loses to it; a strict reading takes no text past
         // two blanks in a row.
-        const int leastLonger = spec.width != 0 ? 1 : 0;
-        for (std::size_t length = spec.width + 1; length <= spec.longest && at + length <= row_.size() &&
+        const int leastLonger = column.width != 0 ? 1 : 0;
+        for (std::size_t length = column.width + 1; length <= column.longest && at + length <= row_.size() &&
                                                   !IsBlank(row_[at]) && best_[Place(field, at)] > leastLonger;
              ++length) {
             if (strict_ && length >= 2 && IsBlank(row_[at + length - 2]) && IsBlank(row_[at + length - 1]))
