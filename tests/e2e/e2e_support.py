@@ -152,15 +152,20 @@ def file_lines(env, path):
     return text[: -len(env.eol)].split(env.eol)
 
 
-def section_lines(env, section):
-    """The Key=Value lines of one section of History.ini, in file order."""
+def store_section_lines(store, section):
+    """The Key=Value lines of one section of the store's History.ini, in file order."""
     lines, inside = [], False
-    for line in (env.store / "History.ini").read_bytes().decode("latin-1").splitlines():
+    for line in (store / "History.ini").read_bytes().decode("latin-1").splitlines():
         if line.startswith("["):
             inside = line == f"[{section}]"
         elif inside and line:
             lines.append(line)
     return lines
+
+
+def section_lines(env, section):
+    """The Key=Value lines of one section of History.ini, in file order."""
+    return store_section_lines(env.store, section)
 
 
 def expect_lines_match(actual, expected, what):

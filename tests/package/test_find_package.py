@@ -13,6 +13,9 @@ import shutil
 import subprocess
 import sys
 
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "e2e"))
+from e2e_support import store_section_lines  # noqa: E402
+
 HERE = pathlib.Path(__file__).resolve().parent
 
 
@@ -24,22 +27,12 @@ def run(*command, env=None):
     return result.stdout
 
 
-def section(store, name):
-    lines, inside = [], False
-    for line in (store / "History.ini").read_bytes().decode("latin-1").splitlines():
-        if line.startswith("["):
-            inside = line == f"[{name}]"
-        elif inside and line:
-            lines.append(line)
-    return lines
-
-
 def record_and_check(program, store, event):
     copy = f"Copy-{event}"
     run(program, "-start", event, "-Product", "ZOR Server 9", "-Action", "Install")
     run(program, "-logmessage", event, "-message", "linked with the installed library")
     run(program, "-end", event, "-CopyName", copy, "-Result", "Success")
-    lines = section(store, event)
+    lines = store_section_lines(store, event)
     for wanted in (f"Event_ID={event}", "Action=Install", "Product=ZOR Server 9",
                    f"Copy_Name={copy}", "Complete_Flag=TRUE", "Result=Success"):
         if wanted not in lines:
@@ -104,7 +97,7 @@ def main():
         *flags, *shlex.split(args.link_flags))
     record_and_check(program, store, "PkgConfig-1")
 
-    count = section(store, "History")
+    count = store_section_lines(store, "History")
     if count != ["Count=2"]:
         raise SystemExit(f"FAIL: section [History] is {count}, not Count=2")
     shutil.rmtree(store.parent, ignore_errors=True)
