@@ -249,10 +249,24 @@ def main(namespace):
     run_tests([(name, lambda test=test: test(env)) for name, test in tests], env.reset)
 
 
+# The exit code of a script whose tests were all skipped: CTest shows it as
+# skipped (SKIP_RETURN_CODE), not as passed.
+ALL_SKIPPED = 77
+
+
+class Skipped(Exception):
+    """A test that this build or this machine can't run, and why."""
+
+
+def skip(reason):
+    raise Skipped(reason)
+
+
 def run_tests(tests, before_each):
     """Runs each (name, test) in order, each after before_each(), prints how
-    each went and "N passed, N failed", and exits with 1 if any failed or none ran."""
-    passed = failed = 0
+    each went and "N passed, N failed, N skipped", and exits with 1 if any
+    failed or none was there, ALL_SKIPPED if all were skipped."""
+    passed = failed = skipped = 0
     for name, test in tests:
         before_each()
         began = time.monotonic()
@@ -260,9 +274,14 @@ def run_tests(tests, before_each):
             test()
             passed += 1
             print(f"PASS {name} ({time.monotonic() - began:.1f} s)")
+        except Skipped as reason:
+            skipped += 1
+            print(f"SKIP {name}: {reason}")
         except Exception:
             failed += 1
             print(f"FAIL {name} ({time.monotonic() - began:.1f} s)")
             traceback.print_exc(file=sys.stdout)
-    print(f"{passed} passed, {failed} failed")
-    sys.exit(1 if failed or not passed else 0)
+    print(f"{passed} passed, {failed} failed, {skipped} skipped")
+    if failed or not (passed or skipped):
+        sys.exit(1)
+    sys.exit(0 if passed else ALL_SKIPPED)

@@ -10,7 +10,7 @@ import random
 import shutil
 import time
 
-from e2e_support import check_archive, expect_equal, main, profile_bytes
+from e2e_support import check_archive, expect_equal, main, profile_bytes, skip
 
 SUCCESS = "The file '{}' is created successfully"
 FAILURE = " Failed to create file '{}'"
@@ -114,7 +114,7 @@ def test_disk_full_while_history_ini_is_written_keeps_the_old_file(env):
 # -- files and folders in the wrong state ------------------------------------------
 def test_read_only_history_ini_is_left_as_it_is(env):
     if not env.native and as_root():
-        return  # Wine run by the superuser writes a file whose mode is 0444
+        skip("not under Wine run by root; Wine run by the superuser writes a file whose mode is 0444")
     before = lay_down(env)
     ini = env.store / "History.ini"
     ini.chmod(0o444)
@@ -266,7 +266,7 @@ def test_damaged_history_ini_gives_a_whole_event_and_keeps_the_rest(env):
 
 def test_a_history_ini_of_50_mb_is_collected(env):
     if not env.native:
-        return  # a minute of Wine's profile calls for one run; the logic is the same
+        skip("the Linux build only; a minute of Wine's profile calls for one run; the logic is the same")
     env.store.mkdir(parents=True)
     padding = [("Pad%05d" % n, "v" * 100) for n in range(480_000)]
     data = profile_bytes([("History", [("Count", "1")] + padding), finished_event(1)])

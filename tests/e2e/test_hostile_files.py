@@ -14,7 +14,7 @@ import tempfile
 import threading
 import zipfile
 
-from e2e_support import main, check_archive, expect_equal, section_lines
+from e2e_support import main, check_archive, expect_equal, section_lines, skip
 
 EVENT = "E1"
 COPY = "C1"
@@ -84,7 +84,7 @@ def expect_honest_event_collected(env, archive, event_id=EVENT, copy=COPY):
 # -- item: a staged copy never runs as anyone ----------------------------------
 def test_staged_copies_never_keep_setuid_setgid_sticky_or_execute_bits(env):
     if not second_user_available(env):
-        return  # a Windows copy takes over attributes only; there is no mode to keep
+        skip("needs root and a second, unprivileged user; a Windows copy takes over attributes only, there is no mode to keep")
     folder = attacker_folder()
     try:
         names = {"l": ("setuid.log", 0o7777), "t": ("private.log", 0o600), "u": ("readonly.log", 0o444)}
@@ -110,7 +110,7 @@ def test_a_log_that_its_folders_keep_private_stays_private_when_staged(env):
     as the log was. Beside it, a log in a folder that everyone may search keeps
     its mode."""
     if not (env.native and os.geteuid() == 0):
-        return  # a Windows copy takes over attributes only; there is no mode to keep
+        skip("needs the Linux build run by root; a Windows copy takes over attributes only, there is no mode to keep")
     private_folder = tempfile.mkdtemp(prefix="zor-private-")
     open_folder = tempfile.mkdtemp(prefix="zor-open-")
     try:
@@ -173,7 +173,7 @@ def expect_honest_log_collected(env, archive):
 
 def test_a_link_named_as_an_installer_log_is_not_followed(env):
     if not second_user_available(env):
-        return  # needs a second user
+        skip("needs root and a second, unprivileged user")
     folder = attacker_folder()
     secret_folder, secret = root_only_secret()
     try:
@@ -204,7 +204,7 @@ def collect_within_a_bound(env, name="x.zip"):
 
 def test_fifos_in_the_store_and_named_as_logs_dont_hang_the_collection(env):
     if not second_user_available(env):
-        return  # needs a second user
+        skip("needs root and a second, unprivileged user")
     folder = attacker_folder()
     try:
         as_nobody("mkfifo", f"{folder}/setup.log")
@@ -227,7 +227,7 @@ def test_fifos_in_the_store_and_named_as_logs_dont_hang_the_collection(env):
 
 def test_links_in_the_store_are_not_followed_out_of_it(env):
     if not second_user_available(env):
-        return  # needs a second user
+        skip("needs root and a second, unprivileged user")
     secret_folder, secret = root_only_secret()
     try:
         folder = writable_event_folder(env)
@@ -245,7 +245,7 @@ def test_links_in_the_store_are_not_followed_out_of_it(env):
 
 def test_the_archive_replaces_a_link_planted_at_its_name(env):
     if not second_user_available(env):
-        return  # needs a second user
+        skip("needs root and a second, unprivileged user")
     folder = attacker_folder()
     secret_folder, secret = root_only_secret()
     try:
@@ -294,7 +294,7 @@ def test_folder_links_in_place_of_event_and_copy_folders_are_never_written_throu
     the hand-over, the staged copies and the copy's summary pass them by, and
     the events are still recorded in History.ini."""
     if env.native and not second_user_available(env):
-        return  # needs a second user
+        skip("needs root and a second, unprivileged user")
     outside = pathlib.Path(attacker_folder())
     os.chmod(outside, 0o777)
     installer_log = env.work / "setup.log"
@@ -332,7 +332,7 @@ def test_root_writes_nothing_through_what_a_user_planted_in_an_old_store(env):
     their own in it, with a link for its Summary.txt and a hard link or link
     in place of files that root writes. Root's calls write none of them."""
     if not second_user_available(env):
-        return
+        skip("needs root and a second, unprivileged user")
     record_event(env)
     for folder in (env.appdata / "TAQ", env.store, env.store / COPY, env.store / COPY / EVENT):
         os.chmod(folder, 0o777)
@@ -354,11 +354,13 @@ def test_root_writes_nothing_through_what_a_user_planted_in_an_old_store(env):
     assert (planted / "Summary.txt").is_symlink(), "the planted link was replaced"
     assert "Event_ID=E2" in section_lines(env, "E2"), section_lines(env, "E2")
     assert "C2\\Summary.txt" not in archive_names(archive), "a link was packed"
+    expect_equal(os.listdir(planted), ["Summary.txt"], "what root put in the user's folder")
+    assert (env.store / "E2" / "ZORInstallEvent.Log").is_file(), "E2 stays in the store's root"
 
 
 def test_a_history_ini_that_a_user_linked_is_not_written_by_root(env):
     if not second_user_available(env):
-        return
+        skip("needs root and a second, unprivileged user")
     env.store.mkdir(parents=True)
     os.chmod(env.store, 0o777)
     secret = pathlib.Path(attacker_folder()) / "root-only"
@@ -369,9 +371,28 @@ def test_a_history_ini_that_a_user_linked_is_not_written_by_root(env):
     expect_equal(secret.read_bytes(), b"root only\n", "the file that History.ini's link names")
 
 
+def test_a_history_ini_with_a_second_name_is_not_written_by_root(env):
+    """Where the system lets a user link any file (fs.protected_hardlinks=0),
+    a user can give a root-only file a second name as History.ini in a store
+    left writable by everyone; root makes the same link here. Root writes no
+    file of two names, whoever made the second."""
+    if not (env.native and os.geteuid() == 0):
+        skip("needs the Linux build run by root")
+    env.store.mkdir(parents=True)
+    os.chmod(env.store, 0o777)
+    secret = pathlib.Path(attacker_folder()) / "root-only"
+    secret.write_bytes(b"[History]\r\nCount=7\r\n")
+    os.chmod(secret, 0o600)
+    os.link(secret, env.store / "History.ini")
+    record(env, "-start", EVENT)
+    record(env, "-end", EVENT, "-CopyName", COPY, "-Result", "Success")
+    expect_equal(secret.read_bytes(), b"[History]\r\nCount=7\r\n", "the file of two names")
+    assert (env.store / COPY / EVENT / "ZORInstallEvent.Log").is_file(), "the event log"
+
+
 def test_a_fifo_in_place_of_history_ini_doesnt_hang_the_report(env):
     if not env.native:
-        return
+        skip("the Linux build only")
     env.store.mkdir(parents=True)
     os.mkfifo(env.store / "History.ini")
     code, _, _ = env.run_full("ZORHistoryReport", str(env.store), "-o",

@@ -10,7 +10,7 @@ import resource
 import shutil
 import subprocess
 
-from e2e_support import expect_equal, main
+from e2e_support import expect_equal, main, skip
 
 PROCESS_HEADER = "Process ID         Process Name                     "
 PROCESS_END = "---------- Process List ( end )-------------------- "
@@ -69,7 +69,7 @@ def limit_descriptors(limit):
 
 def test_three_hundred_events_in_one_process_with_128_descriptors_list_everything(env):
     if not env.native:
-        return
+        skip("the Linux build only")
     events = 300
     _, probe = start_program(env, "zormany", "600")
     try:
@@ -97,7 +97,7 @@ def test_three_hundred_events_in_one_process_with_128_descriptors_list_everythin
 
 def test_control_characters_of_a_process_name_are_written_as_question_marks(env):
     if not env.native:
-        return
+        skip("the Linux build only")
     _, probe = start_program(env, "zor\nForged line\r\t\x1b[31mred\x7f", "60")
     try:
         record(env, "-start", "Names-1")
@@ -111,7 +111,7 @@ def test_control_characters_of_a_process_name_are_written_as_question_marks(env)
 
 def test_a_deleted_executable_is_listed_by_its_name(env):
     if not env.native:
-        return
+        skip("the Linux build only")
     program, probe = start_program(env, "zorgone", "60")
     program.unlink()
     try:
@@ -124,7 +124,7 @@ def test_a_deleted_executable_is_listed_by_its_name(env):
 
 def test_a_deleted_executable_named_with_a_line_end_is_one_line(env):
     if not env.native:
-        return
+        skip("the Linux build only")
     program, probe = start_program(env, "zor\nx (deleted)", "60")
     program.unlink()
     try:
@@ -137,7 +137,7 @@ def test_a_deleted_executable_named_with_a_line_end_is_one_line(env):
 
 def test_an_executable_whose_name_ends_like_a_deleted_one_keeps_its_name(env):
     if not env.native:
-        return
+        skip("the Linux build only")
     _, probe = start_program(env, "zorkept (deleted)", "60")
     try:
         record(env, "-start", "Kept-1")

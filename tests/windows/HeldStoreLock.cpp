@@ -3,6 +3,7 @@
 // ZORRecordEvent, in the current folder, records an event; the recorder waits
 // for the lock's bound and then records the event whole. Argument: the
 // history folder.
+#include <chrono>
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
@@ -13,6 +14,12 @@
 #include "platform/StoreLock.h"
 
 namespace {
+
+// The recorder waits for the held lock until its bound, a minute, has passed,
+// and no longer: less would mean the lock was never waited for, much more
+// that the wait had no bound. The slack is for Wine starting the program.
+constexpr std::chrono::seconds kShortestWait(55);
+constexpr std::chrono::seconds kLongestWait(150);
 
 // Named anew at each run, so that no event of an earlier run in the same
 // store can pass for this one.
@@ -44,9 +51,16 @@ int main(int argc, char** argv)
     }
     const std::string eventID = NewEventID();
     const std::string command = "ZORRecordEvent.exe -start " + eventID;
+    const auto began = std::chrono::steady_clock::now();
     const int code = std::system(command.c_str());
+    const auto waited = std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - began);
+    std::cout << "the recorder took " << waited.count() << " s" << std::endl;
     if (code != 0) {
         std::cout << "FAIL: the recorder returned " << code << std::endl;
+        ++failures;
+    }
+    if (waited < kShortestWait || waited > kLongestWait) {
+        std::cout << "FAIL: the recorder did not wait for the lock's bound" << std::endl;
         ++failures;
     }
     const std::string ini = ReadWhole(folder + "\\History.ini");

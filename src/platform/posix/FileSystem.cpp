@@ -197,8 +197,6 @@ bool PlantedForRoot(const struct stat& status)
     return geteuid() == 0 && status.st_uid != 0;
 }
 
-// Root writes only its own files of one name: another name elsewhere (a hard
-// link) would lead the write there.
 bool RootMayWrite(const struct stat& status)
 {
     return geteuid() != 0 || (!PlantedForRoot(status) && status.st_nlink == 1);
@@ -210,12 +208,24 @@ namespace {
 // the maker's, the history, a copy's and an event's folder.
 constexpr int kStoreFoldersAbove = 4;
 
-// Whether root would write through a link that another user owns, among the
-// folders that hold the entry as deep as the store nests: a user could have
-// planted it in a store that older code left writable by everyone, and it
-// would lead root's write wherever that user chose. Other callers are held by
-// the folders' permissions.
-bool LeadsThroughPlantedLink(const std::string& systemPath)
+// The folder below which the store's tools make everything: the maker's
+// folder in the machine-wide application data folder.
+bool LiesInMachineStore(const std::string& folder)
+{
+    static const std::string makers = std::string(ZOR_COMMON_APPDATA) + "/TAQ";
+    return folder.compare(0, makers.size(), makers) == 0 &&
+           (folder.size() == makers.size() || folder[makers.size()] == '/');
+}
+
+// Whether root would write through something that another user put in its
+// way, among the folders that hold the entry as deep as the store nests: a
+// link that another user owns, anywhere, or a folder of another user's in the
+// machine's store. A user could have made either in a store that older code
+// left writable by everyone. A link would lead root's write wherever that
+// user chose; in a folder of their own, the user can swap what root checked
+// for a link at any moment. Other callers are held by the folders'
+// permissions.
+bool LeadsThroughPlantedEntry(const std::string& systemPath)
 {
     if (geteuid() != 0)
         return false;
@@ -226,7 +236,8 @@ bool LeadsThroughPlantedLink(const std::string& systemPath)
             return false;
         folder.resize(separator);
         struct stat status;
-        if (lstat(folder.c_str(), &status) == 0 && S_ISLNK(status.st_mode) && PlantedForRoot(status))
+        if (lstat(folder.c_str(), &status) == 0 && PlantedForRoot(status) &&
+            (S_ISLNK(status.st_mode) || (S_ISDIR(status.st_mode) && LiesInMachineStore(folder))))
             return true;
     }
     return false;
@@ -236,7 +247,7 @@ bool LeadsThroughPlantedLink(const std::string& systemPath)
 
 int OpenCheckedPath(const std::string& systemPath, bool writes)
 {
-    if (writes && LeadsThroughPlantedLink(systemPath))
+    if (writes && LeadsThroughPlantedEntry(systemPath))
         return -1;
     const int flags = O_PATH | O_CLOEXEC | (writes ? O_NOFOLLOW : 0);
     const int descriptor = open(systemPath.c_str(), flags);
@@ -325,7 +336,7 @@ bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base
 {
     const std::string systemPath = SystemPath(path);
     const bool writes = (mode & (std::ios_base::out | std::ios_base::app)) != 0;
-    if (writes && (posix::IsReadOnlyFile(systemPath) || posix::LeadsThroughPlantedLink(systemPath)))
+    if (writes && (posix::IsReadOnlyFile(systemPath) || posix::LeadsThroughPlantedEntry(systemPath)))
         return false;
     if (writes)
         posix::MakeMissingFile(systemPath);
@@ -387,7 +398,7 @@ bool PutFileInPlace(const std::string& temporaryPath, const std::string& path)
 
 bool CreateFolder(const std::string& path)
 {
-    return !path.empty() && !posix::LeadsThroughPlantedLink(SystemPath(path)) &&
+    return !path.empty() && !posix::LeadsThroughPlantedEntry(SystemPath(path)) &&
            posix::MakeFolderWithFolderMode(SystemPath(path));
 }
 
@@ -503,7 +514,7 @@ bool CopyOpenFile(int source, const struct stat& sourceStatus, mode_t reach,
 // may name.
 bool CopyFileNoOverwrite(const std::string& source, const std::string& target)
 {
-    if (source.empty() || target.empty() || posix::LeadsThroughPlantedLink(SystemPath(target)))
+    if (source.empty() || target.empty() || posix::LeadsThroughPlantedEntry(SystemPath(target)))
         return false;
     const int input = posix::OpenRegularFile(SystemPath(source));
     if (input < 0)
@@ -576,7 +587,7 @@ bool MovePath(const std::string& source, const std::string& target)
         return false;
     const std::string from = SystemPath(source);
     const std::string to = SystemPath(target);
-    if (posix::LeadsThroughPlantedLink(from) || posix::LeadsThroughPlantedLink(to) ||
+    if (posix::LeadsThroughPlantedEntry(from) || posix::LeadsThroughPlantedEntry(to) ||
         HoldsOpenAtOrBelow(from))
         return false;
     if (RenameNoReplace(from, to) == 0)

@@ -28,10 +28,11 @@ int OpenRegularFile(const std::string& systemPath);
 // nothing, so a FIFO or device is never waited on; -1 for anything else. For a
 // write, a link in the last component is not followed, and root is refused a
 // file that another user owns or that has a second name (a hard link), and a
-// path that leads through a folder link that another user owns, as deep as
-// the store nests: such a file or link in the store was put there by someone
-// else, and root would write wherever it leads. Other callers are held by the
-// file's permissions.
+// path that leads, as deep as the store nests, through a folder link that
+// another user owns or through another user's folder in the machine's store:
+// such a file, link or folder in the store was put there by someone else, and
+// root would write wherever it leads. Other callers are held by the file's
+// permissions.
 int OpenCheckedPath(const std::string& systemPath, bool writes);
 
 // The name under which a descriptor's file is opened again: that very file,
@@ -41,6 +42,12 @@ std::string DescriptorPath(int descriptor);
 // Whether root must not write through this entry of the store: a symbolic
 // link, or a file, that another user owns.
 bool PlantedForRoot(const struct stat& status);
+
+// Whether this process may write the file: root writes only its own files of
+// one name, since another name elsewhere (a hard link that a user made in a
+// store left writable by everyone) would lead the write there. Other callers
+// are held by the file's permissions.
+bool RootMayWrite(const struct stat& status);
 
 // The attribute word of an existing entry: the folder bit for a folder,
 // otherwise the archive bit, plus the read-only bit when this process

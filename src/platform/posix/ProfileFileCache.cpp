@@ -230,7 +230,8 @@ bool ProfileFileCache::ChangeMissingFile(const std::string& systemPath, const Do
 
 // The file is changed where a link leads, as the Windows calls change it, but
 // root follows no link that another user made and writes no file that another
-// user owns: those were put in the store by someone else (see ChangeOpenFile).
+// user owns or that has a second name: those were put in the store by someone
+// else (see ChangeOpenFile).
 bool ProfileFileCache::ChangeAt(const std::string& systemPath, int openFlags,
                                 const DocumentChange& change)
 {
@@ -255,7 +256,7 @@ bool ProfileFileCache::ChangeOpenFile(int fd, const std::string& systemPath,
 {
     struct stat status;
     Lock(fd, LOCK_EX);
-    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) || PlantedForRoot(status) ||
+    if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) || !RootMayWrite(status) ||
         (AttributesOf(systemPath, status) & kAttributeReadOnly) != 0)
         return false;
     ProfileDocument document;
