@@ -1,9 +1,18 @@
-# The Linux library's package files, installed with it:
+# The recorder's package files, installed with its libraries:
 #   <libdir>/cmake/ZORHistoryRecorder/: find_package(ZORHistoryRecorder CONFIG)
-#     gives ZOR::HistoryRecorder;
-#   <libdir>/pkgconfig/zorhistoryrecorder.pc: pkg-config's flags for it.
+#     gives ZOR::HistoryRecorder, and on Windows ZOR::Recorder;
+#   <libdir>/pkgconfig/zorhistoryrecorder.pc (Linux): pkg-config's flags for
+#     the static library.
 # Both find the prefix from their own place, so an install moves whole.
 include(CMakePackageConfigHelpers)
+# The Windows builds compile minizip into the static library; on Linux the
+# installed package finds the system's.
+get_target_property(_zor_minizip_type zor_minizip TYPE)
+if(_zor_minizip_type STREQUAL "STATIC_LIBRARY")
+  set(ZOR_PACKAGE_FINDS_MINIZIP FALSE)
+else()
+  set(ZOR_PACKAGE_FINDS_MINIZIP TRUE)
+endif()
 set(_zor_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/ZORHistoryRecorder)
 install(EXPORT ZORHistoryRecorderTargets
   NAMESPACE ZOR::
@@ -17,6 +26,9 @@ install(FILES ${CMAKE_BINARY_DIR}/package/ZORHistoryRecorderConfig.cmake
   ${CMAKE_BINARY_DIR}/package/ZORHistoryRecorderConfigVersion.cmake
   DESTINATION ${_zor_cmake_dir})
 
+if(WIN32)
+  return()
+endif()
 # pkg-config: the prefix relative to the .pc file's own folder.
 set(_zor_pc_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH ZOR_PC_TO_PREFIX /prefix/${_zor_pc_dir} /prefix)

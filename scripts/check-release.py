@@ -3,7 +3,9 @@
 
 check-release.py zip FILE.zip win32|win64
     The Windows zip: exactly the programs, the DLL, its header, both import
-    libraries and the documentation, below one folder named like the zip; the
+    libraries, the static library with the header of its C++ entry, the
+    library's CMake package files and the documentation, below one folder
+    named like the zip; the
     import libraries name the DLL's exports as callers of that architecture
     link them.
 check-release.py install BUILD_DIR
@@ -24,17 +26,18 @@ DOCS = ["README.md", "docs/event-log.md", "docs/faults.md", "docs/recording.md",
         "docs/history-report.png",
         "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi",
         "examples/ZORRecord.nsh", "examples/zor-event-id.sh"]
+# The static library, the header of its C++ entry and its CMake package files.
+LIBRARY_FILES = ["lib/libZORHistoryRecorder.a",
+                 "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderConfig.cmake",
+                 "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderConfigVersion.cmake",
+                 "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderTargets.cmake",
+                 "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderTargets-<config>.cmake",
+                 "include/zor/history/CHistoryStore.h"]
 WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORHistoryReport.exe",
                  "bin/ZORRecorder.dll",
-                 "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"]
+                 "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"] + LIBRARY_FILES
 LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "bin/ZORHistoryReport",
-               "lib/libZORHistoryRecorder.a",
-               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderConfig.cmake",
-               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderConfigVersion.cmake",
-               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderTargets.cmake",
-               "lib/cmake/ZORHistoryRecorder/ZORHistoryRecorderTargets-<config>.cmake",
-               "lib/pkgconfig/zorhistoryrecorder.pc",
-               "include/zor/history/CHistoryStore.h"]
+               "lib/pkgconfig/zorhistoryrecorder.pc"] + LIBRARY_FILES
 # Beside the documentation on Linux: the Debian copyright file (from LICENSE),
 # changelog and the Linux installer examples.
 LINUX_DOCS = ["copyright", "changelog.gz",
@@ -46,6 +49,11 @@ IMPORTS = {
     "win64": ("x86_64-w64-mingw32-nm", {"__imp_ZORRecordEvent", "__imp_ZORRecordEventAction",
                                        "__imp_ZORMakeEventIdAction"}),
 }
+
+
+def any_config(name):
+    """The name of a package file that depends on the build's configuration, for any one."""
+    return re.sub(r"Targets-[a-z]+\.cmake$", "Targets-<config>.cmake", name)
 
 
 def expect_files(actual, expected, where):
@@ -79,7 +87,8 @@ def check_zip(path, arch):
         names = [n for n in z.namelist() if not n.endswith("/")]
         outside = [n for n in names if not n.startswith(top)]
         assert not outside, f"entries outside {top}: {outside}"
-        expect_files([n[len(top):] for n in names], WINDOWS_FILES + ["doc/" + d for d in DOCS], path)
+        expect_files([any_config(n[len(top):]) for n in names], WINDOWS_FILES + ["doc/" + d for d in DOCS],
+                     path)
         expect_links_whole(lambda name: z.read(top + "doc/" + name).decode("utf-8"), DOCS, path)
         with tempfile.TemporaryDirectory() as folder:
             for library in ("lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"):
@@ -101,7 +110,7 @@ def check_install(build_dir):
         root = pathlib.Path(prefix)
         files = [p.relative_to(root).as_posix() for p in root.rglob("*") if p.is_file()]
         # The imported target's file for the build's configuration (-debug, -release).
-        files = [re.sub(r"Targets-[a-z]+\.cmake$", "Targets-<config>.cmake", f) for f in files]
+        files = [any_config(f) for f in files]
         expect_files(files, LINUX_FILES + ["share/doc/zorgetinstalllog/" + d for d in DOCS + LINUX_DOCS],
                      f"cmake --install of {build_dir}")
         docs = root / "share/doc/zorgetinstalllog"
