@@ -3,7 +3,7 @@
 # zorgetinstalllog_<version>_<arch>.deb. Programs in /usr/bin, the library,
 # its header and package files in the multiarch folders, the documentation,
 # the examples, copyright (from LICENSE) and changelog.gz in
-# /usr/share/doc/zorgetinstalllog. Its postinst makes the history folder below
+# /usr/share/doc/zorgetinstalllog, the manual pages in /usr/share/man/man1. Its postinst makes the history folder below
 # ZOR_COMMON_APPDATA; the package deletes nothing of it, ever.
 set(ZOR_DEB_MAINTAINER "The ZORGetInstallLog developers <zorgetinstalllog@taq.example.com>"
   CACHE STRING "Maintainer of the Debian package (Name <address>)")
@@ -25,17 +25,32 @@ License: Expat
  ${_zor_license}
 ")
 
-# changelog.gz, compressed as Debian wants it: best, without a time stamp.
+# <file>.gz in the build's debian folder, compressed as Debian wants it: best,
+# without a time stamp.
+function(zor_debian_gzip file)
+  get_filename_component(_name ${file} NAME)
+  execute_process(COMMAND gzip -9nc
+    INPUT_FILE ${file}
+    OUTPUT_FILE ${CMAKE_BINARY_DIR}/debian/${_name}.gz
+    RESULT_VARIABLE _zor_gzip)
+  if(NOT _zor_gzip EQUAL 0)
+    message(FATAL_ERROR "gzip of ${file} failed")
+  endif()
+endfunction()
+
 configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/changelog.in ${CMAKE_BINARY_DIR}/debian/changelog @ONLY)
-execute_process(COMMAND gzip -9nc
-  INPUT_FILE ${CMAKE_BINARY_DIR}/debian/changelog
-  OUTPUT_FILE ${CMAKE_BINARY_DIR}/debian/changelog.gz
-  RESULT_VARIABLE _zor_gzip)
-if(NOT _zor_gzip EQUAL 0)
-  message(FATAL_ERROR "gzip of the Debian changelog failed")
-endif()
+zor_debian_gzip(${CMAKE_BINARY_DIR}/debian/changelog)
 install(FILES ${CMAKE_BINARY_DIR}/debian/copyright ${CMAKE_BINARY_DIR}/debian/changelog.gz
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# The programs' manual pages.
+foreach(_zor_program ZORGetInstallLog ZORRecordEvent ZORHistoryReport)
+  zor_debian_gzip(${PROJECT_SOURCE_DIR}/docs/man/${_zor_program}.1)
+  install(FILES ${CMAKE_BINARY_DIR}/debian/${_zor_program}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+endforeach()
+set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+  ${PROJECT_SOURCE_DIR}/docs/man/ZORGetInstallLog.1 ${PROJECT_SOURCE_DIR}/docs/man/ZORRecordEvent.1
+  ${PROJECT_SOURCE_DIR}/docs/man/ZORHistoryReport.1)
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/debian/postinst.in ${CMAKE_BINARY_DIR}/debian/postinst @ONLY)
 

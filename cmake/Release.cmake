@@ -11,7 +11,7 @@ endif()
 # to docs/... lead to the guides in the release too.
 install(FILES README.md DESTINATION ${_zor_doc_dir})
 # docs/examples holds the Linux installer examples: installed apart, on Linux only.
-install(DIRECTORY docs DESTINATION ${_zor_doc_dir} PATTERN examples EXCLUDE)
+install(DIRECTORY docs DESTINATION ${_zor_doc_dir} PATTERN examples EXCLUDE PATTERN man EXCLUDE)
 # The Linux installer examples (tests/package/test_deb.py runs them from the package).
 if(NOT WIN32)
   install(FILES docs/examples/zorserver.postinst docs/examples/zorserver.prerm

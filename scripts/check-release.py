@@ -10,7 +10,7 @@ check-release.py zip FILE.zip win32|win64
     link them.
 check-release.py install BUILD_DIR
     `cmake --install` of a Linux build into a fresh folder: exactly the
-    programs, the static library, the header of the C++ entry, the library's
+    programs and their manual pages, the static library, the header of the C++ entry, the library's
     CMake and pkg-config package files and the documentation with copyright
     and changelog.gz, in the usual
     places, its links whole as in the zip."""
@@ -37,6 +37,8 @@ WINDOWS_FILES = ["bin/ZORGetInstallLog.exe", "bin/ZORRecordEvent.exe", "bin/ZORH
                  "bin/ZORRecorder.dll",
                  "include/ZORRecorder.h", "lib/ZORRecorder.lib", "lib/libZORRecorder.dll.a"] + LIBRARY_FILES
 LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "bin/ZORHistoryReport",
+               "share/man/man1/ZORGetInstallLog.1.gz", "share/man/man1/ZORRecordEvent.1.gz",
+               "share/man/man1/ZORHistoryReport.1.gz",
                "lib/pkgconfig/zorhistoryrecorder.pc"] + LIBRARY_FILES
 # Beside the documentation on Linux: the Debian copyright file (from LICENSE),
 # changelog and the Linux installer examples.
