@@ -18,7 +18,9 @@ bool CreateStoreFolder(const std::string& path);
 // A store that older code made writable by others is set right, when the
 // caller owns it: on POSIX the history folder, its parent, the event and copy
 // folders below it and History.ini get the store's modes back. Links are not
-// followed, and what belongs to another user is left alone. On Windows the
+// followed, and what belongs to another user is left alone, except that root
+// sets aside, under a dot-name beside it, what another user put in place of
+// the history folder or of History.ini (see SetAsidePlanted). On Windows the
 // two top folders get the store's DACL, when their owners may be trusted and
 // neither is a junction or link.
 void SecureExistingStore(const std::string& historyFolder);

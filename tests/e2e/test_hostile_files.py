@@ -358,36 +358,101 @@ def test_root_writes_nothing_through_what_a_user_planted_in_an_old_store(env):
     assert (env.store / "E2" / "ZORInstallEvent.Log").is_file(), "E2 stays in the store's root"
 
 
-def test_a_history_ini_that_a_user_linked_is_not_written_by_root(env):
+def old_store(env):
+    """A store that older code left writable by everyone, with one event."""
+    record_event(env)
+    for folder in (env.appdata / "TAQ", env.store, env.store / COPY, env.store / COPY / EVENT):
+        os.chmod(folder, 0o777)
+
+
+def root_only_profile():
+    """A root-only file in the profile format, outside the store."""
+    secret = pathlib.Path(attacker_folder()) / "root-only"
+    secret.write_bytes(b"[History]\r\nCount=7\r\n[E9]\r\nProduct=ROOT-ONLY-SECRET\r\nCopy_Name=C1\r\n")
+    os.chmod(secret, 0o600)
+    return secret
+
+
+def report_of_the_store(env):
+    """What root's report of the store folder says, if it writes one."""
+    report = env.work / "report.json"
+    report.unlink(missing_ok=True)
+    code, _, _ = env.run_full("ZORHistoryReport", str(env.store), "-json", str(report))
+    assert code in (0, 1), f"the report's exit code {code}"
+    return report.read_bytes() if report.exists() else b""
+
+
+def expect_recorded_anew(env, event_id, set_aside):
+    """The event is in a History.ini of root's own, and the planted entry is
+    set aside under its dot-name, where the archive passes it over."""
+    assert set_aside.exists() or set_aside.is_symlink(), f"{set_aside.name} is not set aside"
+    ini = env.store / "History.ini"
+    assert not ini.is_symlink() and ini.stat().st_uid == 0 and ini.stat().st_nlink == 1, "History.ini"
+    assert f"Event_ID={event_id}" in section_lines(env, event_id), section_lines(env, event_id)
+    assert set_aside.name not in "".join(archive_names(collect(env))), "a set-aside entry was packed"
+
+
+def test_a_history_ini_that_a_user_linked_is_neither_written_nor_read_by_root(env):
     if not second_user_available(env):
         skip("needs root and a second, unprivileged user")
-    env.store.mkdir(parents=True)
-    os.chmod(env.store, 0o777)
-    secret = pathlib.Path(attacker_folder()) / "root-only"
-    secret.write_bytes(b"root only\n")
-    os.chmod(secret, 0o600)
+    old_store(env)
+    secret = root_only_profile()
+    content = secret.read_bytes()
+    (env.store / "History.ini").unlink()
     as_nobody("ln", "-s", str(secret), str(env.store / "History.ini"))
-    record(env, "-start", EVENT)
-    expect_equal(secret.read_bytes(), b"root only\n", "the file that History.ini's link names")
+    assert b"ROOT-ONLY" not in report_of_the_store(env), "the report read through the link"
+    record(env, "-start", "E2")
+    record(env, "-end", "E2", "-CopyName", COPY, "-Result", "Success")
+    expect_equal(secret.read_bytes(), content, "the file that History.ini's link names")
+    expect_recorded_anew(env, "E2", env.store / ".History.ini.set-aside-1")
+    for summary in (env.store / "Summary.txt", env.store / COPY / "Summary.txt"):
+        assert "ROOT-ONLY" not in summary.read_text(errors="replace"), f"{summary} shows the linked file"
 
 
-def test_a_history_ini_with_a_second_name_is_not_written_by_root(env):
+def test_a_history_ini_with_a_second_name_is_neither_written_nor_read_by_root(env):
     """Where the system lets a user link any file (fs.protected_hardlinks=0),
     a user can give a root-only file a second name as History.ini in a store
-    left writable by everyone; root makes the same link here. Root writes no
-    file of two names, whoever made the second."""
+    left writable by everyone; root makes the same link here. Root uses no
+    file of two names as History.ini, whoever made the second: it is set
+    aside and the history goes on in a new one."""
     if not (env.native and os.geteuid() == 0):
         skip("needs the Linux build run by root")
-    env.store.mkdir(parents=True)
-    os.chmod(env.store, 0o777)
-    secret = pathlib.Path(attacker_folder()) / "root-only"
-    secret.write_bytes(b"[History]\r\nCount=7\r\n")
-    os.chmod(secret, 0o600)
+    old_store(env)
+    secret = root_only_profile()
+    content = secret.read_bytes()
+    (env.store / "History.ini").unlink()
     os.link(secret, env.store / "History.ini")
-    record(env, "-start", EVENT)
-    record(env, "-end", EVENT, "-CopyName", COPY, "-Result", "Success")
-    expect_equal(secret.read_bytes(), b"[History]\r\nCount=7\r\n", "the file of two names")
-    assert (env.store / COPY / EVENT / "ZORInstallEvent.Log").is_file(), "the event log"
+    assert b"ROOT-ONLY" not in report_of_the_store(env), "the report read the file"
+    record(env, "-start", "E2")
+    record(env, "-end", "E2", "-CopyName", COPY, "-Result", "Success")
+    expect_equal(secret.read_bytes(), content, "the file of two names")
+    expect_recorded_anew(env, "E2", env.store / ".History.ini.set-aside-1")
+    assert "ROOT-ONLY" not in (env.store / "Summary.txt").read_text(errors="replace"), "the summary"
+
+
+def test_a_history_folder_that_a_user_replaced_is_set_aside_and_made_anew(env):
+    """A user moved the history folder away in an old store and put a folder
+    of their own, or a link to one, in its place: root writes nothing into
+    theirs, sets it aside, and records into a store of its own again."""
+    if not second_user_available(env):
+        skip("needs root and a second, unprivileged user")
+    for kind in ("folder", "link"):
+        env.reset()
+        old_store(env)
+        outside = pathlib.Path(attacker_folder())
+        as_nobody("mv", str(env.store), str(env.store.parent / "moved"))
+        if kind == "folder":
+            as_nobody("mkdir", "-m", "0777", str(env.store))
+        else:
+            as_nobody("ln", "-s", str(outside), str(env.store))
+        record(env, "-start", "E2")
+        record(env, "-end", "E2", "-CopyName", COPY, "-Result", "Success")
+        expect_equal(os.listdir(outside), [], f"{kind}: what root wrote where the link points")
+        set_aside = env.store.parent / ".ZORHistory.set-aside-1"
+        assert set_aside.is_symlink() or os.listdir(set_aside) == [], f"{kind}: what root wrote in theirs"
+        expect_equal(stat.S_IMODE(env.store.parent.stat().st_mode), 0o755, f"{kind}: the maker's folder")
+        expect_equal(env.store.stat().st_uid, 0, f"{kind}: the new history folder's owner")
+        expect_recorded_anew(env, "E2", set_aside)
 
 
 def test_a_fifo_in_place_of_history_ini_doesnt_hang_the_report(env):

@@ -217,14 +217,8 @@ bool LiesInMachineStore(const std::string& folder)
            (folder.size() == makers.size() || folder[makers.size()] == '/');
 }
 
-// Whether root would write through something that another user put in its
-// way, among the folders that hold the entry as deep as the store nests: a
-// link that another user owns, anywhere, or a folder of another user's in the
-// machine's store. A user could have made either in a store that older code
-// left writable by everyone. A link would lead root's write wherever that
-// user chose; in a folder of their own, the user can swap what root checked
-// for a link at any moment. Other callers are held by the folders'
-// permissions.
+}  // namespace
+
 bool LeadsThroughPlantedEntry(const std::string& systemPath)
 {
     if (geteuid() != 0)
@@ -243,7 +237,22 @@ bool LeadsThroughPlantedEntry(const std::string& systemPath)
     return false;
 }
 
-}  // namespace
+int RootOpenFlags(const std::string& systemPath)
+{
+    if (geteuid() != 0)
+        return 0;
+    if (LeadsThroughPlantedEntry(systemPath))
+        return -1;
+    struct stat entry;
+    if (lstat(systemPath.c_str(), &entry) == 0 && S_ISLNK(entry.st_mode))
+        return PlantedForRoot(entry) ? -1 : 0;
+    return O_NOFOLLOW;
+}
+
+bool RootMayRead(const struct stat& status)
+{
+    return geteuid() != 0 || status.st_uid != 0 || status.st_nlink == 1;
+}
 
 int OpenCheckedPath(const std::string& systemPath, bool writes)
 {

@@ -43,6 +43,27 @@ std::string DescriptorPath(int descriptor);
 // link, or a file, that another user owns.
 bool PlantedForRoot(const struct stat& status);
 
+// Whether root would use an entry through something that another user put in
+// its way, among the folders that hold the entry as deep as the store nests: a
+// link that another user owns, anywhere, or a folder of another user's in the
+// machine's store. A user could have made either in a store that older code
+// left writable by everyone. A link would lead root wherever that user chose;
+// in a folder of their own, the user can swap what root checked for a link at
+// any moment. Other callers are held by the folders' permissions.
+bool LeadsThroughPlantedEntry(const std::string& systemPath);
+
+// How root opens a file of the store by its path: -1 where root must not use
+// it at all (it lies beyond what another user put in its way, or is another
+// user's link), otherwise the flags to open it with: O_NOFOLLOW, unless it is
+// a link that root made itself, the administrator's choice. Other callers: 0,
+// so that a link leads where it leads, as it does on Windows.
+int RootOpenFlags(const std::string& systemPath);
+
+// Whether root may read the open file as a file of the store: not a file of
+// root's with a second name, which may be any root-only file that a user
+// linked into a store left writable by everyone.
+bool RootMayRead(const struct stat& status);
+
 // Whether this process may write the file: root writes only its own files of
 // one name, since another name elsewhere (a hard link that a user made in a
 // store left writable by everyone) would lead the write there. Other callers

@@ -66,12 +66,13 @@ bool ReadLocked(const std::string& systemPath, std::string& bytes, FileIdentity&
 {
     for (int attempt = 0; attempt < kReadAttempts; ++attempt) {
         // Not waited on when it is a FIFO: only a regular file is read.
-        const int fd = open(systemPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+        const int rootFlags = RootOpenFlags(systemPath);
+        const int fd = rootFlags < 0 ? -1 : open(systemPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | rootFlags);
         if (fd < 0)
             return false;
         struct stat before, after;
         Lock(fd, LOCK_SH);
-        const bool read = fstat(fd, &before) == 0 && S_ISREG(before.st_mode) &&
+        const bool read = fstat(fd, &before) == 0 && S_ISREG(before.st_mode) && RootMayRead(before) &&
                           ReadWhole(fd, bytes) && fstat(fd, &after) == 0;
         close(fd);
         if (!read)
@@ -185,6 +186,10 @@ ProfileOpenResult ProfileFileCache::Open(const std::string& systemPath,
 bool ProfileFileCache::Change(const std::string& systemPath, const DocumentChange& change)
 {
     struct stat status;
+    if (RootOpenFlags(systemPath) < 0) {
+        Forget(systemPath);
+        return false;
+    }
     if (stat(systemPath.c_str(), &status) == 0)
         return ChangeAt(systemPath, O_RDWR, change);
     if (errno == ENOENT && FolderExists(FolderOf(systemPath)))
@@ -229,18 +234,14 @@ bool ProfileFileCache::ChangeMissingFile(const std::string& systemPath, const Do
 }
 
 // The file is changed where a link leads, as the Windows calls change it, but
-// root follows no link that another user made and writes no file that another
-// user owns or that has a second name: those were put in the store by someone
-// else (see ChangeOpenFile).
+// root follows no link that another user made, nothing below another user's
+// folder, and writes no file that another user owns or that has a second
+// name: those were put in the store by someone else (see ChangeOpenFile).
 bool ProfileFileCache::ChangeAt(const std::string& systemPath, int openFlags,
                                 const DocumentChange& change)
 {
-    struct stat entry;
-    if (lstat(systemPath.c_str(), &entry) == 0 && S_ISLNK(entry.st_mode) && PlantedForRoot(entry)) {
-        Forget(systemPath);
-        return false;
-    }
-    const int fd = open(systemPath.c_str(), openFlags | O_CLOEXEC | O_NONBLOCK);
+    const int rootFlags = RootOpenFlags(systemPath);
+    const int fd = rootFlags < 0 ? -1 : open(systemPath.c_str(), openFlags | O_CLOEXEC | O_NONBLOCK | rootFlags);
     const bool changed = fd >= 0 && ChangeOpenFile(fd, systemPath, change);
     if (fd >= 0)
         close(fd);

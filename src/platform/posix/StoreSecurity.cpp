@@ -7,7 +7,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "platform/FileSystem.h"
 #include "platform/posix/StoreModes.h"
@@ -18,6 +21,8 @@ namespace {
 
 constexpr mode_t kWritableByOthers = S_IWGRP | S_IWOTH;
 constexpr char kIniFileName[] = "History.ini";
+// Set-aside names tried for planted entries before giving up.
+constexpr int kSetAsideAttempts = 100;
 
 bool OwnedAndWritableByOthers(const struct stat& status)
 {
@@ -85,6 +90,33 @@ bool NeedsSecuring(int folder)
     return fstat(folder, &status) == 0 && OwnedAndWritableByOthers(status);
 }
 
+// Whether root must set the entry aside: another user's link, folder or file,
+// or a file of root's with a second name, which may be any root-only file
+// that a user linked there.
+bool PlantedForRootAt(int folder, const char* name)
+{
+    struct stat status;
+    return geteuid() == 0 && fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+           (status.st_uid != 0 || (S_ISREG(status.st_mode) && status.st_nlink > 1));
+}
+
+// An entry that another user put in place of the history folder or of
+// History.ini, while the store was writable by everyone, is renamed to a
+// dot-name beside it, which the archive passes over and the administrator
+// finds; the store's own entry is then made anew in its place. Root would
+// otherwise refuse it for ever (it leads where its maker chose) and record no
+// event again.
+void SetAsidePlanted(int folder, const char* name)
+{
+    if (!PlantedForRootAt(folder, name))
+        return;
+    for (int attempt = 1; attempt <= kSetAsideAttempts; ++attempt) {
+        const std::string aside = "." + std::string(name) + ".set-aside-" + std::to_string(attempt);
+        if (renameat2(folder, name, folder, aside.c_str(), RENAME_NOREPLACE) == 0 || errno != EEXIST)
+            return;
+    }
+}
+
 }  // namespace
 
 bool CreateStoreFolder(const std::string& path)
@@ -96,21 +128,29 @@ bool CreateStoreFolder(const std::string& path)
 // finds them still writable by others and does the whole work again.
 void SecureExistingStore(const std::string& historyFolder)
 {
-    const int history = open(SystemPath(historyFolder).c_str(),
-                             O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (history < 0)
+    const std::string path = SystemPath(historyFolder);
+    const std::size_t slash = path.rfind('/');
+    if (slash == std::string::npos || slash == 0)
         return;
-    const int parent = OpenFolderAt(history, "..");
-    if (NeedsSecuring(history) || (parent >= 0 && NeedsSecuring(parent))) {
-        SecureFoldersIn(history, 2);
-        SecureIniFile(history);
-        SetModeIfOwnedAndOpen(history, posix::kFolderMode);
-        if (parent >= 0)
-            SetModeIfOwnedAndOpen(parent, posix::kFolderMode);
+    const int parent = open(path.substr(0, slash).c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (parent < 0)
+        return;
+    const std::string name = path.substr(slash + 1);
+    SetAsidePlanted(parent, name.c_str());
+    const int history = OpenFolderAt(parent, name.c_str());
+    if (history >= 0)
+        SetAsidePlanted(history, kIniFileName);
+    if (NeedsSecuring(parent) || (history >= 0 && NeedsSecuring(history))) {
+        if (history >= 0) {
+            SecureFoldersIn(history, 2);
+            SecureIniFile(history);
+            SetModeIfOwnedAndOpen(history, posix::kFolderMode);
+        }
+        SetModeIfOwnedAndOpen(parent, posix::kFolderMode);
     }
-    if (parent >= 0)
-        close(parent);
-    close(history);
+    if (history >= 0)
+        close(history);
+    close(parent);
 }
 
 }  // namespace platform
