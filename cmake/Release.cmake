@@ -10,7 +10,8 @@ endif()
 # README.md beside the folder docs, as in the source tree, so that its links
 # to docs/... lead to the guides in the release too.
 install(FILES README.md DESTINATION ${_zor_doc_dir})
-# docs/examples holds the Linux installer examples: installed apart, on Linux only.
+# docs/examples holds the installer examples: installed apart, the Linux ones
+# on Linux only; docs/man the manual pages, installed on Linux only.
 install(DIRECTORY docs DESTINATION ${_zor_doc_dir} PATTERN examples EXCLUDE PATTERN man EXCLUDE)
 # The Linux installer examples (tests/package/test_deb.py runs them from the package).
 if(NOT WIN32)
@@ -18,9 +19,10 @@ if(NOT WIN32)
     docs/examples/install-zorserver.sh
     DESTINATION ${_zor_doc_dir}/examples)
 endif()
-# The tested installer sources that docs/recording.md shows.
+# The tested installer sources that docs/recording.md shows, among them the
+# shell function that the Linux examples source.
 install(FILES tests/installer/RecordWithProgram.wxs tests/installer/RecordWithDll.wxs
-  tests/installer/RecordEvent.nsi tests/installer/ZORRecord.nsh tests/installer/zor-event-id.sh
+  tests/installer/RecordEvent.nsi tests/installer/ZORRecord.nsh docs/examples/zor-event-id.sh
   DESTINATION ${_zor_doc_dir}/examples)
 
 if(WIN32)

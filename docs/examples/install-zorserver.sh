@@ -1,21 +1,27 @@
 #!/bin/sh
 # A plain shell installer that records its install in the machine's
 # installation history: -start before anything changes, a -logmessage for
-# each step, -end with the copy and the result (Failed when a step fails).
-# -l names the installer's own log, which ZORGetInstallLog -f later stages
-# beside the event.
+# each step, -end with the copy and the result (Failed, and exit code 1, when
+# a step fails). Every run is an event of its own: a new EventID from
+# zor-event-id.sh, which lies beside this script, and a log of its own named
+# after it, which -l records and ZORGetInstallLog -f later stages beside the
+# event (a log that a later run wrote again would be staged in its place).
 #
 #   install-zorserver.sh [TARGET_FOLDER]   (default /opt/zorserver; as root)
 #
 # ZOR_RECORD_EVENT names the recorder (default ZORRecordEvent on the PATH);
-# ZOR_INSTALLER_LOG the log (default /var/log/zorserver-install.log). The
+# ZOR_LOG_DIR the folder of the logs (default /var/log/zorserver). The
 # history never stops the install: the recorder's result is ignored.
 set -u
 
+. "$(dirname "$0")/zor-event-id.sh"
 target=${1:-/opt/zorserver}
 recorder=${ZOR_RECORD_EVENT:-ZORRecordEvent}
-log=${ZOR_INSTALLER_LOG:-/var/log/zorserver-install.log}
-event="ZORServer-$(date +%Y%m%d-%H%M%S)-$(od -An -N2 -tx2 /dev/urandom | tr -d ' \n')"
+event=$(zor_event_id ZORServer)
+# An absolute path: the collection looks the log up from a folder of its own.
+log_dir=${ZOR_LOG_DIR:-/var/log/zorserver}
+mkdir -p "$log_dir"
+log=$(cd "$log_dir" && pwd)/$event.log
 
 record() {
     "$recorder" "$@" >/dev/null 2>&1 || true
@@ -29,8 +35,9 @@ record -start "$event" -Product "ZOR Server" -Version 9.2 -Action Install -Type 
     -Path "$target" -Command "$0 $*" -l "$log"
 
 result=Success
-if mkdir -p "$target/bin" && printf '#!/bin/sh\necho ZOR Server 9.2\n' > "$target/bin/zorserver" \
-        && chmod 0755 "$target/bin/zorserver"; then
+# The steps' own error messages go to the log too.
+if { mkdir -p "$target/bin" && printf '#!/bin/sh\necho ZOR Server 9.2\n' > "$target/bin/zorserver" \
+        && chmod 0755 "$target/bin/zorserver"; } 2>> "$log"; then
     say "Copied the server files"
     record -logmessage "$event" -message "Copied the server files"
 else

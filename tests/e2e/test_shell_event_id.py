@@ -8,7 +8,7 @@ import subprocess
 
 from e2e_support import expect_equal, main, section_lines, skip
 
-FUNCTION = pathlib.Path(__file__).resolve().parent.parent / "installer" / "zor-event-id.sh"
+FUNCTION = pathlib.Path(__file__).resolve().parents[2] / "docs" / "examples" / "zor-event-id.sh"
 
 
 def event_id(*names):

@@ -7,6 +7,9 @@
 ; x86 DLL for the usual 32-bit installer, the x64 DLL with -DAMD64.
 ; The product's data, ZORServer.dat, lies beside the setup; without it the
 ; install fails, records the failure and ends with exit code 2.
+; Every run writes a log of its own, named after its EventID in $TEMP, and
+; passes it with -l, so that ZORGetInstallLog -f stages it beside the event
+; (a path that a later run wrote again would give this event that run's log).
 !ifdef AMD64
   Target amd64-unicode
   !define PROGRAM_FILES "$PROGRAMFILES64"
@@ -26,15 +29,27 @@ UninstPage instfiles
 Var ZorEvent
 Var ZorType
 Var ZorResult
+Var ZorLog
+Var ZorLogFile
 
-; The DLL in the plug-in folder, a new EventID, and the kind of run.
+; The DLL in the plug-in folder, a new EventID, the run's own log, and the
+; kind of run.
 !macro ZORPrepare
   InitPluginsDir
   File "/oname=$PLUGINSDIR\ZORRecorder.dll" "${RECORDER_DLL}"
   !insertmacro ZORMakeEventId $ZorEvent "ZORServer"
+  StrCpy $ZorLog "$TEMP\$ZorEvent.log"
   StrCpy $ZorType "GUI"
   IfSilent 0 +2
     StrCpy $ZorType "Silent"
+!macroend
+
+; Appends one line to the run's own log.
+!macro ZORLog TEXT
+  FileOpen $ZorLogFile $ZorLog a
+  FileSeek $ZorLogFile 0 END
+  FileWrite $ZorLogFile "${TEXT}$\r$\n"
+  FileClose $ZorLogFile
 !macroend
 
 Section "ZOR Server"
@@ -51,9 +66,12 @@ Section "ZOR Server"
   Push $INSTDIR
   Push "-Command"
   Push $CMDLINE
-  Push 12
+  Push "-l"
+  Push $ZorLog
+  Push 14
   Call ZORRecord
   Pop $ZorResult
+  !insertmacro ZORLog "Installing ZOR Server into $INSTDIR"
 
   ClearErrors
   IfFileExists "$EXEDIR\ZORServer.dat" 0 failed
@@ -61,6 +79,7 @@ Section "ZOR Server"
   CopyFiles /SILENT "$EXEDIR\ZORServer.dat" "$INSTDIR"
   WriteUninstaller "$INSTDIR\Uninstall.exe"
   IfErrors failed
+  !insertmacro ZORLog "Copied ZORServer.dat"
 
   Push "-end"
   Push $ZorEvent
@@ -68,13 +87,16 @@ Section "ZOR Server"
   Push "ZORCopy1"
   Push "-Result"
   Push "Success"
-  Push 6
+  Push "-l"
+  Push $ZorLog
+  Push 8
   Call ZORRecord
   Pop $ZorResult
   Return
 
   ; Every value as NSIS writes it: $\" for a quote, $$ for a dollar sign.
   failed:
+  !insertmacro ZORLog "ZORServer.dat isn't beside the setup: the install fails"
   Push "-logmessage"
   Push $ZorEvent
   Push "-message"
@@ -88,7 +110,9 @@ Section "ZOR Server"
   Push "ZORCopy1"
   Push "-Result"
   Push "Failed: ZORServer.dat isn't beside the setup"
-  Push 6
+  Push "-l"
+  Push $ZorLog
+  Push 8
   Call ZORRecord
   Pop $ZorResult
   Abort "ZORServer.dat isn't beside the setup"
@@ -106,13 +130,17 @@ Section "Uninstall"
   Push $ZorType
   Push "-Path"
   Push $INSTDIR
-  Push 10
+  Push "-l"
+  Push $ZorLog
+  Push 12
   Call un.ZORRecord
   Pop $ZorResult
+  !insertmacro ZORLog "Removing ZOR Server from $INSTDIR"
 
   Delete "$INSTDIR\ZORServer.dat"
   Delete "$INSTDIR\Uninstall.exe"
   RMDir "$INSTDIR"
+  !insertmacro ZORLog "Removed the files"
 
   Push "-end"
   Push $ZorEvent
@@ -120,7 +148,9 @@ Section "Uninstall"
   Push "ZORCopy1"
   Push "-Result"
   Push "Success"
-  Push 6
+  Push "-l"
+  Push $ZorLog
+  Push 8
   Call un.ZORRecord
   Pop $ZorResult
 SectionEnd

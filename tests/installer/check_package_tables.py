@@ -114,9 +114,12 @@ def test_package_with_broken_data_calls_the_dll(build):
 def test_package_running_the_program(build):
     package = build.package("RecordWithProgram.wxs", "ZORRecordEvent.exe", "ZORRecorder.dll")
     expect_arch(build, package)
-    for name in ("RecordStart", "RecordEnd", "RecordRemovalStart", "RecordRemovalEnd"):
+    for name in ("RecordStart", "RecordEnd", "RecordRemovalStart"):
         expect_action(package, name, [PROGRAM_ACTION_TYPE, "ZORRecordEvent.exe"])
-    expect_action(package, "RecordFailure", [DLL_ROLLBACK_TYPE, "ZORRecorder", "ZORRecordEventAction"])
+    # The uninstall ends after RemoveFiles has taken the program away.
+    expect_action(package, "RecordRemovalEnd", [DLL_ACTION_TYPE, "ZORRecorder", "ZORRecordEventAction"])
+    for name in ("RecordFailure", "RecordRemovalFailure"):
+        expect_action(package, name, [DLL_ROLLBACK_TYPE, "ZORRecorder", "ZORRecordEventAction"])
     expect_event_id_action(package)
 
 

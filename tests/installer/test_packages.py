@@ -4,22 +4,26 @@ Wine's msiexec in a private prefix, and the NSIS example is built with
 makensis and run silently; then the store, the archive and the report are
 checked.
 
-- RecordWithDll.wxs calls ZORRecorder.dll from its Binary table: install,
-  repair, upgrade to a later version (which removes the earlier one, an event
-  of its own), uninstall, and an install that fails and rolls back.
-- RecordWithProgram.wxs installs ZORRecordEvent.exe and runs it: install,
-  uninstall (under an EventID that the command line gives) and a failed
-  install.
+- RecordWithDll.wxs calls ZORRecorder.dll from its Binary table, and
+  RecordWithProgram.wxs installs ZORRecordEvent.exe and runs it: each
+  records install, repair, upgrade to a later version (which removes the
+  earlier one, an event of its own), an uninstall that fails and rolls back,
+  uninstall (under an EventID that the command line gives) and an install
+  that fails and rolls back, each one event with its action and result in
+  History.ini, Summary.txt and the report; the uninstall's -start runs before
+  RemoveFiles and its -end after it.
 - RecordWithBrokenData.wxs calls ZORRecordEventAction also with no, a
   modeless and a broken CustomActionData; the install still succeeds.
-- RecordEvent.nsi: install, uninstall, and an install that fails.
+- RecordEvent.nsi: install, uninstall, and an install that fails, each with
+  its own log, which the archive holds; the report shows the failure.
 - ZORRecordCheck.nsi: ZORRecord.nsh's function with quotes, apostrophes, "$",
   a long value and a line end, and every register kept.
 
 Each run of msiexec has its log of its own (/l*v and ZOR_INSTALLER_LOG, one
-absolute path), as the documentation asks. The failure is forced by a
-deferred action that the test adds to the package: it fails when the
-property ZOR_TEST_FAIL is 1, behind the product's files and before -end.
+absolute path), as the documentation asks; the install names it in a
+stand-in for MsiLogFileLocation, which wins over another path in
+ZOR_INSTALLER_LOG. The failures are forced by deferred actions that the test
+adds to the package: they fail when the property ZOR_TEST_FAIL is 1.
 
 Every package and installer is built for the architecture of the build under
 test: the x86 build's as 32-bit packages, installed below "Program Files (x86)"
@@ -43,18 +47,32 @@ GIVEN_EVENT = "Removal-Given-1"
 DLL_PRODUCT = "ZOR Server (recorded by ZORRecorder.dll)"
 PROGRAM_PRODUCT = "ZOR Server (recorded by ZORRecordEvent.exe)"
 
-# A deferred action that fails when ZOR_TEST_FAIL is 1: Wine's cmd.exe,
-# named by a property, ends with exit code 1, which Return="check" makes the
-# install's failure. It runs behind the product's files and before -end
-# (6598), so the install rolls back.
-FORCED_FAILURE = """
+# Deferred actions that fail when ZOR_TEST_FAIL is 1: Wine's cmd.exe, named
+# by a property, ends with exit code 1, which Return="check" makes the run's
+# failure, so that it rolls back. An install fails behind the product's files
+# and before -end (6598); an uninstall before RemoveFiles (3500), since Wine's
+# msiexec can't put removed files back and stops the rollback there, before
+# the rollback actions behind it.
+# Wine's msiexec doesn't set MsiLogFileLocation, which Windows Installer's
+# sets to the path of /l: ZOR_TEST_LOG_LOCATION stands in for it, set before
+# the package reads it (1441).
+TEST_ACTIONS = """
     <CustomAction Id="ZorTestFailureProgram" Property="ZOR_TEST_FAILURE" Value="[SystemFolder]cmd.exe"/>
     <CustomAction Id="ZorTestFailure" Property="ZOR_TEST_FAILURE" ExeCommand="/c exit 1"
                   Execute="deferred" Impersonate="no" Return="check"/>
+    <CustomAction Id="ZorTestRemovalFailure" Property="ZOR_TEST_FAILURE" ExeCommand="/c exit 1"
+                  Execute="deferred" Impersonate="no" Return="check"/>
+    <CustomAction Id="ZorTestLogLocation" Property="MsiLogFileLocation" Value="[ZOR_TEST_LOG_LOCATION]"/>
     <InstallExecuteSequence>
+      <Custom Action="ZorTestLogLocation" Sequence="1439">ZOR_TEST_LOG_LOCATION</Custom>
       <Custom Action="ZorTestFailureProgram" Sequence="1449"/>
-      <Custom Action="ZorTestFailure" Sequence="6590">ZOR_TEST_FAIL = "1"</Custom>"""
+      <Custom Action="ZorTestRemovalFailure" Sequence="3450">ZOR_TEST_FAIL = "1" AND REMOVE~="ALL"</Custom>
+      <Custom Action="ZorTestFailure" Sequence="6590">ZOR_TEST_FAIL = "1" AND NOT (REMOVE~="ALL")</Custom>"""
 
+
+# An installer log that the command line names where MsiLogFileLocation,
+# which wins over it, names the run's own.
+ELSEWHERE = "ZOR_INSTALLER_LOG=C:\\Logs\\not-this-one.log"
 
 # A failed install ends msiexec with 1603 (ERROR_INSTALL_FAILURE) on Windows;
 # Wine's msiexec ends it with 1627 (ERROR_FUNCTION_FAILED) when a custom
@@ -62,8 +80,8 @@ FORCED_FAILURE = """
 FAILED = {1603 % 256, 1627 % 256}
 
 
-def with_forced_failure(text):
-    return text.replace("\n    <InstallExecuteSequence>", FORCED_FAILURE, 1)
+def with_test_actions(text):
+    return text.replace("\n    <InstallExecuteSequence>", TEST_ACTIONS, 1)
 
 
 def program_files(env):
@@ -83,15 +101,18 @@ def installed_files(env):
 def build_package(env, source, binaries, version="9.2.0"):
     return package_build.build(SOURCES / source, env.work / f"stage-{version}",
                                [env.bin_dir / b for b in binaries], env.arch,
-                               [f"Version={version}"], with_forced_failure)
+                               [f"Version={version}"], with_test_actions)
 
 
 def msiexec(env, name, *args):
-    """msiexec with a log of this run's own, named in ZOR_INSTALLER_LOG too;
-    returns the exit code and the host path of the log."""
+    """msiexec with a log of this run's own, named in ZOR_INSTALLER_LOG too,
+    or, where `args` give ZOR_INSTALLER_LOG another path, in the stand-in for
+    MsiLogFileLocation, which wins over it; returns the exit code and the
+    host path of the log."""
     log = env.work / f"{name}.log"
+    named_in = "ZOR_TEST_LOG_LOCATION" if ELSEWHERE in args else "ZOR_INSTALLER_LOG"
     command = ["msiexec", *args, "/qn", "/l*v", env.program_path(log),
-               "ZOR_INSTALLER_LOG=" + env.program_path(log)]
+               f"{named_in}={env.program_path(log)}"]
     result = subprocess.run(env.runner + command, capture_output=True, timeout=600)
     return result.returncode, log
 
@@ -143,9 +164,10 @@ def expect_event(env, event, action, result, version, log, product):
     expect_equal(len(snapshots), 2, f"snapshots of {event}")
 
 
-def collect_and_report(env, logs):
-    """The archive holds each run's installer log below its event; the
-    report's console line of each event shows its action and outcome."""
+def collect_and_report(env, logs, results):
+    """The archive holds each run's installer log below its event, and the
+    copy's Summary.txt each event's result; the report's console line of each
+    event shows its action and outcome."""
     archive = env.work / "history.zip"
     code, output = env.run("ZORGetInstallLog", "-f", env.program_path(archive))
     expect_equal(code, 0, f"exit code of ZORGetInstallLog, output {output!r}")
@@ -153,6 +175,11 @@ def collect_and_report(env, logs):
         for event, log in logs.items():
             expect_equal(z.read(f"{COPY}\\{event}\\{log.name}"), log.read_bytes(),
                          f"the installer's log of {event} in the archive")
+        summary = z.read(f"{COPY}\\Summary.txt").decode("latin-1").splitlines()
+    for event, result in results.items():
+        block = summary[summary.index(f"Event ID        :{event}"):]
+        expect_equal(next(line for line in block if line.startswith("Result ")), f"Result          :{result}",
+                     f"result of {event} in the copy's Summary.txt")
     code, output = env.run("ZORHistoryReport", env.program_path(archive),
                            "-o", env.program_path(env.work / "report.html"))
     expect_equal(code, 0, f"exit code of ZORHistoryReport, output {output!r}")
@@ -165,55 +192,78 @@ def expect_report_line(report, event, action, outcome):
     assert lines[0].startswith(f"{COPY} | {event} | {action} | {outcome}"), lines[0]
 
 
-def test_package_calling_the_dll_records_every_run(env):
-    binaries = ["ZORRecorder.dll"]
-    first = build_package(env, "RecordWithDll.wxs", binaries)
-    later = build_package(env, "RecordWithDll.wxs", binaries, "9.3.0")
-    # A repair as Windows Installer's msiexec /fa makes it: Wine's msiexec
-    # gives /fa no package of an installed product (exit code 69).
-    runs = [("install", 0, "/i", first), ("repair", 0, "/i", first, "REINSTALL=ALL", "REINSTALLMODE=vomus"),
-            ("upgrade", 0, "/i", later), ("uninstall", 0, "/x", later),
-            ("failure", FAILED, "/i", first, "ZOR_TEST_FAIL=1")]
-    with removed_afterwards(env, first, later):
-        logs = [expect_msiexec(env, name, code, option, env.program_path(package), *more)
-                for name, code, option, package, *more in runs]
+# Each run of a package: its name, msiexec's exit code, option, package
+# (0 the first version, 1 the later one) and further arguments. The install
+# names its log in MsiLogFileLocation's stand-in and another in
+# ZOR_INSTALLER_LOG. A repair as Windows Installer's msiexec /fa makes it:
+# Wine's msiexec gives /fa no package of an installed product (exit code 69).
+# The uninstall is given its EventID on the command line, which
+# ZORMakeEventIdAction leaves as it is.
+RUNS = [("install", 0, "/i", 0, ELSEWHERE), ("repair", 0, "/i", 0, "REINSTALL=ALL", "REINSTALLMODE=vomus"),
+        ("upgrade", 0, "/i", 1), ("failed-uninstall", FAILED, "/x", 1, "ZOR_TEST_FAIL=1"),
+        ("uninstall", 0, "/x", 1, "ZOR_EVENT=" + GIVEN_EVENT), ("failure", FAILED, "/i", 0, "ZOR_TEST_FAIL=1")]
+# The events of RUNS: action, result, version and the run whose log each
+# names. The upgrade removes the earlier version in a session of its own,
+# which has no log path of its own.
+EVENTS = [("Install", "Success", "9.2.0", 0), ("Repair", "Success", "9.2.0", 1),
+          ("Uninstall", "Success", "9.2.0", None), ("Upgrade", "Success", "9.3.0", 2),
+          ("Uninstall", "1603", "9.3.0", 3), ("Uninstall", "Success", "9.3.0", 4),
+          ("Install", "1603", "9.2.0", 5)]
+
+
+def run_every_kind(env, source, binaries, after_install):
+    """RUNS of the package built from `source`, `after_install` called after
+    the install; returns the host paths of their logs."""
+    packages = [build_package(env, source, binaries), build_package(env, source, binaries, "9.3.0")]
+    logs = []
+    with removed_afterwards(env, *packages):
+        for name, code, option, package, *more in RUNS:
+            logs.append(expect_msiexec(env, name, code, option, env.program_path(packages[package]), *more))
+            if name == "install":
+                after_install()
     expect_equal(installed_files(env), [], "files left after the removal and the failure")
-    events = recorded_events(env)
-    expect_equal(len(set(events)), 6, f"distinct EventIDs: {events}")
-    expected = [("Install", "Success", "9.2.0", logs[0]), ("Repair", "Success", "9.2.0", logs[1]),
-                # The upgrade removes the earlier version in a session of its
-                # own, which has no log path of its own.
-                ("Uninstall", "Success", "9.2.0", None), ("Upgrade", "Success", "9.3.0", logs[2]),
-                ("Uninstall", "Success", "9.3.0", logs[3]), ("Install", "1603", "9.2.0", logs[4])]
-    for event, (action, result, version, log) in zip(events, expected):
-        expect_event(env, event, action, result, version, log, DLL_PRODUCT)
-    report = collect_and_report(env, {e: w[3] for e, w in zip(events, expected) if w[3]})
-    for event, (action, result, _, _) in zip(events, expected):
+    return logs
+
+
+def expect_every_run_recorded(env, logs, product):
+    """EVENTS in History.ini, Summary.txt and the report, each with a new
+    EventID but the uninstall's, which the command line gave."""
+    events = [e for e in recorded_events(env) if e != "Software-Check"]
+    expect_equal(len(set(events)), len(EVENTS), f"distinct EventIDs: {events}")
+    expect_equal(events[5], GIVEN_EVENT, "the EventID that the command line gave")
+    named = [logs[run] if run is not None else None for *_, run in EVENTS]
+    for event, (action, result, version, _), log in zip(events, EVENTS, named):
+        expect_event(env, event, action, result, version, log, product)
+    report = collect_and_report(env, {e: log for e, log in zip(events, named) if log},
+                                {e: result for e, (_, result, _, _) in zip(events, EVENTS)})
+    for event, (action, result, _, _) in zip(events, EVENTS):
         expect_report_line(report, event, action, "succeeded" if result == "Success" else "failed (1603)")
 
 
-def test_package_running_the_program_records_install_uninstall_and_failure(env):
-    package = build_package(env, "RecordWithProgram.wxs", ["ZORRecordEvent.exe", "ZORRecorder.dll"])
-    # The uninstall is given its EventID on the command line, which
-    # ZORMakeEventIdAction leaves as it is.
-    runs = [("install", 0, "/i"), ("uninstall", 0, "/x", "ZOR_EVENT=" + GIVEN_EVENT),
-            ("failure", FAILED, "/i", "ZOR_TEST_FAIL=1")]
-    logs = []
-    with removed_afterwards(env, package):
-        for name, code, option, *more in runs:
-            logs.append(expect_msiexec(env, name, code, option, env.program_path(package), *more))
-            if name == "install":
-                expect_equal(installed_files(env), ["ZORRecordEvent.exe"], "installed files")
-                expect_installed_software(env, PROGRAM_PRODUCT)
-    expect_equal(installed_files(env), [], "files left after the removal and the failure")
-    events = [e for e in recorded_events(env) if e != "Software-Check"]
-    expected = [("Install", "Success"), ("Uninstall", "Success"), ("Install", "1603")]
-    expect_equal(len(set(events)), 3, f"distinct EventIDs: {events}")
-    expect_equal(events[1], GIVEN_EVENT, "the EventID that the command line gave")
-    for event, (action, result), log in zip(events, expected, logs):
-        expect_event(env, event, action, result, "9.2.0", log, PROGRAM_PRODUCT)
-    report = collect_and_report(env, dict(zip(events, logs)))
-    expect_report_line(report, events[2], "Install", "failed (1603)")
+def expect_around_remove_files(log, start, end):
+    """In the uninstall's log, the script runs `start` before RemoveFiles takes
+    the product's files away and `end` after it, so that the event's
+    snapshots show the machine before and after. Each action's last start in
+    the log is the script's: the first is where the sequence schedules it."""
+    text = log.read_text(errors="replace")
+    runs = {action: text.rindex(f": {action}.\n") for action in (start, "RemoveFiles", end)}
+    expect_equal(sorted(runs, key=runs.get), [start, "RemoveFiles", end], "order of the uninstall's actions")
+
+
+def test_package_calling_the_dll_records_every_run(env):
+    logs = run_every_kind(env, "RecordWithDll.wxs", ["ZORRecorder.dll"], lambda: None)
+    expect_around_remove_files(logs[4], "RecordStart", "RecordEnd")
+    expect_every_run_recorded(env, logs, DLL_PRODUCT)
+
+
+def test_package_running_the_program_records_every_run(env):
+    def after_install():
+        expect_equal(installed_files(env), ["ZORRecordEvent.exe"], "installed files")
+        expect_installed_software(env, PROGRAM_PRODUCT)
+
+    logs = run_every_kind(env, "RecordWithProgram.wxs", ["ZORRecordEvent.exe", "ZORRecorder.dll"], after_install)
+    expect_around_remove_files(logs[4], "RecordRemovalStart", "RecordRemovalEnd")
+    expect_every_run_recorded(env, logs, PROGRAM_PRODUCT)
 
 
 def expect_installed_software(env, product):
@@ -289,6 +339,18 @@ def test_nsis_installer_records_install_uninstall_and_failure(env):
                 if line.startswith("Don't")]
     expect_equal(messages, ["Don't panic: \"ZORServer.dat\" wasn't found, so 100$ of data is missing"],
                  "message of the failure")
+    logs = {event: installer_log(env, event) for event in events}
+    report = collect_and_report(env, logs, {event: keys(env, event)["Result"] for event in events})
+    for event, (action, result, _) in zip(events, results):
+        expect_report_line(report, event, action, "succeeded" if result == "Success" else f"failed ({result})")
+
+
+def installer_log(env, event):
+    """The host path of the installer's log that the event names: the run's
+    own, in its EventID's name."""
+    name = keys(env, event)["Log_File_Name"]
+    assert re.fullmatch(r"C:\\users\\.*\\" + re.escape(event) + r"\.log", name, re.I), name
+    return env.appdata.parent.joinpath(*name[3:].split("\\"))
 
 
 def test_nsis_record_function_keeps_values_and_registers(env):

@@ -14,8 +14,10 @@
   makes the history folder (root, 0755), ZORRecordEvent records an event and
   ZORGetInstallLog -f collects it into a zip whose Summary.txt names it;
 - the installer examples that it ships (docs/examples: a postinst/prerm pair
-  and a shell installer) record their events there too, with their own logs,
-  which the collection stages and Summary.txt and ZORHistoryReport name.
+  and a shell installer, each sourcing the zor-event-id.sh shipped beside
+  them) record their events there too, each with a log of its own named after
+  its EventID, which the collection stages and Summary.txt and
+  ZORHistoryReport name.
 
 Needs root for the namespace part (it exits with 77, skipped, otherwise)."""
 import argparse
@@ -134,28 +136,27 @@ sh '{postinst}' configure
 
 def run_examples(root, var_lib, work, out):
     """The installer examples as the package ships them, with its programs on
-    the PATH: the postinst/prerm pair of a package (install, then remove) and
-    the plain shell installer. Each records an event with its own log; the
-    collection stages the logs and the report names the events."""
+    the PATH: the postinst/prerm pair of a package (install, then remove),
+    given the zor-event-id.sh shipped beside them as the package's own copy,
+    and the plain shell installer. Each records an event with a log of its
+    own; the collection stages the logs and the report names the events."""
     examples = root / "usr/share/doc/zorgetinstalllog/examples"
     var_log = work / "var-log"
     var_log.mkdir()
     target = out / "zorserver"
-    shell_log = out / "shell-install.log"
+    shell_logs = out / "shell-logs"
     archive = out / "examples.zip"
     bin_dir = root / "usr/bin"
-    # One second apart: each EventID holds the time to the second.
     script = f"""
 set -e
 mount --make-rprivate /
 mount --bind '{var_lib}' /var/lib
 mount --bind '{var_log}' /var/log
 export PATH='{bin_dir}':$PATH
+export ZOR_EVENT_ID_SH='{examples}/zor-event-id.sh'
 sh '{examples}/zorserver.postinst' configure
-sleep 1
 sh '{examples}/zorserver.prerm' remove
-sleep 1
-ZOR_RECORD_EVENT='{bin_dir}/ZORRecordEvent' ZOR_INSTALLER_LOG='{shell_log}' sh '{examples}/install-zorserver.sh' '{target}'
+ZOR_RECORD_EVENT='{bin_dir}/ZORRecordEvent' ZOR_LOG_DIR='{shell_logs}' sh '{examples}/install-zorserver.sh' '{target}'
 ZORGetInstallLog -f '{archive}'
 ZORHistoryReport '{archive}' > '{out}/report.txt'
 """
@@ -187,9 +188,9 @@ ZORHistoryReport '{archive}' > '{out}/report.txt'
             raise SystemExit(f"FAIL: Summary.txt doesn't name {event}:\n{summary}")
         if event not in report:
             raise SystemExit(f"FAIL: ZORHistoryReport doesn't name {event}:\n{report}")
-    for log in ("install.log", "shell-install.log"):
-        if not any(name.lower().endswith(log) for name in names):
-            raise SystemExit(f"FAIL: the archive stages no {log}: {names}")
+    for event in sections:
+        if f"ZORCopy1\\{event}\\{event}.log" not in names:
+            raise SystemExit(f"FAIL: the archive stages no log of {event}: {names}")
     print("the examples' events (postinst, prerm, shell installer) are in Summary.txt and the report")
 
 

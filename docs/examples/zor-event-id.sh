@@ -4,12 +4,14 @@
 # none does), the local date and time to the second, and four random hex
 # digits. The same form as ZORRecorder.dll's ZORMakeEventIdAction gives. An
 # EventID names a folder and a section of the history, so it keeps no blank.
-# POSIX sh; source this file:
+# POSIX sh; source this file, and name the run's own log after its EventID,
+# since the log is copied when the history is collected, not at -end:
 #
 #   . ./zor-event-id.sh
 #   event=$(zor_event_id "$ZOR_EVENT_PREFIX" "ZOR Server")
-#   ZORRecordEvent -start "$event" -Action Install ...
-#   ZORRecordEvent -end "$event" -CopyName ZORCopy1 -Result Success
+#   log=/var/log/zorserver/$event.log
+#   ZORRecordEvent -start "$event" -Action Install -l "$log" ...
+#   ZORRecordEvent -end "$event" -CopyName ZORCopy1 -Result Success -l "$log"
 zor_event_id() {
     zor_name=ZOR
     for zor_candidate in "$@"; do
