@@ -110,8 +110,11 @@ std::vector<std::string> PlainLines(const std::string& text, std::size_t limit, 
 }
 
 struct LogRead {
-    explicit LogRead(std::size_t lineLimit)
-        : reader(kEventId),
+    // `memo`: the sections already read of another log, which this one's
+    // reading takes where their texts come again.
+    explicit LogRead(std::size_t lineLimit, std::shared_ptr<CSectionMemo> known = std::make_shared<CSectionMemo>())
+        : memo(std::move(known)),
+          reader(kEventId, memo),
           splitter([this](const std::string& line) {
               lines.push_back(line);
               reader.Line(line, splitter.BytesCutOfLine());
@@ -120,6 +123,7 @@ struct LogRead {
     {
     }
 
+    std::shared_ptr<CSectionMemo> memo;
     CEventLogReader reader;
     std::vector<std::string> lines;
     CLineSplitter splitter;
@@ -152,7 +156,7 @@ bool SameSnapshot(const Snapshot& one, const Snapshot& other)
     if (one.present != other.present || one.complete != other.complete)
         return false;
     for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
-        if (!SameItems(one.sections[i], other.sections[i]))
+        if (!SameItems(one.Section(i), other.Section(i)))
             return false;
     }
     return true;
@@ -179,9 +183,11 @@ void CheckLines(const LogRead& read, const std::vector<std::string>& plain, std:
 void CheckSnapshot(const Snapshot& snapshot)
 {
     Require(!snapshot.complete || snapshot.present, "a complete snapshot is present");
-    for (const SnapshotSection& section : snapshot.sections)
+    for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
+        const SnapshotSection& section = snapshot.Section(i);
         Require(section.present || (!section.complete && section.items.empty()),
                 "a section that never came is empty and not complete");
+    }
 }
 
 // ---- The comparison ----
@@ -247,10 +253,10 @@ void CheckSectionChanges(const SectionChanges& changes, const SnapshotSection& b
 void CheckChanges(const SnapshotChanges& changes, const Snapshot& before, const Snapshot& after)
 {
     for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
-        const bool comparable = before.sections[i].complete && after.sections[i].complete;
+        const bool comparable = before.Section(i).complete && after.Section(i).complete;
         Require(changes[i].has_value() == comparable, "a section is compared if both snapshots hold it whole");
         if (changes[i])
-            CheckSectionChanges(*changes[i], before.sections[i], after.sections[i]);
+            CheckSectionChanges(*changes[i], before.Section(i), after.Section(i));
     }
 }
 
@@ -439,10 +445,11 @@ void FuzzEventLog(const Input& input)
     LogRead whole(input.lineLimit);
     ReadInBlocks(whole, input.text, {});
     CheckLines(whole, plain, plainCut, input.lineLimit);
-    LogRead blocks(input.lineLimit);
+    LogRead blocks(input.lineLimit, whole.memo);
     ReadInBlocks(blocks, input.text, input.blockSizes);
     CheckLines(blocks, plain, plainCut, input.lineLimit);
-    Require(SameRead(whole.reader, blocks.reader), "a log read in one block and in many reads the same");
+    Require(SameRead(whole.reader, blocks.reader),
+            "a log read in one block and in many, with the sections of the first known, reads the same");
 
     const CEventLogReader& log = blocks.reader;
     CheckSnapshot(log.before);

@@ -46,6 +46,17 @@ bool IsSectionHeading(const std::string& line, SnapshotPart& part)
     return false;
 }
 
+// The lines of a section's text, each of which ends with a line end.
+SectionLines LinesOf(const std::string& text)
+{
+    SectionLines lines;
+    for (std::size_t begin = 0, end; begin < text.size(); begin = end + 1) {
+        end = text.find('\n', begin);
+        lines.emplace_back(text, begin, end - begin);
+    }
+    return lines;
+}
+
 bool IsClosingLine(const std::string& line)
 {
     return StartsWith(line, texts::kSnapshotStartClosing) || StartsWith(line, texts::kSnapshotEndClosing);
@@ -94,7 +105,10 @@ const std::string& SnapshotTitleLine(const std::vector<std::string>& lines)
 
 }  // namespace
 
-CEventLogReader::CEventLogReader(std::string eventId) : eventId_(std::move(eventId)) {}
+CEventLogReader::CEventLogReader(std::string eventId, std::shared_ptr<CSectionMemo> memo)
+    : eventId_(std::move(eventId)), memo_(std::move(memo))
+{
+}
 
 void CEventLogReader::Line(const std::string& line, std::uint64_t bytesCut)
 {
@@ -271,10 +285,12 @@ void CEventLogReader::AddSectionLine(const std::string& line, std::uint64_t byte
     sectionBytes_ += line.size() + bytesCut;
     sectionTooLong_ = sectionTooLong_ || bytesCut != 0 || sectionLineCount_ > kSectionLineLimit ||
                       sectionBytes_ > kSectionByteLimit;
-    if (sectionTooLong_)
-        sectionLines_ = SectionLines();
-    else
-        sectionLines_.push_back(line);
+    if (sectionTooLong_) {
+        sectionText_ = std::string();
+        return;
+    }
+    sectionText_ += line;
+    sectionText_ += '\n';
 }
 
 // The title tells before from after: the EventID, then " -- Before " or
@@ -326,19 +342,28 @@ void CEventLogReader::BeginSection(SnapshotPart part)
 void CEventLogReader::EndSection(bool complete)
 {
     if (inSection_ && snapshot_ != nullptr) {
-        SnapshotSection section;
-        section.present = true;
-        section.complete = complete && !sectionTooLong_;
         if (sectionTooLong_)
             AddNote(TooLongSectionNote());
-        ReadSection(part_, sectionLines_, section);
-        (*snapshot_)[part_] = std::move(section);
+        snapshot_->Set(part_, SectionRead(complete && !sectionTooLong_));
     }
-    sectionLines_.clear();
+    sectionText_.clear();
     inSection_ = false;
     sectionTooLong_ = false;
     sectionLineCount_ = 0;
     sectionBytes_ = 0;
+}
+
+// What the section's text says, read once for as long as it comes again.
+std::shared_ptr<const SnapshotSection> CEventLogReader::SectionRead(bool complete)
+{
+    if (std::shared_ptr<const SnapshotSection> known = memo_->Find(part_, sectionText_, complete))
+        return known;
+    auto section = std::make_shared<SnapshotSection>();
+    section->present = true;
+    section->complete = complete;
+    ReadSection(part_, LinesOf(sectionText_), *section);
+    memo_->Keep(part_, std::move(sectionText_), section);
+    return section;
 }
 
 std::string CEventLogReader::TooLongSectionNote() const

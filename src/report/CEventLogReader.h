@@ -14,9 +14,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "report/CSectionMemo.h"
 #include "report/ReportModel.h"
 #include "report/SectionReaders.h"
 #include "report/Snapshot.h"
@@ -33,7 +35,10 @@ public:
     static constexpr std::size_t kSectionLineLimit = 100000;
     static constexpr std::uint64_t kSectionByteLimit = 4 * 1024 * 1024;
 
-    explicit CEventLogReader(std::string eventId);
+    // Sections whose text `memo` knows are not read again; readers of the
+    // events of one machine share one memo.
+    explicit CEventLogReader(std::string eventId,
+                             std::shared_ptr<CSectionMemo> memo = std::make_shared<CSectionMemo>());
 
     // A line of the log; `bytesCut` bytes of it were dropped before it came
     // (a line that long is never one of the recorder's own).
@@ -71,6 +76,7 @@ private:
     void EndSnapshot(bool closed);
     void BeginSection(SnapshotPart part);
     void EndSection(bool complete);
+    std::shared_ptr<const SnapshotSection> SectionRead(bool complete);
     void AddMessage(const std::string& line, std::uint64_t bytesCut = 0);
     void AddSectionLine(const std::string& line, std::uint64_t bytesCut);
     void AddNote(const std::string& note);
@@ -88,7 +94,9 @@ private:
     std::size_t sectionLineCount_ = 0;
     std::uint64_t sectionBytes_ = 0;
     SnapshotPart part_ = SnapshotPart::Users;
-    SectionLines sectionLines_;
+    // The section's lines, each with a line end behind it.
+    std::string sectionText_;
+    std::shared_ptr<CSectionMemo> memo_;
     // The lines that may open a block, held back until they do or can't.
     std::vector<std::string> pending_;
     // The frame rule that ends a snapshot's closing lines is still to come.

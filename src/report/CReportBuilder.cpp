@@ -200,7 +200,7 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
         report.notes.push_back("the event log is not in the source");
         return report;
     }
-    CEventLogReader log(event.eventId);
+    CEventLogReader log(event.eventId, sectionMemo_);
     ReadEventLog(report, log);
     report.notes.insert(report.notes.end(), log.notes.begin(), log.notes.end());
     report.messages = std::move(log.messages);

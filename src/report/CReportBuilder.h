@@ -16,6 +16,7 @@
 
 #include "report/CEventLogReader.h"
 #include "report/CHistorySource.h"
+#include "report/CSectionMemo.h"
 #include "report/HistoryEvents.h"
 #include "report/MachineTimeline.h"
 #include "report/ReportModel.h"
@@ -76,4 +77,6 @@ private:
     std::optional<HeldSnapshot> latest_;
     std::vector<HeldSnapshot> running_;
     std::optional<HeldComputer> lastComputer_;
+    // The sections that the machine's snapshots repeat, read once.
+    std::shared_ptr<CSectionMemo> sectionMemo_ = std::make_shared<CSectionMemo>();
 };

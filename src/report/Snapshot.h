@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "recorder/EventTexts.h"
@@ -44,18 +45,26 @@ struct SnapshotSection {
     void Mark(const std::string& name, const std::string& owner = std::string());
 };
 
-struct Snapshot {
+// A machine's snapshots repeat most sections from one to the next (an install
+// changes a few things): the snapshots that hold a section unchanged share
+// it, read once.
+class Snapshot {
+public:
     bool present = false;
     // The closing line was read.
     bool complete = false;
     // Written where the user table lists a user only through the groups that
     // name their members, apart from each user's own group, as on Linux.
     bool usersByGroupsAlone = false;
-    std::array<SnapshotSection, kSnapshotPartCount> sections;
 
-    SnapshotSection& operator[](SnapshotPart part) { return sections[static_cast<std::size_t>(part)]; }
-    const SnapshotSection& operator[](SnapshotPart part) const
-    {
-        return sections[static_cast<std::size_t>(part)];
-    }
+    // A section that never came is absent and empty.
+    const SnapshotSection& operator[](SnapshotPart part) const { return Section(static_cast<std::size_t>(part)); }
+    const SnapshotSection& Section(std::size_t index) const;
+    void Set(SnapshotPart part, std::shared_ptr<const SnapshotSection> section);
+    // Whether both snapshots hold this very section, so that it is unchanged
+    // between them.
+    bool Shares(const Snapshot& other, std::size_t index) const;
+
+private:
+    std::array<std::shared_ptr<const SnapshotSection>, kSnapshotPartCount> sections_;
 };

@@ -101,10 +101,10 @@ SnapshotChanges CompareSnapshots(const Snapshot& before, const Snapshot& after)
 {
     SnapshotChanges changes;
     for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
-        const SnapshotSection& first = before.sections[i];
-        const SnapshotSection& second = after.sections[i];
+        const SnapshotSection& first = before.Section(i);
+        const SnapshotSection& second = after.Section(i);
         if (first.complete && second.complete)
-            changes[i] = CompareSections(first, second);
+            changes[i] = before.Shares(after, i) ? SectionChanges() : CompareSections(first, second);
     }
     std::optional<SectionChanges>& users = changes[static_cast<std::size_t>(SnapshotPart::Users)];
     if (users && before.usersByGroupsAlone && after.usersByGroupsAlone)

@@ -19,9 +19,10 @@ SnapshotContent Before()
     return content;
 }
 
-CEventLogReader Read(const std::string& log, const std::string& eventId = "E1")
+CEventLogReader Read(const std::string& log, const std::string& eventId = "E1",
+                     std::shared_ptr<CSectionMemo> memo = std::make_shared<CSectionMemo>())
 {
-    CEventLogReader reader(eventId);
+    CEventLogReader reader(eventId, std::move(memo));
     CLineSplitter lines([&reader, &lines](const std::string& line) { reader.Line(line, lines.BytesCutOfLine()); });
     lines.Feed(log.data(), log.size());
     lines.Finish();
@@ -68,8 +69,8 @@ TEST(EventLogReader, AWholeLogGivesTheMachineBothSnapshotsAndTheMessages)
     ASSERT_TRUE(reader.before.present && reader.before.complete);
     ASSERT_TRUE(reader.after.present && reader.after.complete);
     for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
-        EXPECT_TRUE(reader.before.sections[i].complete) << i;
-        EXPECT_TRUE(reader.after.sections[i].complete) << i;
+        EXPECT_TRUE(reader.before.Section(i).complete) << i;
+        EXPECT_TRUE(reader.after.Section(i).complete) << i;
     }
     EXPECT_EQ(reader.before[SnapshotPart::Processes].items.count("zorsrv.exe"), 0u);
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.at("zorsrv.exe").value, "1");
@@ -192,8 +193,8 @@ TEST(EventLogReader, AMessageThatReadsLikeALineOfTheRecorderIsAMessageAndTheLogS
     ASSERT_TRUE(reader.before.complete);
     ASSERT_TRUE(reader.after.complete);
     for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
-        EXPECT_TRUE(reader.before.sections[i].complete) << i;
-        EXPECT_TRUE(reader.after.sections[i].complete) << i;
+        EXPECT_TRUE(reader.before.Section(i).complete) << i;
+        EXPECT_TRUE(reader.after.Section(i).complete) << i;
     }
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.at("zorsrv.exe").value, "1");
     EXPECT_TRUE(reader.notes.empty());
@@ -272,4 +273,36 @@ TEST(EventLogReader, ALongLineAfterHeldBackLinesLetsThemGoAsTheyRead)
     ASSERT_EQ(reader.messages.size(), 2u);
     EXPECT_EQ(reader.messages[0], rule);
     EXPECT_EQ(reader.messagesCut.size(), 1u);
+}
+
+TEST(EventLogReader, SectionsThatComeAgainAreReadOnceAndShared)
+{
+    SnapshotContent after = Before();
+    after.software.push_back({"TAQ Inc.", "ZOR Server", "9.0.0"});
+    const auto memo = std::make_shared<CSectionMemo>();
+    const CEventLogReader first = Read(WholeLog(Before(), after), "E1", memo);
+    const CEventLogReader second = Read(WholeLog(after, after), "E1", memo);
+
+    const std::size_t software = static_cast<std::size_t>(SnapshotPart::Software);
+    const std::size_t services = static_cast<std::size_t>(SnapshotPart::Services);
+    EXPECT_TRUE(first.before.Shares(first.after, services));
+    EXPECT_FALSE(first.before.Shares(first.after, software));
+    EXPECT_TRUE(first.after.Shares(second.before, software));
+    EXPECT_TRUE(second.before.Shares(second.after, software));
+    EXPECT_EQ(second.before[SnapshotPart::Software].items.at("ZOR Server").value, "9.0.0");
+    EXPECT_EQ(second.before[SnapshotPart::Software].items.size(), 2u);
+}
+
+TEST(EventLogReader, ASectionCutOffIsNotTakenForTheSameTextReadWhole)
+{
+    const auto memo = std::make_shared<CSectionMemo>();
+    const CEventLogReader whole = Read(WholeLog(Before(), Before()), "E1", memo);
+    std::string cut = StartHead("E1", "VM", "Microsoft Windows XP Professional") + StartSnapshot("E1", "Install", Before());
+    cut.resize(cut.find("5) ZOR"));
+    const CEventLogReader cutOff = Read(cut, "E1", memo);
+
+    EXPECT_TRUE(whole.before[SnapshotPart::Services].complete);
+    EXPECT_FALSE(cutOff.before[SnapshotPart::Services].complete);
+    EXPECT_FALSE(cutOff.before.Shares(whole.before, static_cast<std::size_t>(SnapshotPart::Services)));
+    EXPECT_TRUE(cutOff.before.Shares(whole.before, static_cast<std::size_t>(SnapshotPart::Users)));
 }

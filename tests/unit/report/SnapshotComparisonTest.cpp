@@ -21,6 +21,18 @@ SnapshotSection Section(std::initializer_list<std::pair<std::string, std::string
     return section;
 }
 
+// The section, as the snapshot's own.
+void Put(Snapshot& snapshot, SnapshotPart part, const SnapshotSection& section)
+{
+    snapshot.Set(part, std::make_shared<SnapshotSection>(section));
+}
+
+void PutInEverySection(Snapshot& snapshot, const SnapshotSection& section)
+{
+    for (std::size_t i = 0; i < kSnapshotPartCount; ++i)
+        Put(snapshot, static_cast<SnapshotPart>(i), section);
+}
+
 }  // namespace
 
 TEST(SnapshotComparison, ThingsAddedRemovedAndChangedInTheOrderOfTheirNames)
@@ -61,10 +73,12 @@ TEST(SnapshotComparison, ASectionCutOffOrMissingOnEitherSideIsNotCompared)
     Snapshot before;
     Snapshot after;
     before.present = after.present = true;
-    for (std::size_t i = 0; i < kSnapshotPartCount; ++i)
-        before.sections[i] = after.sections[i] = Section({{"x", "1"}});
-    after[SnapshotPart::Services].complete = false;
-    before[SnapshotPart::ODBCDrivers] = SnapshotSection();
+    PutInEverySection(before, Section({{"x", "1"}}));
+    PutInEverySection(after, Section({{"x", "1"}}));
+    SnapshotSection cutOff = Section({{"x", "1"}});
+    cutOff.complete = false;
+    Put(after, SnapshotPart::Services, cutOff);
+    before.Set(SnapshotPart::ODBCDrivers, nullptr);
 
     const SnapshotChanges changes = CompareSnapshots(before, after);
     EXPECT_TRUE(changes[static_cast<std::size_t>(SnapshotPart::Users)].has_value());
@@ -111,10 +125,11 @@ TEST(SnapshotComparison, OnLinuxAUserWhoJoinsOrLeavesGroupsIsAChangeOfGroups)
     Snapshot before;
     Snapshot after;
     before.present = after.present = true;
-    for (std::size_t i = 0; i < kSnapshotPartCount; ++i)
-        before.sections[i] = after.sections[i] = Section({});
-    before[SnapshotPart::Users] = Section({{"user VM\\alice", "member of sudo"}, {"user VM\\carol", "member of adm"}});
-    after[SnapshotPart::Users] = Section({{"user VM\\alice", "member of docker, sudo"}, {"user VM\\bob", "member of docker"}});
+    PutInEverySection(before, Section({}));
+    PutInEverySection(after, Section({}));
+    Put(before, SnapshotPart::Users, Section({{"user VM\\alice", "member of sudo"}, {"user VM\\carol", "member of adm"}}));
+    Put(after, SnapshotPart::Users,
+        Section({{"user VM\\alice", "member of docker, sudo"}, {"user VM\\bob", "member of docker"}}));
     before.usersByGroupsAlone = after.usersByGroupsAlone = true;
 
     const SectionChanges users = *CompareSnapshots(before, after)[0];
