@@ -2,9 +2,11 @@
 
 #include <unzip.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "platform/FileSystem.h"
+#include "report/CBlockPipe.h"
 #include "report/SourceNames.h"
 
 namespace {
@@ -78,14 +80,18 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
     const unz64_file_pos position{found->second.directoryOffset, found->second.fileNumber};
     if (unzGoToFilePos64(archive, &position) != UNZ_OK || unzOpenCurrentFile(archive) != UNZ_OK)
         return false;
-    std::vector<char> block(kBlockSize);
     std::uint64_t total = 0;
-    int read = 0;
-    while (total < limit && (read = unzReadCurrentFile(archive, block.data(), kBlockSize)) > 0) {
-        const std::size_t used = static_cast<std::size_t>(std::min<std::uint64_t>(read, limit - total));
-        handler(block.data(), used);
-        total += used;
-    }
+    const int read = limit == 0 ? 0 : CBlockPipe::Run(
+        kBlockSize,
+        [archive](char* block, std::size_t capacity) {
+            return unzReadCurrentFile(archive, block, static_cast<unsigned>(capacity));
+        },
+        [&handler, &total, limit](const char* bytes, std::size_t size) {
+            const std::size_t used = static_cast<std::size_t>(std::min<std::uint64_t>(size, limit - total));
+            handler(bytes, used);
+            total += used;
+            return total < limit;
+        });
     // A checksum that doesn't match shows only at the close, and only when the
     // whole entry was read.
     const int closed = unzCloseCurrentFile(archive);

@@ -1,6 +1,7 @@
 #include "report/CLineSplitter.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 CLineSplitter::CLineSplitter(LineHandler handler, std::size_t lineLimit)
@@ -8,27 +9,35 @@ CLineSplitter::CLineSplitter(LineHandler handler, std::size_t lineLimit)
 {
 }
 
+namespace {
+
+// Where the first line end ("\r" or "\n") at or after `from` stands, or `size`.
+std::size_t NextLineEnd(const char* bytes, std::size_t from, std::size_t size)
+{
+    const void* newline = std::memchr(bytes + from, '\n', size - from);
+    const std::size_t limit = newline == nullptr ? size : static_cast<std::size_t>(static_cast<const char*>(newline) - bytes);
+    const void* carriageReturn = std::memchr(bytes + from, '\r', limit - from);
+    return carriageReturn == nullptr ? limit
+                                     : static_cast<std::size_t>(static_cast<const char*>(carriageReturn) - bytes);
+}
+
+}  // namespace
+
 void CLineSplitter::Feed(const char* bytes, std::size_t size)
 {
     std::size_t start = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        const char c = bytes[i];
-        if (c != '\n' && c != '\r')
-            continue;
-        // The "\n" of a "\r\n" that was split between two blocks.
-        if (c == '\n' && afterCarriageReturn_ && i == 0 && !lineOpen_) {
-            afterCarriageReturn_ = false;
-            start = 1;
-            continue;
-        }
-        Append(bytes + start, i - start);
+    // The "\n" of a "\r\n" that was split between two blocks.
+    if (size != 0 && bytes[0] == '\n' && afterCarriageReturn_ && !lineOpen_) {
+        afterCarriageReturn_ = false;
+        start = 1;
+    }
+    for (std::size_t end; start < size && (end = NextLineEnd(bytes, start, size)) < size;) {
+        Append(bytes + start, end - start);
         EndLine();
         // A "\r" that ends the block may have its "\n" at the start of the next.
-        const bool pair = c == '\r' && i + 1 < size && bytes[i + 1] == '\n';
-        afterCarriageReturn_ = c == '\r' && !pair && i + 1 == size;
-        if (pair)
-            ++i;
-        start = i + 1;
+        const bool pair = bytes[end] == '\r' && end + 1 < size && bytes[end + 1] == '\n';
+        afterCarriageReturn_ = bytes[end] == '\r' && !pair && end + 1 == size;
+        start = end + (pair ? 2 : 1);
     }
     if (start < size) {
         Append(bytes + start, size - start);
