@@ -165,6 +165,14 @@ bool SameEntry(const std::string& first, const std::string& second);
 // either is spelt (as SameEntry takes them).
 bool LiesWithin(const std::string& path, const std::string& folder);
 
+// Whether another user may change what lies in the folder, when this process
+// runs as root on POSIX: the folder is another user's, or writable by others.
+// Whatever root checked in it could be swapped for a link before root opens
+// it, so root reads and packs nothing below such a folder, and the folder
+// search shows it as a link. Always false on Windows, where the store's DACL
+// keeps others out, and for other callers, whom the permissions hold.
+bool OthersMayChangeFolder(const std::string& path);
+
 // What a text-mode stream writes for "\n" on this platform.
 extern const char* const kTextLineEnd;
 

@@ -33,11 +33,13 @@ std::string CFolderReader::PathOf(const std::string& lookupName) const
 }
 
 // The names come from History.ini, which anyone who made the folder wrote:
-// each component on the way is looked at, the file's own included.
+// each component on the way is looked at, the file's own included, and the
+// folder itself, which root reads nothing from while others may change it.
 bool CFolderReader::LeadsInside(const std::string& lookupName) const
 {
     const std::string path = PathOf(lookupName);
-    if (lookupName.empty() || !StaysInsideFolder(path.substr(folder_.size() + 1)))
+    if (lookupName.empty() || !StaysInsideFolder(path.substr(folder_.size() + 1)) ||
+        platform::OthersMayChangeFolder(folder_))
         return false;
     for (std::string::size_type end = folder_.size() + 1; end != std::string::npos;) {
         end = path.find('\\', end + 1);

@@ -382,10 +382,18 @@ def report_of_the_store(env):
     return report.read_bytes() if report.exists() else b""
 
 
+def set_aside_entry(folder, name):
+    """The one entry that root set aside under a dot-name of `name`'s, beside it."""
+    entries = [entry for entry in folder.iterdir()
+               if entry.name.startswith(f".{name}.set-aside-") and entry.name[-1] != "-" and
+               len(entry.name) == len(f".{name}.set-aside-") + 16]
+    expect_equal(len(entries), 1, f"{name} set aside under an unguessable name: {sorted(os.listdir(folder))}")
+    return entries[0]
+
+
 def expect_recorded_anew(env, event_id, set_aside):
     """The event is in a History.ini of root's own, and the planted entry is
     set aside under its dot-name, where the archive passes it over."""
-    assert set_aside.exists() or set_aside.is_symlink(), f"{set_aside.name} is not set aside"
     ini = env.store / "History.ini"
     assert not ini.is_symlink() and ini.stat().st_uid == 0 and ini.stat().st_nlink == 1, "History.ini"
     assert f"Event_ID={event_id}" in section_lines(env, event_id), section_lines(env, event_id)
@@ -400,11 +408,13 @@ def test_a_history_ini_that_a_user_linked_is_neither_written_nor_read_by_root(en
     content = secret.read_bytes()
     (env.store / "History.ini").unlink()
     as_nobody("ln", "-s", str(secret), str(env.store / "History.ini"))
+    # Names that a set-aside of a guessable form would take.
+    as_nobody("sh", "-c", f"cd {env.store} && for n in $(seq 0 100); do : > .History.ini.set-aside-$n; done")
     assert b"ROOT-ONLY" not in report_of_the_store(env), "the report read through the link"
     record(env, "-start", "E2")
     record(env, "-end", "E2", "-CopyName", COPY, "-Result", "Success")
     expect_equal(secret.read_bytes(), content, "the file that History.ini's link names")
-    expect_recorded_anew(env, "E2", env.store / ".History.ini.set-aside-1")
+    expect_recorded_anew(env, "E2", set_aside_entry(env.store, "History.ini"))
     for summary in (env.store / "Summary.txt", env.store / COPY / "Summary.txt"):
         assert "ROOT-ONLY" not in summary.read_text(errors="replace"), f"{summary} shows the linked file"
 
@@ -426,7 +436,7 @@ def test_a_history_ini_with_a_second_name_is_neither_written_nor_read_by_root(en
     record(env, "-start", "E2")
     record(env, "-end", "E2", "-CopyName", COPY, "-Result", "Success")
     expect_equal(secret.read_bytes(), content, "the file of two names")
-    expect_recorded_anew(env, "E2", env.store / ".History.ini.set-aside-1")
+    expect_recorded_anew(env, "E2", set_aside_entry(env.store, "History.ini"))
     assert "ROOT-ONLY" not in (env.store / "Summary.txt").read_text(errors="replace"), "the summary"
 
 
@@ -448,11 +458,44 @@ def test_a_history_folder_that_a_user_replaced_is_set_aside_and_made_anew(env):
         record(env, "-start", "E2")
         record(env, "-end", "E2", "-CopyName", COPY, "-Result", "Success")
         expect_equal(os.listdir(outside), [], f"{kind}: what root wrote where the link points")
-        set_aside = env.store.parent / ".ZORHistory.set-aside-1"
+        set_aside = set_aside_entry(env.store.parent, "ZORHistory")
         assert set_aside.is_symlink() or os.listdir(set_aside) == [], f"{kind}: what root wrote in theirs"
         expect_equal(stat.S_IMODE(env.store.parent.stat().st_mode), 0o755, f"{kind}: the maker's folder")
         expect_equal(env.store.stat().st_uid, 0, f"{kind}: the new history folder's owner")
         expect_recorded_anew(env, "E2", set_aside)
+
+
+def test_root_packs_nothing_of_a_folder_that_another_user_owns_in_the_store(env):
+    """In a folder of their own, a user could swap a folder for a link to a
+    root-only one between root's look and root's read: root's archive passes
+    over the whole folder, as it passes over a link."""
+    if not second_user_available(env):
+        skip("needs root and a second, unprivileged user")
+    old_store(env)
+    planted = env.store / "C9"
+    as_nobody("mkdir", "-p", str(planted / "D"))
+    as_nobody("sh", "-c", f"echo mine > {planted}/D/secret.log")
+    archive = collect(env)
+    names = archive_names(archive)
+    assert not [name for name in names if name.startswith("C9")], names
+    expect_honest_event_collected(env, archive)
+
+
+def test_roots_report_reads_nothing_that_others_may_change_until_the_store_is_locked_down(env):
+    """A store that older code left writable by everyone, not yet locked down
+    by a recorder call or -f (the report changes nothing): any of its files
+    could be swapped for a link between root's look and root's read, so root's
+    report reads none of them; after -f it reads the history."""
+    if not second_user_available(env):
+        skip("needs root and a second, unprivileged user")
+    old_store(env)
+    report = env.work / "report.json"
+    code, _, _ = env.run_full("ZORHistoryReport", str(env.store), "-json", str(report))
+    expect_equal(code, 1, "the report of a store that others may change")
+    collect(env)
+    code, _, _ = env.run_full("ZORHistoryReport", str(env.store), "-json", str(report))
+    expect_equal(code, 0, "the report of the locked-down store")
+    assert EVENT in report.read_text(), "the event in the report"
 
 
 def test_a_fifo_in_place_of_history_ini_doesnt_hang_the_report(env):

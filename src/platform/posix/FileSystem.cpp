@@ -197,6 +197,12 @@ bool PlantedForRoot(const struct stat& status)
     return geteuid() == 0 && status.st_uid != 0;
 }
 
+bool OthersMayChangeFolder(const struct stat& status)
+{
+    return geteuid() == 0 && S_ISDIR(status.st_mode) &&
+           (status.st_uid != 0 || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0);
+}
+
 bool RootMayWrite(const struct stat& status)
 {
     return geteuid() != 0 || (!PlantedForRoot(status) && status.st_nlink == 1);
@@ -337,6 +343,12 @@ PathStatus StatPath(const std::string& path)
     result.regularFile = S_ISREG(status.st_mode);
     result.directory = S_ISDIR(status.st_mode);
     return result;
+}
+
+bool OthersMayChangeFolder(const std::string& path)
+{
+    struct stat status;
+    return lstat(SystemPath(path).c_str(), &status) == 0 && posix::OthersMayChangeFolder(status);
 }
 
 // Root may write a file whatever its permissions say; the system decides by

@@ -39,11 +39,12 @@ bool WildcardMatches(const char* pattern, const char* name)
 }
 
 // The bits that tell a link or a special file from a file or folder: a
-// symbolic link is a reparse point, as a Windows link is; a FIFO, socket or
-// device has the device bit.
+// symbolic link is a reparse point, as a Windows link is; so is, for root, a
+// folder that another user may change, since what lies in it may become a
+// link at any moment; a FIFO, socket or device has the device bit.
 std::uint32_t KindAttributes(const struct stat& entry)
 {
-    if (S_ISLNK(entry.st_mode))
+    if (S_ISLNK(entry.st_mode) || posix::OthersMayChangeFolder(entry))
         return kAttributeReparsePoint;
     if (!S_ISREG(entry.st_mode) && !S_ISDIR(entry.st_mode))
         return kAttributeDevice;

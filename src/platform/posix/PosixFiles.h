@@ -64,6 +64,10 @@ int RootOpenFlags(const std::string& systemPath);
 // linked into a store left writable by everyone.
 bool RootMayRead(const struct stat& status);
 
+// OthersMayChangeFolder for an entry's status: for root, a folder that
+// another user owns or that others may write.
+bool OthersMayChangeFolder(const struct stat& status);
+
 // Whether this process may write the file: root writes only its own files of
 // one name, since another name elsewhere (a hard link that a user made in a
 // store left writable by everyone) would lead the write there. Other callers

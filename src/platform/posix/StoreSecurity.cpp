@@ -9,7 +9,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdint>
 #include <cstring>
+#include <random>
 #include <string>
 
 #include "platform/FileSystem.h"
@@ -21,8 +23,8 @@ namespace {
 
 constexpr mode_t kWritableByOthers = S_IWGRP | S_IWOTH;
 constexpr char kIniFileName[] = "History.ini";
-// Set-aside names tried for planted entries before giving up.
-constexpr int kSetAsideAttempts = 100;
+// Set-aside names tried for a planted entry, should one be taken already.
+constexpr int kSetAsideAttempts = 8;
 
 bool OwnedAndWritableByOthers(const struct stat& status)
 {
@@ -84,10 +86,15 @@ void SecureIniFile(int folder)
     close(file);
 }
 
-bool NeedsSecuring(int folder)
+// Sixteen hex digits that no one can name in advance: a user who made every
+// set-aside name beforehand would otherwise keep the planted entry in place.
+std::string UnguessableSuffix()
 {
-    struct stat status;
-    return fstat(folder, &status) == 0 && OwnedAndWritableByOthers(status);
+    std::random_device source;
+    std::uniform_int_distribution<std::uint64_t> digits;
+    char text[17];
+    std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(digits(source)));
+    return text;
 }
 
 // Whether root must set the entry aside: another user's link, folder or file,
@@ -110,8 +117,8 @@ void SetAsidePlanted(int folder, const char* name)
 {
     if (!PlantedForRootAt(folder, name))
         return;
-    for (int attempt = 1; attempt <= kSetAsideAttempts; ++attempt) {
-        const std::string aside = "." + std::string(name) + ".set-aside-" + std::to_string(attempt);
+    for (int attempt = 0; attempt < kSetAsideAttempts; ++attempt) {
+        const std::string aside = "." + std::string(name) + ".set-aside-" + UnguessableSuffix();
         if (renameat2(folder, name, folder, aside.c_str(), RENAME_NOREPLACE) == 0 || errno != EEXIST)
             return;
     }
@@ -124,8 +131,9 @@ bool CreateStoreFolder(const std::string& path)
     return CreateFolder(path);
 }
 
-// The history folder and its parent are set last, so that a run cut short
-// finds them still writable by others and does the whole work again.
+// What another user put in place of the history folder or History.ini is set
+// aside first; then every folder of the store, History.ini, the history
+// folder and its parent lose the write right of others.
 void SecureExistingStore(const std::string& historyFolder)
 {
     const std::string path = SystemPath(historyFolder);
@@ -140,14 +148,14 @@ void SecureExistingStore(const std::string& historyFolder)
     const int history = OpenFolderAt(parent, name.c_str());
     if (history >= 0)
         SetAsidePlanted(history, kIniFileName);
-    if (NeedsSecuring(parent) || (history >= 0 && NeedsSecuring(history))) {
-        if (history >= 0) {
-            SecureFoldersIn(history, 2);
-            SecureIniFile(history);
-            SetModeIfOwnedAndOpen(history, posix::kFolderMode);
-        }
-        SetModeIfOwnedAndOpen(parent, posix::kFolderMode);
+    // Every folder is looked at, not only when the top ones are open to
+    // others: a single event folder left open would be passed over by root.
+    if (history >= 0) {
+        SecureFoldersIn(history, 2);
+        SecureIniFile(history);
+        SetModeIfOwnedAndOpen(history, posix::kFolderMode);
     }
+    SetModeIfOwnedAndOpen(parent, posix::kFolderMode);
     if (history >= 0)
         close(history);
     close(parent);

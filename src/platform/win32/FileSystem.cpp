@@ -62,6 +62,11 @@ PathStatus StatPath(const std::string& path)
     return result;
 }
 
+bool OthersMayChangeFolder(const std::string&)
+{
+    return false;
+}
+
 // The system refuses a read-only file by itself. No write goes through a
 // junction or symbolic link.
 bool OpenFileBuffer(std::filebuf& buffer, const std::string& path, std::ios_base::openmode mode)
