@@ -15,7 +15,7 @@ install(FILES README.md DESTINATION ${_zor_doc_dir})
 install(DIRECTORY docs DESTINATION ${_zor_doc_dir} PATTERN examples EXCLUDE PATTERN man EXCLUDE)
 # The Linux installer examples (tests/package/test_deb.py runs them from the package).
 if(NOT WIN32)
-  install(FILES docs/examples/zorserver.postinst docs/examples/zorserver.prerm
+  install(FILES docs/examples/zorserver.postinst docs/examples/zorserver.prerm docs/examples/zorserver.postrm
     docs/examples/install-zorserver.sh
     DESTINATION ${_zor_doc_dir}/examples)
 endif()

@@ -1,4 +1,5 @@
-; An NSIS installer that records its install, its uninstall and a failed
+; An NSIS installer that records its install, a run over an installed copy
+; (Repair of the same version, Upgrade of another), its uninstall and a failed
 ; install, each as an event of its own with a new EventID, through
 ; ZORRecorder.dll: the installer and its uninstaller each carry the DLL in
 ; their plug-in folder, and nothing of the recorder is installed.
@@ -6,7 +7,11 @@
 ; with ZORRecord.nsh beside this file. The DLL must match the installer: the
 ; x86 DLL for the usual 32-bit installer, the x64 DLL with -DAMD64.
 ; The product's data, ZORServer.dat, lies beside the setup; without it the
-; install fails, records the failure and ends with exit code 2.
+; install fails and ends with exit code 2; .onInstFailed ends the event as
+; failed, for this failure and any other that aborts the install.
+; The install writes its version below HKLM\${PRODUCT_KEY}, which tells the
+; next run what is installed; the uninstall removes it. -DVERSION=9.3 builds
+; a later version.
 ; Every run writes a log of its own, named after its EventID in $TEMP, and
 ; passes it with -l, so that ZORGetInstallLog -f stages it beside the event
 ; (a path that a later run wrote again would give this event that run's log).
@@ -18,6 +23,8 @@
   !define PROGRAM_FILES "$PROGRAMFILES"
 !endif
 !include "${__FILEDIR__}/ZORRecord.nsh"
+!define /ifndef VERSION "9.2"
+!define PRODUCT_KEY "Software\ZOR Server"
 
 Name "ZOR Server"
 OutFile "ZORServerSetup.exe"
@@ -31,6 +38,9 @@ Var ZorType
 Var ZorResult
 Var ZorLog
 Var ZorLogFile
+Var ZorAction
+Var ZorInstalled
+Var ZorFailure
 
 ; The DLL in the plug-in folder, a new EventID, the run's own log, and the
 ; kind of run.
@@ -42,6 +52,7 @@ Var ZorLogFile
   StrCpy $ZorType "GUI"
   IfSilent 0 +2
     StrCpy $ZorType "Silent"
+  StrCpy $ZorFailure "Failed"
 !macroend
 
 ; Appends one line to the run's own log.
@@ -54,12 +65,22 @@ Var ZorLogFile
 
 Section "ZOR Server"
   !insertmacro ZORPrepare
+  ; The kind of run, from the version that an earlier install wrote.
+  ReadRegStr $ZorInstalled HKLM "${PRODUCT_KEY}" "Version"
+  StrCpy $ZorAction "Install"
+  StrCmp $ZorInstalled "" action_known
+  StrCpy $ZorAction "Upgrade"
+  StrCmp $ZorInstalled "${VERSION}" 0 action_known
+  StrCpy $ZorAction "Repair"
+  action_known:
   Push "-start"
   Push $ZorEvent
   Push "-Product"
   Push "ZOR Server 9"
+  Push "-Version"
+  Push "${VERSION}"
   Push "-Action"
-  Push "Install"
+  Push $ZorAction
   Push "-Type"
   Push $ZorType
   Push "-Path"
@@ -68,16 +89,17 @@ Section "ZOR Server"
   Push $CMDLINE
   Push "-l"
   Push $ZorLog
-  Push 14
+  Push 16
   Call ZORRecord
   Pop $ZorResult
-  !insertmacro ZORLog "Installing ZOR Server into $INSTDIR"
+  !insertmacro ZORLog "$ZorAction of ZOR Server ${VERSION} into $INSTDIR"
 
   ClearErrors
   IfFileExists "$EXEDIR\ZORServer.dat" 0 failed
   SetOutPath "$INSTDIR"
   CopyFiles /SILENT "$EXEDIR\ZORServer.dat" "$INSTDIR"
   WriteUninstaller "$INSTDIR\Uninstall.exe"
+  WriteRegStr HKLM "${PRODUCT_KEY}" "Version" "${VERSION}"
   IfErrors failed
   !insertmacro ZORLog "Copied ZORServer.dat"
 
@@ -104,19 +126,28 @@ Section "ZOR Server"
   Push 4
   Call ZORRecord
   Pop $ZorResult
+  StrCpy $ZorFailure "Failed: ZORServer.dat isn't beside the setup"
+  Abort "ZORServer.dat isn't beside the setup"
+SectionEnd
+
+; Every install that aborts, silent or not, ends its event here as failed,
+; with the reason that the section gave, or "Failed".
+Function .onInstFailed
+  StrCmp $ZorEvent "" done
+  !insertmacro ZORLog "The install failed"
   Push "-end"
   Push $ZorEvent
   Push "-CopyName"
   Push "ZORCopy1"
   Push "-Result"
-  Push "Failed: ZORServer.dat isn't beside the setup"
+  Push $ZorFailure
   Push "-l"
   Push $ZorLog
   Push 8
   Call ZORRecord
   Pop $ZorResult
-  Abort "ZORServer.dat isn't beside the setup"
-SectionEnd
+  done:
+FunctionEnd
 
 Section "Uninstall"
   !insertmacro ZORPrepare
@@ -124,6 +155,8 @@ Section "Uninstall"
   Push $ZorEvent
   Push "-Product"
   Push "ZOR Server 9"
+  Push "-Version"
+  Push "${VERSION}"
   Push "-Action"
   Push "Uninstall"
   Push "-Type"
@@ -132,7 +165,7 @@ Section "Uninstall"
   Push $INSTDIR
   Push "-l"
   Push $ZorLog
-  Push 12
+  Push 14
   Call un.ZORRecord
   Pop $ZorResult
   !insertmacro ZORLog "Removing ZOR Server from $INSTDIR"
@@ -140,6 +173,7 @@ Section "Uninstall"
   Delete "$INSTDIR\ZORServer.dat"
   Delete "$INSTDIR\Uninstall.exe"
   RMDir "$INSTDIR"
+  DeleteRegKey HKLM "${PRODUCT_KEY}"
   !insertmacro ZORLog "Removed the files"
 
   Push "-end"

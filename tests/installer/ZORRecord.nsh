@@ -36,6 +36,9 @@
 !ifndef ZOR_RECORD_NSH
 !define ZOR_RECORD_NSH
 
+; An address is added to with IntPtrOp: IntOp works on 32 bits even in an
+; amd64 installer, and would cut an address above 4 GB, which 64-bit Windows
+; gives a program built for high-entropy ASLR.
 !ifdef NSIS_AMD64
   !define /ifndef ZOR_POINTER_SIZE 8
 !else
@@ -98,7 +101,7 @@ Function ${PREFIX}ZORRecordStore
   Push $ZORRecordValue
   System::Call "kernel32::lstrcpynA(p $ZORRecordCopy, m s, i $ZORRecordSize)"
   IntOp $ZORRecordSlot $ZORRecordIndex * ${ZOR_POINTER_SIZE}
-  IntOp $ZORRecordSlot $ZORRecordArgv + $ZORRecordSlot
+  IntPtrOp $ZORRecordSlot $ZORRecordArgv + $ZORRecordSlot
   System::Call "*$ZORRecordSlot(p $ZORRecordCopy)"
 FunctionEnd
 
@@ -123,7 +126,7 @@ Function ${PREFIX}ZORRecordFreeList
   StrCpy $ZORRecordIndex $ZORRecordCount
   next:
     IntOp $ZORRecordSlot $ZORRecordIndex * ${ZOR_POINTER_SIZE}
-    IntOp $ZORRecordSlot $ZORRecordArgv + $ZORRecordSlot
+    IntPtrOp $ZORRecordSlot $ZORRecordArgv + $ZORRecordSlot
     System::Call "*$ZORRecordSlot(p .s)"
     Pop $ZORRecordCopy
     System::Free $ZORRecordCopy
@@ -164,7 +167,7 @@ Var ZORMakeField
 
 ; Appends the 16-bit field at OFFSET of a SYSTEMTIME to OUT.
 !macro ZORMakeEventIdField OUT OFFSET FORMAT
-  IntOp $ZORMakeField $ZORMakeTime + ${OFFSET}
+  IntPtrOp $ZORMakeField $ZORMakeTime + ${OFFSET}
   System::Call "*$ZORMakeField(&i2 .s)"
   Pop $ZORMakeField
   IntFmt $ZORMakeField "${FORMAT}" $ZORMakeField

@@ -14,6 +14,8 @@ wixl for the build's architecture, its tables exported with msiinfo.
   rollback action is the DLL's, as in the package that calls the DLL.
 - Both make the EventID with ZORMakeEventIdAction from the Binary table, an
   immediate action: type 2113.
+- ZORRecord.nsh adds to an address only with IntPtrOp, never with IntOp,
+  which cuts it to 32 bits in a 64-bit installer.
 - ZORRecorder.dll exports ZORRecordEventAction and ZORMakeEventIdAction by
   those undecorated names, which are the names an installer looks up (a 32-bit
   __stdcall export would otherwise be _ZORRecordEventAction@4).
@@ -121,6 +123,31 @@ def test_package_running_the_program(build):
     for name in ("RecordFailure", "RecordRemovalFailure"):
         expect_action(package, name, [DLL_ROLLBACK_TYPE, "ZORRecorder", "ZORRecordEventAction"])
     expect_event_id_action(package)
+
+
+def pointer_variables(script):
+    """The variables that take an address: popped right after System::Alloc
+    or after a System::Call that returns a pointer ("p .s")."""
+    lines = [line.strip() for line in script.splitlines()]
+    found = set()
+    for before, line in zip(lines, lines[1:]):
+        makes_address = before.startswith("System::Alloc") or (
+            before.startswith("System::Call") and "p .s" in before)
+        if makes_address and line.startswith("Pop $"):
+            found.add(line.split()[1])
+    return found
+
+
+def test_nsis_functions_add_to_addresses_with_pointer_arithmetic(build):
+    for source in sorted(SOURCES.glob("*.ns[hi]")):
+        script = source.read_text()
+        pointers = pointer_variables(script)
+        narrowed = [line.strip() for line in script.splitlines()
+                    if line.strip().startswith("IntOp ")
+                    and any(operand in pointers for operand in line.split()[2:])]
+        expect(not narrowed, f"{source.name}: 32-bit IntOp on an address: {narrowed}")
+    expect("$ZORRecordArgv" in pointer_variables((SOURCES / "ZORRecord.nsh").read_text()),
+           "no address found in ZORRecord.nsh")
 
 
 def test_dll_exports_the_actions_by_their_undecorated_names(build):

@@ -14,8 +14,10 @@ checked.
   RemoveFiles and its -end after it.
 - RecordWithBrokenData.wxs calls ZORRecordEventAction also with no, a
   modeless and a broken CustomActionData; the install still succeeds.
-- RecordEvent.nsi: install, uninstall, and an install that fails, each with
-  its own log, which the archive holds; the report shows the failure.
+- RecordEvent.nsi: install, a run over the same version (Repair) and over
+  an earlier one (Upgrade), uninstall, and an install that fails, which
+  .onInstFailed ends, each with its own log, which the archive holds; the
+  report shows the failure.
 - ZORRecordCheck.nsi: ZORRecord.nsh's function with quotes, apostrophes, "$",
   a long value and a line end, and every register kept.
 
@@ -295,9 +297,9 @@ def test_broken_custom_action_data_records_nothing_and_the_install_succeeds(env)
 
 # -- NSIS -------------------------------------------------------------------
 
-def makensis(env, source):
+def makensis(env, source, *defines):
     amd64 = ["-DAMD64"] if env.arch == "x64" else []
-    result = subprocess.run(["makensis", "-NOCD", "-V2", *amd64,
+    result = subprocess.run(["makensis", "-NOCD", "-V2", *amd64, *defines,
                              "-DRECORDER_DLL=" + str(env.bin_dir / "ZORRecorder.dll"),
                              str(SOURCES / source)],
                             cwd=env.work, capture_output=True, text=True)
@@ -310,12 +312,15 @@ def run_windows_program(env, program, *args):
     return result.returncode
 
 
-def test_nsis_installer_records_install_uninstall_and_failure(env):
+def test_nsis_installer_records_install_repair_upgrade_uninstall_and_failure(env):
     makensis(env, "RecordEvent.nsi")
     setup = env.work / "ZORServerSetup.exe"
     (env.work / "ZORServer.dat").write_text("the server's data\n")
     note = "/NOTE=" + "n" * 900
     expect_equal(run_windows_program(env, setup, "/S", note), 0, "exit code of the install")
+    expect_equal(run_windows_program(env, setup, "/S"), 0, "exit code of the run over the same version")
+    makensis(env, "RecordEvent.nsi", "-DVERSION=9.3")
+    expect_equal(run_windows_program(env, setup, "/S"), 0, "exit code of the run over an earlier version")
     folder = env.appdata.parent / program_files(env) / "ZOR Server"
     expect_equal(installed_files(env), ["Uninstall.exe", "ZORServer.dat"], "installed files")
     uninstaller = folder / "Uninstall.exe"
@@ -328,14 +333,16 @@ def test_nsis_installer_records_install_uninstall_and_failure(env):
     expect_equal(run_windows_program(env, setup, "/S"), 2, "exit code of the failed install")
     shutil.rmtree(folder, ignore_errors=True)
     events = recorded_events(env)
-    expect_equal(len(set(events)), 3, f"distinct EventIDs: {events}")
+    expect_equal(len(set(events)), 5, f"distinct EventIDs: {events}")
     results = [(keys(env, e)["Action"], keys(env, e)["Result"], keys(env, e)["Complete_Flag"])
                for e in events]
-    expect_equal(results, [("Install", "Success", "TRUE"), ("Uninstall", "Success", "TRUE"),
+    expect_equal(results, [("Install", "Success", "TRUE"), ("Repair", "Success", "TRUE"),
+                           ("Upgrade", "Success", "TRUE"), ("Uninstall", "Success", "TRUE"),
                            ("Install", "Failed: ZORServer.dat isn't beside the setup", "TRUE")],
                  "actions and results")
+    expect_equal([keys(env, e)["Version"] for e in events], ["9.2", "9.2", "9.3", "9.3", "9.3"], "versions")
     expect_equal(keys(env, events[0])["Command_Line"][-len(note):], note, "the long command line")
-    messages = [line for line in file_lines(env, env.store / COPY / events[2] / "ZORInstallEvent.Log")
+    messages = [line for line in file_lines(env, env.store / COPY / events[4] / "ZORInstallEvent.Log")
                 if line.startswith("Don't")]
     expect_equal(messages, ["Don't panic: \"ZORServer.dat\" wasn't found, so 100$ of data is missing"],
                  "message of the failure")

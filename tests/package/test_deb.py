@@ -13,11 +13,12 @@
   over /var/lib, so the machine's own store is never touched: the postinst
   makes the history folder (root, 0755), ZORRecordEvent records an event and
   ZORGetInstallLog -f collects it into a zip whose Summary.txt names it;
-- the installer examples that it ships (docs/examples: a postinst/prerm pair
-  and a shell installer, each sourcing the zor-event-id.sh shipped beside
-  them) record their events there too, each with a log of its own named after
-  its EventID, which the collection stages and Summary.txt and
-  ZORHistoryReport name.
+- the installer examples that it ships (docs/examples: a postinst, prerm and
+  postrm and a shell installer, each sourcing the zor-event-id.sh shipped
+  beside them) record their events there too, each with a log of its own
+  named after its EventID, which the collection stages and Summary.txt and
+  ZORHistoryReport name; a postinst whose configuration fails exits non-zero
+  and records a failed event with its log.
 
 Needs root for the namespace part (it exits with 77, skipped, otherwise)."""
 import argparse
@@ -87,7 +88,9 @@ def check_files(deb, lib):
                    f"{lib}/pkgconfig/zorhistoryrecorder.pc",
                    "/usr/include/zor/history/CHistoryStore.h",
                    f"{doc}/copyright", f"{doc}/changelog.gz", f"{doc}/README.md",
-                   f"{doc}/docs/recording.md", f"{doc}/examples/zor-event-id.sh"):
+                   f"{doc}/docs/recording.md", f"{doc}/examples/zor-event-id.sh",
+                   f"{doc}/examples/zorserver.postinst", f"{doc}/examples/zorserver.prerm",
+                   f"{doc}/examples/zorserver.postrm", f"{doc}/examples/install-zorserver.sh"):
         if wanted not in paths:
             raise SystemExit(f"FAIL: {deb.name} lacks {wanted}")
     stray = sorted(p for p in paths if p.startswith("/var"))
@@ -136,10 +139,12 @@ sh '{postinst}' configure
 
 def run_examples(root, var_lib, work, out):
     """The installer examples as the package ships them, with its programs on
-    the PATH: the postinst/prerm pair of a package (install, then remove),
-    given the zor-event-id.sh shipped beside them as the package's own copy,
-    and the plain shell installer. Each records an event with a log of its
-    own; the collection stages the logs and the report names the events."""
+    the PATH: the maintainer scripts of a package (install, then remove, then
+    an install whose configuration fails), given the zor-event-id.sh shipped
+    beside them as the package's own copy and a scratch folder for their
+    configuration, and the plain shell installer. Each records an event with
+    a log of its own; the collection stages the logs and the report names the
+    events."""
     examples = root / "usr/share/doc/zorgetinstalllog/examples"
     var_log = work / "var-log"
     var_log.mkdir()
@@ -154,8 +159,15 @@ mount --bind '{var_lib}' /var/lib
 mount --bind '{var_log}' /var/log
 export PATH='{bin_dir}':$PATH
 export ZOR_EVENT_ID_SH='{examples}/zor-event-id.sh'
-sh '{examples}/zorserver.postinst' configure
+export ZORSERVER_CONF_DIR='{out}/etc'
+sh '{examples}/zorserver.postinst' configure ''
 sh '{examples}/zorserver.prerm' remove
+sh '{examples}/zorserver.postrm' remove
+echo 'a file, not a folder' > '{out}/blocker'
+if ZORSERVER_CONF_DIR='{out}/blocker/etc' sh '{examples}/zorserver.postinst' configure ''; then
+    echo 'the postinst whose configuration failed exited with 0' >&2
+    exit 1
+fi
 ZOR_RECORD_EVENT='{bin_dir}/ZORRecordEvent' ZOR_LOG_DIR='{shell_logs}' sh '{examples}/install-zorserver.sh' '{target}'
 ZORGetInstallLog -f '{archive}'
 ZORHistoryReport '{archive}' > '{out}/report.txt'
@@ -172,11 +184,13 @@ ZORHistoryReport '{archive}' > '{out}/report.txt'
             current = None
         elif current is not None and line:
             current.append(line)
-    actions = sorted(next(l for l in lines if l.startswith("Action=")) for lines in sections.values())
-    if actions != ["Action=Install", "Action=Install", "Action=Uninstall"]:
+    outcomes = sorted((next(l for l in lines if l.startswith("Action=")),
+                       next(l for l in lines if l.startswith("Result="))) for lines in sections.values())
+    if outcomes != [("Action=Install", "Result=Failed"), ("Action=Install", "Result=Success"),
+                    ("Action=Install", "Result=Success"), ("Action=Uninstall", "Result=Success")]:
         raise SystemExit(f"FAIL: the examples' events are {sections}")
     for event, lines in sections.items():
-        for wanted in ("Complete_Flag=TRUE", "Copy_Name=ZORCopy1", "Result=Success"):
+        for wanted in ("Complete_Flag=TRUE", "Copy_Name=ZORCopy1"):
             if wanted not in lines:
                 raise SystemExit(f"FAIL: section [{event}] lacks {wanted!r}: {lines}")
     with zipfile.ZipFile(archive) as z:
@@ -191,7 +205,8 @@ ZORHistoryReport '{archive}' > '{out}/report.txt'
     for event in sections:
         if f"ZORCopy1\\{event}\\{event}.log" not in names:
             raise SystemExit(f"FAIL: the archive stages no log of {event}: {names}")
-    print("the examples' events (postinst, prerm, shell installer) are in Summary.txt and the report")
+    print("the examples' events (postinst, prerm and postrm, a failed postinst, shell installer) "
+          "are in Summary.txt and the report, each with its log")
 
 
 def main():
