@@ -43,7 +43,8 @@ LINUX_FILES = ["bin/ZORGetInstallLog", "bin/ZORRecordEvent", "bin/ZORHistoryRepo
 # Beside the documentation on Linux: the Debian copyright file (from LICENSE),
 # changelog and the Linux installer examples.
 LINUX_DOCS = ["copyright", "changelog.gz",
-              "examples/zorserver.postinst", "examples/zorserver.prerm", "examples/install-zorserver.sh"]
+              "examples/zorserver.postinst", "examples/zorserver.prerm", "examples/zorserver.postrm",
+              "examples/install-zorserver.sh"]
 # The symbols that a caller's __stdcall declarations ask for.
 IMPORTS = {
     "win32": ("i686-w64-mingw32-nm", {"__imp__ZORRecordEvent@8", "__imp__ZORRecordEventAction@4",
