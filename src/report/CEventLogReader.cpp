@@ -239,8 +239,11 @@ void CEventLogReader::ComputerLine(const std::string& line)
             continue;
         std::string name = label;
         name.pop_back();
+        name = TrimmedRight(name);
+        const std::string value = TextBehind(line, label);
         computer.present = true;
-        computer.Add(TrimmedRight(name), TextBehind(line, label));
+        computer.Add(name, value, std::string(),
+                     ItemFields{"computerLine", {TextField("label", name)}, {TextField("text", value)}});
     }
     if (computerName.empty() && StartsWith(line, texts::computer::kComputerNameLabel))
         computerName = TextBehind(line, texts::computer::kComputerNameLabel);

@@ -36,14 +36,28 @@ void DecodeNameList(std::vector<EventName>& names, const CTextDecoder& decoder)
         DecodeNames(name, decoder);
 }
 
+void DecodeFieldList(std::vector<ItemField>& fields, const CTextDecoder& decoder)
+{
+    for (ItemField& field : fields)
+        DecodeAll(field.texts, decoder);
+}
+
+void DecodeFields(ItemFields& fields, const CTextDecoder& decoder)
+{
+    DecodeFieldList(fields.names, decoder);
+    DecodeFieldList(fields.values, decoder);
+}
+
 void DecodeListed(std::vector<ListedItem>& items, const CTextDecoder& decoder)
 {
     for (ListedItem& item : items) {
         Decode(item.name, decoder);
         Decode(item.value, decoder);
+        DecodeFields(item.fields, decoder);
         for (ItemValue& detail : item.details) {
             Decode(detail.name, decoder);
             Decode(detail.value, decoder);
+            DecodeFields(detail.fields, decoder);
         }
     }
 }
@@ -56,6 +70,8 @@ void DecodeSection(SectionChanges& changes, const CTextDecoder& decoder)
         Decode(change.name, decoder);
         Decode(change.before, decoder);
         Decode(change.after, decoder);
+        DecodeFields(change.fields, decoder);
+        DecodeFieldList(change.valuesBefore, decoder);
     }
 }
 

@@ -56,6 +56,13 @@ std::optional<long long> SecondsOfStamp(const std::string& stamp)
            hour * 3600 + minute * 60 + second;
 }
 
+std::optional<std::string> IsoTimeOfStamp(const std::string& stamp)
+{
+    if (!SecondsOfStamp(stamp))
+        return std::nullopt;
+    return stamp.substr(0, 4) + "-" + stamp.substr(4, 2) + "-" + stamp.substr(6, 2) + "T" + stamp.substr(9);
+}
+
 namespace {
 
 // The folder part of a path, with its last separator, and the rest: paths

@@ -23,6 +23,10 @@ bool RecordedOnLinux(const EventRecord& event);
 // ("%Y%m%d %H:%M:%S"), if it can be read.
 std::optional<long long> SecondsOfStamp(const std::string& stamp);
 
+// One of the recorder's time stamps in ISO 8601 ("2024-01-05T14:03:09", the
+// machine's local time, as recorded), if it can be read.
+std::optional<std::string> IsoTimeOfStamp(const std::string& stamp);
+
 // Seconds between two of the recorder's time stamps ("%Y%m%d %H:%M:%S"), if
 // both can be read and the end doesn't come first.
 std::optional<long long> SecondsBetween(const std::string& start, const std::string& end);

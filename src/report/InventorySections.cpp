@@ -107,11 +107,12 @@ private:
         else if (line == kCopyListHeader)
             return FindTableRows(lines_, i, kCopyListRule, 1, kCopyListRule).next;
         else if (StartsWith(line, kCopyNameLabel))
-            StartCopy("copy " + TextBehind(line, kCopyNameLabel));
+            StartCopy("copy " + TextBehind(line, kCopyNameLabel),
+                      ItemFields{"copy", {TextField("copy", TextBehind(line, kCopyNameLabel))}, {}});
         else if (StartsWith(line, kCopyCountLabel))
             v9Copies_ = TextBehind(line, kCopyCountLabel) != "0";
         else if (StartsWith(line, kProductCountLabel) && priorToV9_)
-            StartCopy("copy before V9 #" + std::to_string(++priorCopies_));
+            StartPriorCopy(std::to_string(++priorCopies_));
         else if (line == kGlobalProfilesTitle)
             return ReadGlobalProfile(i);
         else if (line == kProductsTitle)
@@ -119,14 +120,29 @@ private:
         else if (line == kInstancesTitle)
             return ReadInstanceList(i);
         else if (StartsWith(line, kInstanceNameLabel))
-            return ReadInstance(i, copy_ + ": instance " + TextBehind(line, kInstanceNameLabel));
+            return ReadInstance(i, TextBehind(line, kInstanceNameLabel));
         return i;
     }
 
-    void StartCopy(const std::string& copy)
+    void StartCopy(const std::string& copy, ItemFields fields)
     {
         copy_ = copy;
-        section_.Mark(copy_);
+        copyFields_ = fields.names;
+        section_.Mark(copy_, std::string(), std::move(fields));
+    }
+
+    // A copy of the layout before V9, by its place among them.
+    void StartPriorCopy(const std::string& place)
+    {
+        StartCopy("copy before V9 #" + place, ItemFields{"copyBeforeV9", {NumberField("copyBeforeV9", place)}, {}});
+    }
+
+    // The fields of a thing of the copy: the copy's, then the thing's own.
+    ItemFields OfTheCopy(const char* kind, std::vector<ItemField> names, std::vector<ItemField> values) const
+    {
+        ItemFields fields{kind, copyFields_, std::move(values)};
+        fields.names.insert(fields.names.end(), names.begin(), names.end());
+        return fields;
     }
 
     // The key of the V9 copies' parent has the name of the copy before V9,
@@ -152,7 +168,8 @@ private:
             std::string name;
             std::string value;
             SplitGlobalParameter(lines_[i], name, value);
-            section_.Add(copy_ + ": global profile " + name, value, copy_);
+            section_.Add(copy_ + ": global profile " + name, value, copy_,
+                         OfTheCopy("globalProfileValue", {TextField("name", name)}, {TextField("value", value)}));
         }
         return rows.next;
     }
@@ -168,7 +185,10 @@ private:
             section_.Add(copy_ + ": product " + fields[0],
                          "version " + fields[2] + ", service level " + fields[3] + ", code " + fields[1] +
                              ", last modified " + fields[4],
-                         copy_);
+                         copy_,
+                         OfTheCopy("product", {TextField("product", fields[0])},
+                                   {TextField("version", fields[2]), TextField("serviceLevel", fields[3]),
+                                    TextField("code", fields[1]), TextField("lastModified", fields[4])}));
         }
         return rows.next;
     }
@@ -177,18 +197,22 @@ private:
     {
         const TableRows rows = FindTableRows(lines_, from, kInstanceRule, 2, kInstanceRule);
         for (std::size_t i = rows.first; i < rows.end; ++i)
-            section_.Mark(copy_ + ": instance " + lines_[i], copy_);
+            section_.Mark(copy_ + ": instance " + lines_[i], copy_,
+                          OfTheCopy("instance", {TextField("instance", lines_[i])}, {}));
         return rows.next;
     }
 
-    std::size_t ReadInstance(std::size_t from, const std::string& instance)
+    std::size_t ReadInstance(std::size_t from, const std::string& instanceName)
     {
+        const std::string instance = copy_ + ": instance " + instanceName;
         const TableRows rows = FindTableRows(lines_, from, kParameterRule, 2, kParameterRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
             std::string name;
             std::string value;
             SplitParameter(lines_[i], kParameterNameWidth, name, value);
-            section_.Add(instance + ": " + name, value, instance);
+            section_.Add(instance + ": " + name, value, instance,
+                         OfTheCopy("instanceParameter", {TextField("instance", instanceName), TextField("name", name)},
+                                   {TextField("value", value)}));
         }
         return rows.next;
     }
@@ -199,7 +223,17 @@ private:
     bool v9Copies_ = false;
     int priorCopies_ = 0;
     std::string copy_ = "copy (no name)";
+    // The fields that name the copy that the lines are of.
+    std::vector<ItemField> copyFields_{TextField("copy", "")};
 };
+
+// A driver by its name; returns the name that the things below it begin with.
+std::string MarkDriver(const std::string& driverName, SnapshotSection& section)
+{
+    const std::string driver = "driver " + driverName;
+    section.Mark(driver, std::string(), ItemFields{"odbcDriver", {TextField("driver", driverName)}, {}});
+    return driver;
+}
 
 }  // namespace
 
@@ -218,17 +252,20 @@ void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
         if (line == odbc::kDriverListHeader) {
             const TableRows rows = FindTableRows(lines, i, driverRule, 1, driverRule);
             for (std::size_t row = rows.first; row < rows.end; ++row)
-                section.Mark("driver " + lines[row]);
+                MarkDriver(lines[row], section);
             i = rows.next;
         } else if (StartsWith(line, odbc::kDriverNameLabel)) {
-            const std::string driver = "driver " + TextBehind(line, odbc::kDriverNameLabel);
-            section.Mark(driver);
+            const std::string driverName = TextBehind(line, odbc::kDriverNameLabel);
+            const std::string driver = MarkDriver(driverName, section);
             const TableRows rows = FindTableRows(lines, i, parameterRule, 2, parameterRule);
             for (std::size_t row = rows.first; row < rows.end; ++row) {
                 std::string name;
                 std::string value;
                 SplitParameter(lines[row], odbc::kParameterNameWidth, name, value);
-                section.Add(driver + ": " + name, value, driver);
+                section.Add(driver + ": " + name, value, driver,
+                            ItemFields{"driverParameter",
+                                       {TextField("driver", driverName), TextField("name", name)},
+                                       {TextField("value", value)}});
             }
             i = rows.next;
         }

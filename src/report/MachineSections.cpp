@@ -57,7 +57,8 @@ void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
     RowSearchBudget budget;
     for (std::size_t i = rows.first; i < rows.end; ++i) {
         const std::vector<std::string> fields = RecordedRowFields(lines[i], kFields.data(), kFields.size(), budget);
-        section.Add(fields[1], fields[2]);
+        section.Add(fields[1], fields[2], std::string(),
+                    ItemFields{"software", {TextField("name", fields[1])}, {TextField("version", fields[2])}});
     }
 }
 
@@ -70,8 +71,11 @@ void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
         const std::string& row = lines[i];
         ++counts[row.size() > static_cast<std::size_t>(kIdWidth) ? row.substr(kIdWidth) : std::string()];
     }
-    for (const auto& count : counts)
-        section.Add(count.first, std::to_string(count.second));
+    for (const auto& count : counts) {
+        const std::string number = std::to_string(count.second);
+        section.Add(count.first, number, std::string(),
+                    ItemFields{"process", {TextField("image", count.first)}, {NumberField("count", number)}});
+    }
 }
 
 void ReadServicesSection(const SectionLines& lines, SnapshotSection& section)
@@ -83,6 +87,9 @@ void ReadServicesSection(const SectionLines& lines, SnapshotSection& section)
         std::string::size_type stateAt = StateWordsAt(row);
         if (stateAt == std::string::npos)
             stateAt = std::min<std::size_t>(row.size(), kDisplayNameWidth);
-        section.Add(TrimmedRight(row.substr(0, stateAt)), row.substr(stateAt));
+        const std::string name = TrimmedRight(row.substr(0, stateAt));
+        const std::string state = row.substr(stateAt);
+        section.Add(name, state, std::string(),
+                    ItemFields{"service", {TextField("displayName", name)}, {TextField("state", state)}});
     }
 }

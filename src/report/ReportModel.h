@@ -53,12 +53,17 @@ struct ItemChange {
     std::string before;
     std::string after;
     std::uint64_t bytesCut = 0;
+    // Its kind, the fields that name it and those of its value after.
+    ItemFields fields;
+    // The fields of its value before.
+    std::vector<ItemField> valuesBefore;
 };
 
 // A thing that a snapshot names, with its value.
 struct ItemValue {
     std::string name;
     std::string value;
+    ItemFields fields;
 };
 
 // A thing that came or went, with its value, and with the things that belong
@@ -71,6 +76,7 @@ struct ListedItem {
     std::size_t detailsLeftOut = 0;
     // Bytes cut of its texts and its details' texts.
     std::uint64_t bytesCut = 0;
+    ItemFields fields;
 };
 
 struct SectionChanges {

@@ -6,8 +6,10 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "recorder/EventTexts.h"
 
@@ -23,6 +25,30 @@ enum class SnapshotPart : std::size_t {
 
 inline constexpr std::size_t kSnapshotPartCount = texts::kSnapshotSectionCount;
 
+// One field of a thing, under its key in the JSON form: a text, a number, or
+// a list of texts (a user's groups; the values of a name listed twice).
+struct ItemField {
+    enum class Form { Text, Number, List };
+    std::string key;
+    std::vector<std::string> texts;
+    Form form = Form::Text;
+};
+
+ItemField TextField(const char* key, std::string text);
+ItemField NumberField(const char* key, std::string digits);
+ItemField ListField(const char* key, std::vector<std::string> texts);
+
+// A thing in fields of its own, for scripts: its kind ("software", "user",
+// "product"...), the fields that name it (its copy, its instance, its own
+// name) and the fields of its value.
+struct ItemFields {
+    std::string kind;
+    std::vector<ItemField> names;
+    std::vector<ItemField> values;
+    // Bytes cut of the texts, where the report keeps them to a limit.
+    std::uint64_t bytesCut = 0;
+};
+
 // A thing that a section names, and its value. A thing that belongs to
 // another one (a parameter to its instance, an instance to its copy) names
 // that one as its owner, so that a copy that comes or goes is told once,
@@ -30,6 +56,7 @@ inline constexpr std::size_t kSnapshotPartCount = texts::kSnapshotSectionCount;
 struct SnapshotItem {
     std::string value;
     std::string owner;
+    ItemFields fields;
 };
 
 struct SnapshotSection {
@@ -38,10 +65,12 @@ struct SnapshotSection {
     std::map<std::string, SnapshotItem> items;
 
     // Adds a thing; a name that is there already gets the new value joined
-    // to its old one, so that two rows of one name both show.
-    void Add(const std::string& name, const std::string& value, const std::string& owner = std::string());
+    // to its old one, and each field of the value made a list of both, so
+    // that two rows of one name both show.
+    void Add(const std::string& name, const std::string& value, const std::string& owner = std::string(),
+             ItemFields fields = ItemFields());
     // A thing that has no value of its own: named once, however often it is.
-    void Mark(const std::string& name, const std::string& owner = std::string());
+    void Mark(const std::string& name, const std::string& owner = std::string(), ItemFields fields = ItemFields());
 };
 
 struct Snapshot {

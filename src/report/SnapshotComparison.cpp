@@ -23,6 +23,35 @@ std::string Capped(const std::string& text, std::uint64_t& bytesCut)
     return text.substr(0, kItemTextLimit);
 }
 
+// The fields' texts up to the limit, a list's first kDetailLimit texts; the
+// bytes cut are counted.
+std::vector<ItemField> CappedFields(const std::vector<ItemField>& fields, std::uint64_t& bytesCut)
+{
+    std::vector<ItemField> capped;
+    for (const ItemField& field : fields) {
+        ItemField kept{field.key, {}, field.form};
+        for (const std::string& text : field.texts) {
+            if (kept.texts.size() == kDetailLimit)
+                bytesCut += text.size();
+            else
+                kept.texts.push_back(Capped(text, bytesCut));
+        }
+        capped.push_back(std::move(kept));
+    }
+    return capped;
+}
+
+// The thing's kind, and its names' and value's fields, capped, with the
+// bytes cut of them.
+ItemFields CappedFields(const ItemFields& fields)
+{
+    ItemFields capped;
+    capped.kind = fields.kind;
+    capped.names = CappedFields(fields.names, capped.bytesCut);
+    capped.values = CappedFields(fields.values, capped.bytesCut);
+    return capped;
+}
+
 // The thing with its value, and the things below it on its side: those whose
 // names begin with its own and ": ", as the readers name what belongs to a thing.
 ListedItem Listed(Items::const_iterator item, const Items& side)
@@ -30,6 +59,7 @@ ListedItem Listed(Items::const_iterator item, const Items& side)
     ListedItem listed;
     listed.name = Capped(item->first, listed.bytesCut);
     listed.value = Capped(item->second.value, listed.bytesCut);
+    listed.fields = CappedFields(item->second.fields);
     const std::string below = item->first + ": ";
     for (auto detail = side.lower_bound(below);
          detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail) {
@@ -38,7 +68,8 @@ ListedItem Listed(Items::const_iterator item, const Items& side)
             continue;
         }
         listed.details.push_back(ItemValue{Capped(detail->first.substr(below.size()), listed.bytesCut),
-                                           Capped(detail->second.value, listed.bytesCut)});
+                                           Capped(detail->second.value, listed.bytesCut),
+                                           CappedFields(detail->second.fields)});
     }
     return listed;
 }
@@ -61,6 +92,8 @@ void AddChanged(SectionChanges& changes, const Items::value_type& was, const Ite
     change.name = Capped(was.first, change.bytesCut);
     change.before = Capped(was.second.value, change.bytesCut);
     change.after = Capped(is.second.value, change.bytesCut);
+    change.fields = CappedFields(is.second.fields);
+    change.valuesBefore = CappedFields(was.second.fields.values, change.fields.bytesCut);
     changes.changed.push_back(std::move(change));
 }
 

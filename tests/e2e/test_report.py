@@ -8,13 +8,17 @@ together to mislead its reader."""
 import json
 import os
 import pathlib
+import re
 import subprocess
 import time
 import zipfile
 
+import jsonschema
+
 from e2e_support import Probe, expect_equal, main, profile_bytes
 
 TESTS = pathlib.Path(__file__).resolve().parents[1]
+JSON_SCHEMA = TESTS.parent / "docs" / "report-json.schema.json"
 COPY_FIXTURE = TESTS / "fixtures" / "report" / "one_v9_copy.reg"
 # The copy that the fixture adds, as the report names it.
 FIXTURE_COPY = "ReportCopy"
@@ -75,7 +79,11 @@ def error_lines(env, err):
 
 # -- reading the report ----------------------------------------------------
 def read_json(path):
-    return json.loads(path.read_bytes().decode("utf-8"))
+    """The report's JSON form, checked against its published schema."""
+    document = json.loads(path.read_bytes().decode("utf-8"))
+    schema = json.loads(JSON_SCHEMA.read_text(encoding="utf-8"))
+    jsonschema.Draft202012Validator(schema).validate(document)
+    return document
 
 
 def event_of(document, copy, event_id):
@@ -112,9 +120,9 @@ def summary_fields(line):
     return fields[0], fields[1], fields[2], fields[3], counts
 
 
-def names_of(items):
-    """The names of the things that came or went in a section of the JSON form."""
-    return [item["name"] for item in items]
+def names_of(items, field):
+    """One field of each thing that came or went in a section of the JSON form."""
+    return [item[field] for item in items]
 
 
 def listing(folder):
@@ -132,14 +140,40 @@ def test_process_started_during_the_install_is_listed_as_added(env):
 
     changes = event_of(read_json(env.work / "r.json"), copy, event)["changes"]
     assert changes is not None, "no changes for an event with both snapshots"
-    added = {item["name"]: item["value"] for item in changes["processes"]["added"]}
-    expect_equal(added.get(probe.name), "1", f"{probe.name} among the added processes, with its count")
+    added = {item["image"]: item["count"] for item in changes["processes"]["added"]}
+    expect_equal(added.get(probe.name), 1, f"{probe.name} among the added processes, with its count")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert probe.name in html, f"{probe.name} is not in the HTML report"
     listed_copy, listed_event, action, result, counts = summary_fields(summary_line(out, copy, event))
     expect_equal((listed_copy, listed_event, action, result), (copy, event, "Install", "no result"),
                  "copy, event, action and result of the summary line")
     assert int(counts["processes"]) >= 1, f"processes count in the summary: {counts!r}"
+
+
+ISO_TIME = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d")
+
+
+def test_the_json_form_has_its_schema_version_iso_times_the_copy_on_each_event_and_things_as_fields(env):
+    record(env, "-start", "Json-1", "-Action", "Install")
+    with Probe(env) as probe:
+        record(env, "-end", "Json-1", "-CopyName", "JsonCopy", "-Result", "0")
+    record(env, "-start", "Json-2", "-Action", "Repair")
+    record(env, "-end", "Json-2", "-Result", "0")
+    collect(env, "x.zip")
+    make_report(env, "x.zip", "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    expect_equal(document["schemaVersion"], 1, "schema version")
+    for key in ("firstTime", "lastTime"):
+        assert ISO_TIME.fullmatch(document[key]), f"{key} {document[key]!r} is no ISO 8601 time"
+    first = event_of(document, "JsonCopy", "Json-1")
+    second = event_of(document, "Json-2", "Json-2")
+    expect_equal((first["copy"], second["copy"]), ("JsonCopy", None), "the copies of the events")
+    for event in (first, second):
+        for key in ("start", "end"):
+            assert ISO_TIME.fullmatch(event[key]), f"{key} {event[key]!r} is no ISO 8601 time"
+    added = [item for item in first["changes"]["processes"]["added"] if item["image"] == probe.name]
+    expect_equal(added, [{"kind": "process", "image": probe.name, "count": 1, "details": []}],
+                 "the process started during the install, in its fields")
 
 
 def test_windows_installers_restart_results_read_as_success_that_needs_a_restart(env):
@@ -195,7 +229,7 @@ def test_messages_that_read_like_the_recorders_lines_are_messages_and_the_log_st
     expect_equal(reported["messages"], LOOK_ALIKES, "messages of the event")
     expect_equal(reported["notes"], [], "notes on the event")
     assert reported["changes"] is not None, "no changes for an event with both snapshots"
-    assert probe.name in names_of(reported["changes"]["processes"]["added"]), \
+    assert probe.name in names_of(reported["changes"]["processes"]["added"], "image"), \
         f"{probe.name} is not among the added processes: {reported['changes']['processes']!r}"
 
 
@@ -233,14 +267,16 @@ def test_changes_since_the_machines_last_snapshot_name_the_events_that_ran_meanw
     since = event_of(document, "CopyA", "A2")["sincePrevious"]
     expect_equal((since["since"], since["eventsBetween"], since["drift"]),
                  ({"eventId": "B1", "copy": "CopyB", "snapshot": "after"}, [], True), "A2's comparison")
-    assert during_b.name not in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    assert during_b.name not in names_of(since["changes"]["processes"]["added"], "image"), \
+        since["changes"]["processes"]
     # N1 never ended: it ran from its start until A3's, and what came meanwhile
     # is told with it, not as drift.
     since = event_of(document, "CopyA", "A3")["sincePrevious"]
     expect_equal((since["since"], since["eventsBetween"], since["drift"]),
                  ({"eventId": "N1", "copy": "(Unknown)", "snapshot": "before"},
                   [{"eventId": "N1", "copy": "(Unknown)"}], False), "A3's comparison")
-    assert during_n.name in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    assert during_n.name in names_of(since["changes"]["processes"]["added"], "image"), \
+        since["changes"]["processes"]
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert ("What changed since the after snapshot of B1 (copy CopyB): <span class=\"drift\">drift</span>, "
             "outside any recorded install") in html, "A2's drift heading is not on the page"
@@ -336,12 +372,13 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
     document = read_json(env.work / "r.json")
 
     changes = event_of(document, "C1", "E1")["changes"]
-    expect_equal(changes["software"]["added"], [{"name": software, "value": "9.1.0", "details": []}],
+    expect_equal(changes["software"]["added"],
+                 [{"kind": "software", "name": software, "version": "9.1.0", "details": []}],
                  "software added by E1")
     expect_equal(changes["zorProducts"]["added"],
-                 [{"name": "copy C1", "value": "",
-                   "details": [{"name": "product " + product,
-                                "value": "version 9.1.0, service level SL2, code {C1}, last modified 20240105"}]}],
+                 [{"kind": "copy", "copy": "C1",
+                   "details": [{"kind": "product", "copy": "C1", "product": product, "version": "9.1.0",
+                                "serviceLevel": "SL2", "code": "{C1}", "lastModified": "20240105"}]}],
                  "copies added by E1")
     second = event_of(document, "C1", "E2")
     since = second["sincePrevious"]
@@ -349,15 +386,16 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
                  (True, NO_CHANGE, NO_CHANGE), "E2 against E1's after snapshot")
     users = since["changes"]["users"]
     expect_equal((users["added"], users["removed"]), ([], []), "users added or removed before E2")
-    assert {"name": "user VM\\zorjoiner", "before": "in no group's member list",
-            "after": "member of zorgroup"} in users["changed"], users
+    assert {"kind": "user", "name": "VM\\zorjoiner", "before": {"groups": []},
+            "after": {"groups": ["zorgroup"]}} in users["changed"], users
     computer = second["computerChanges"]
     expect_equal((computer["since"], computer["eventsBetween"], computer["drift"]),
                  ({"eventId": "E1", "copy": "C1"}, [{"eventId": "E1", "copy": "C1"}], False),
                  "E2's computer report against E1's")
     expect_equal(computer["changes"]["changed"],
-                 [{"name": "Service Pack", "before": first_pack[len("Service Pack        :"):],
-                   "after": "Service Pack 3"}], "changes of the computer report")
+                 [{"kind": "computerLine", "label": "Service Pack",
+                   "before": {"text": first_pack[len("Service Pack        :"):]},
+                   "after": {"text": "Service Pack 3"}}], "changes of the computer report")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert f'<li class="added">{software}: 9.1.0</li>' in html, "the software's version is not on the page"
 
@@ -404,14 +442,15 @@ def test_service_and_copy_added_then_service_deleted_between_events(env):
     second = event_of(document, FIXTURE_COPY, "Svc-2")
     drift = second["sincePrevious"]
     assert first["changes"] is not None and drift is not None and drift["drift"], (first, second)
-    added_services = {item["name"]: item["value"] for item in first["changes"]["services"]["added"]}
+    added_services = {item["displayName"]: item["state"] for item in first["changes"]["services"]["added"]}
     expect_equal(added_services.get(SERVICE_DISPLAY_NAME), "Stopped", "state of the added service")
     # The copy once, in its own layout: the parent key of the V9 copies is no
     # copy before V9.
-    expect_equal(names_of(first["changes"]["zorProducts"]["added"]), ["copy " + FIXTURE_COPY],
-                 "copies added by the first event")
+    expect_equal([(item["kind"], item.get("copy")) for item in first["changes"]["zorProducts"]["added"]],
+                 [("copy", FIXTURE_COPY)], "copies added by the first event")
     expect_equal(first["sincePrevious"], None, "changes before the machine's first event")
-    assert SERVICE_DISPLAY_NAME in names_of(drift["changes"]["services"]["removed"]), drift["changes"]["services"]
+    assert SERVICE_DISPLAY_NAME in names_of(drift["changes"]["services"]["removed"], "displayName"), \
+        drift["changes"]["services"]
     # Nothing happened to the copy between the two events, nor during the second.
     expect_equal(drift["changes"]["zorProducts"], NO_CHANGE, "drift of the products")
     expect_equal(second["changes"]["zorProducts"], NO_CHANGE, "products changed by the second event")
