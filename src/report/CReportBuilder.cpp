@@ -53,7 +53,8 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const Eve
     running_.clear();
     lastComputer_.reset();
     std::vector<EventReport> reports(events.size());
-    for (const std::size_t event : timeline_->Order()) {
+    report.machineOrder = timeline_->Order();
+    for (const std::size_t event : report.machineOrder) {
         BuildEvent(event, reports[event], report);
         DecodeEventTexts(reports[event], decoder_);
         if (onEvent)
@@ -101,8 +102,10 @@ void CReportBuilder::BuildEvent(std::size_t event, EventReport& report, HistoryR
     Snapshot after;
     SnapshotSection computer;
     report = ReadEvent(record, before, after, computer, history);
-    if (before.present && after.present)
+    if (before.present && after.present) {
         report.changes = CompareSnapshots(before, after);
+        report.changeCounts = CountsOf(*report.changes);
+    }
     CompareWithTheMachine(event, before, report);
     CompareComputers(event, computer, report);
     Keep(event, before, after);
@@ -125,6 +128,8 @@ void CReportBuilder::CompareWithTheMachine(std::size_t event, const Snapshot& be
     since.afterSnapshot = latest_->after;
     since.ranBetween = NamesOf(timeline_->RanBetween(latest_->time, event));
     since.changes = CompareSnapshots(latest_->snapshot, before);
+    if (since.ranBetween.empty())
+        report.driftCounts = CountsOf(since.changes);
     report.sincePrevious = std::move(since);
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "report/HtmlTimelines.h"
 #include "report/ReportWords.h"
 #include "report/TextDecoding.h"
 
@@ -26,6 +27,8 @@ th { background: #eef; }
 .never-ended, .no-result, .unknown { color: #a60; font-weight: bold; }
 .restart-needed { color: #a60; }
 .drift { color: #a00; font-weight: bold; }
+tr.stands-out td { background: #fde8e8; }
+td.counts { font-size: 0.85em; }
 ul.details { list-style: disc; padding-left: 2em; }
 .none, .na { margin: 0.2em 0; }
 .na, .note, .cut { color: #a60; }
@@ -36,6 +39,8 @@ summary { cursor: pointer; font-weight: bold; }
 code, .mono { font-family: "DejaVu Sans Mono", monospace; }
 @media print { body { margin: 0; max-width: none; } .event { break-inside: avoid-page; } }
 )";
+
+}  // namespace
 
 const char* OutcomeClass(EventOutcome outcome)
 {
@@ -56,6 +61,8 @@ const char* OutcomeClass(EventOutcome outcome)
     return "never-ended";
 }
 
+namespace {
+
 void WriteFact(std::ostream& out, const char* label, const std::string& value)
 {
     out << "<tr><th>" << label << "</th><td>" << HtmlText(value) << "</td></tr>\n";
@@ -75,21 +82,6 @@ void WriteMachine(const HistoryReport& report, std::ostream& out)
     out << "</table>\n";
     for (const std::string& note : report.notes)
         out << "<p class=\"note\">Note: " << HtmlText(note) << ".</p>\n";
-}
-
-void WriteTimeline(const CopyReport& copy, std::ostream& out)
-{
-    out << "<table class=\"timeline\">\n<tr><th>Event</th><th>Action</th><th>Product</th><th>Start</th>"
-           "<th>End</th><th>Duration</th><th>Result</th></tr>\n";
-    for (const EventReport& event : copy.events) {
-        const EventRecord& record = event.record;
-        out << "<tr><td>" << HtmlText(record.eventId) << "</td><td>" << HtmlText(record.action) << "</td><td>"
-            << HtmlText(record.product) << "</td><td>" << HtmlText(record.startTime) << "</td><td>"
-            << HtmlText(record.endTime) << "</td><td>"
-            << (event.durationSeconds ? DurationText(*event.durationSeconds) : std::string()) << "</td><td class=\""
-            << OutcomeClass(event.outcome) << "\">" << HtmlText(OutcomeText(event)) << "</td></tr>\n";
-    }
-    out << "</table>\n";
 }
 
 // A thing with its value, if it has one: "ZOR Listener: Started".
@@ -262,7 +254,7 @@ void WriteCopy(const CopyReport& copy, std::ostream& out, const EventWriter& wri
 {
     const bool unnamed = copy.events.size() == 1 && copy.events[0].record.copyName.empty();
     out << "<h2>" << (unnamed ? "No copy name: event " : "Copy ") << HtmlText(copy.name) << "</h2>\n";
-    WriteTimeline(copy, out);
+    WriteCopyTimeline(copy, out);
     for (const EventReport& event : copy.events)
         writeEvent(event, out);
 }
@@ -293,6 +285,7 @@ void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const Event
            "<title>ZOR installation history report</title>\n<style>"
         << kStyle << "</style>\n</head>\n<body>\n<h1>ZOR installation history report</h1>\n";
     WriteMachine(report, out);
+    WriteMachineTimeline(report, out);
     for (const CopyReport& copy : report.copies)
         WriteCopy(copy, out, writeEvent);
     out << "</body>\n</html>\n";

@@ -96,6 +96,9 @@ struct SectionChanges {
 // One entry for each section, empty where the section can't be compared.
 using SnapshotChanges = std::array<std::optional<SectionChanges>, kSnapshotPartCount>;
 
+// The number of changes in each section, none where it can't be compared.
+using ChangeCounts = std::array<std::optional<std::size_t>, kSnapshotPartCount>;
+
 enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded, Unknown };
 
 // An installer's file that the event names.
@@ -156,6 +159,11 @@ struct EventReport {
     std::optional<ChangesSince> sincePrevious;
     // Present when this event's computer report and an earlier one are there.
     std::optional<ComputerChanges> computer;
+    // What the timelines show of the changes, kept when the event's details
+    // are let go: present where `changes` is.
+    std::optional<ChangeCounts> changeCounts;
+    // Present where the changes since the machine's last snapshot are drift.
+    std::optional<ChangeCounts> driftCounts;
 };
 
 struct CopyReport {
@@ -182,4 +190,7 @@ struct HistoryReport {
     std::string firstTime;
     std::string lastTime;
     std::vector<CopyReport> copies;
+    // The events' places in History.ini, in the order of their starts on
+    // the machine; those without a time that can be read last.
+    std::vector<std::size_t> machineOrder;
 };

@@ -144,3 +144,13 @@ SnapshotChanges CompareSnapshots(const Snapshot& before, const Snapshot& after)
         TellUsersByTheirGroups(*users);
     return changes;
 }
+
+ChangeCounts CountsOf(const SnapshotChanges& changes)
+{
+    ChangeCounts counts;
+    for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
+        if (changes[i])
+            counts[i] = changes[i]->Count();
+    }
+    return counts;
+}

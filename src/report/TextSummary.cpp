@@ -22,30 +22,12 @@ std::string ConsoleText(const std::string& text)
     return shown;
 }
 
-void WriteChangeCounts(const EventReport& event, std::ostream& out)
-{
-    if (!event.changes) {
-        out << MissingSnapshots(event.hasBefore, event.hasAfter);
-        return;
-    }
-    for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
-        out << (part == 0 ? "" : " ") << SectionKey(part) << ' ';
-        const std::optional<SectionChanges>& changes = (*event.changes)[part];
-        if (changes)
-            out << changes->Count();
-        else
-            out << '-';
-    }
-}
-
 }  // namespace
 
 void WriteSummaryEvent(const EventReport& event, std::ostream& out)
 {
     out << ConsoleText(event.record.eventId) << " | " << ConsoleText(event.record.action) << " | "
-        << ConsoleText(OutcomeText(event)) << " | ";
-    WriteChangeCounts(event, out);
-    out << '\n';
+        << ConsoleText(OutcomeText(event)) << " | " << InstallChangesText(event) << '\n';
 }
 
 void WriteTextSummary(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)

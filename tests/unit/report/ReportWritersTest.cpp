@@ -7,6 +7,7 @@
 #include "report/HtmlReport.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
+#include "report/SnapshotComparison.h"
 #include "report/TextSummary.h"
 
 namespace {
@@ -68,6 +69,7 @@ HistoryReport SmallReport()
            {TextField("value", "5000")}}}})};
     changes[5].reset();
     installed.changes = changes;
+    installed.changeCounts = CountsOf(changes);
 
     EventReport open;
     open.record.eventId = "E2";
