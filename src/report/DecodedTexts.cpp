@@ -113,8 +113,10 @@ void DecodeEventTexts(EventReport& event, const CTextDecoder& decoder)
     DecodeRecord(event.record, decoder);
     DecodeAll(event.messages, decoder);
     DecodeAll(event.notes, decoder);
-    for (InstallerLog& log : event.installerLogs)
-        Decode(log.name, decoder);
+    for (InstallerLog& log : event.installerLogs) {
+        for (std::string* text : {&log.name, &log.path, &log.entry, &log.text})
+            Decode(*text, decoder);
+    }
     Decode(event.eventLogName, decoder);
     if (event.changes)
         DecodeChanges(*event.changes, decoder);

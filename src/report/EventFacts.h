@@ -36,7 +36,11 @@ std::optional<long long> SecondsBetween(const std::string& start, const std::str
 // folder, else directly in the history folder.
 std::string FindEventLog(const CHistorySource& source, const EventRecord& event);
 
-// The installer's files that the event names, with whether the source holds
-// a copy of each beside the event log.
+// The most of an installer's file that the report shows.
+inline constexpr std::size_t kInstallerLogTextLimit = 64 * 1024;
+
+// The installer's files that the event names, and for each that the source
+// holds beside the event log, its name there and its first
+// kInstallerLogTextLimit bytes; the bytes past them are counted.
 std::vector<InstallerLog> InstallerLogsOf(const CHistorySource& source, const EventRecord& event,
                                           const std::string& eventLogName);

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "report/HtmlContents.h"
 #include "report/HtmlReport.h"
 #include "report/ReportWords.h"
 
@@ -38,7 +39,8 @@ void WriteRow(const EventReport& event, const std::string* copy, std::ostream& o
         << "</td>";
     if (copy != nullptr)
         out << "<td>" << HtmlText(*copy) << "</td>";
-    out << "<td>" << HtmlText(record.eventId) << "</td><td>" << HtmlText(record.action) << "</td><td>"
+    out << "<td><a href=\"#" << EventAnchor(event) << "\">" << HtmlText(record.eventId) << "</a></td><td>"
+        << HtmlText(record.action) << "</td><td>"
         << HtmlText(record.product) << "</td><td>" << HtmlText(record.endTime) << "</td><td>"
         << (event.durationSeconds ? DurationText(*event.durationSeconds) : std::string()) << "</td><td class=\""
         << OutcomeClass(event.outcome) << "\">" << HtmlText(OutcomeText(event)) << "</td><td class=\"counts\">"
@@ -59,7 +61,7 @@ void WriteMachineTimeline(const HistoryReport& report, std::ostream& out)
             copies[event.place] = &copy.name;
         }
     }
-    out << "<h2>What happened on the machine, in order</h2>\n";
+    out << "<h2 id=\"" << kMachineTimelineAnchor << "\">What happened on the machine, in order</h2>\n";
     WriteHeading(out, true);
     for (const std::size_t place : report.machineOrder) {
         if (place < events.size() && events[place] != nullptr)

@@ -160,7 +160,11 @@ json InstallerLogsJson(const std::vector<InstallerLog>& logs)
 {
     json list = json::array();
     for (const InstallerLog& log : logs)
-        list.push_back({{"kind", log.kind}, {"name", Text(log.name)}, {"inSource", log.inSource}});
+        list.push_back({{"kind", log.kind},
+                        {"name", Text(log.name)},
+                        {"path", Text(log.path)},
+                        {"inSource", !log.entry.empty()},
+                        {"entry", log.entry.empty() ? json(nullptr) : Text(log.entry)}});
     return list;
 }
 

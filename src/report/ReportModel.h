@@ -101,11 +101,17 @@ using ChangeCounts = std::array<std::optional<std::size_t>, kSnapshotPartCount>;
 
 enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded, Unknown };
 
-// An installer's file that the event names.
+// An installer's file that the event names: its path as History.ini holds
+// it, its name, and where the source holds a copy of it, the copy's name in
+// the source and its text, cut to a limit.
 struct InstallerLog {
     std::string kind;
     std::string name;
-    bool inSource = false;
+    std::string path;
+    // Empty where the source holds no copy.
+    std::string entry;
+    std::string text;
+    std::uint64_t bytesCut = 0;
 };
 
 // An event as the report names it elsewhere: its EventID and its group.

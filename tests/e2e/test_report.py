@@ -191,8 +191,8 @@ def test_windows_installers_restart_results_read_as_success_that_needs_a_restart
         expect_equal(event_of(document, "RestartCopy", event)["result"], word.split(" (")[0],
                      f"result of {event} in the JSON form")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
-    # Each of the two in the machine's timeline, its copy's timeline and its own heading.
-    expect_equal(html.count('class="restart-needed"'), 6, "restart-needed marks on the page")
+    # Each of the two in the contents, the machine's timeline, its copy's timeline and its own heading.
+    expect_equal(html.count('class="restart-needed"'), 8, "restart-needed marks on the page")
 
 
 # Each line head that the recorder writes in an event log.

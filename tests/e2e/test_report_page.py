@@ -156,5 +156,76 @@ def test_a_failed_event_and_drift_stand_out_by_a_word_and_by_colour(env):
     assert f"{probe.name}: 1" in text, "the process that started outside any install is not on the page"
 
 
+LOG_TEXT_LIMIT = 64 * 1024
+FAILED_MESSAGES = [f"step {number} of the install" for number in range(1, 13)]
+
+
+def record_a_failed_install_with_its_log(env, log_bytes):
+    """F1 of copy C1 fails with twelve messages and its installer's log; G1 of
+    copy C2 follows."""
+    log = env.work / "setup.log"
+    log.write_bytes(log_bytes)
+    recorded = [("-start", "F1", "-Action", "Install", "-l", env.program_path(log))]
+    recorded += [("-logmessage", "F1", "-message", message) for message in FAILED_MESSAGES]
+    recorded += [("-end", "F1", "-CopyName", "C1", "-Result", "1603")]
+    for args in recorded:
+        code, _ = env.run("ZORRecordEvent", *args)
+        expect_equal(code, 0, f"exit code of the recorder's {args[0]}")
+    next_second()
+    record_event(env, "G1", "C2", "0")
+    code, _ = env.run("ZORGetInstallLog", "-f", env.program_path(env.work / "x.zip"))
+    expect_equal(code, 0, "exit code of the archive run")
+
+
+def test_the_contents_lead_to_every_copy_and_event(env):
+    record_a_failed_install_with_its_log(env, b"setup log\n")
+    dom = rendered_dom(env)
+    contents = dom[dom.index('<nav class="contents">'):dom.index("</nav>")]
+    links = re.findall(r'<a href="#([^"]+)">(.*?)</a>', contents)
+    expect_equal([text for _, text in links],
+                 ["What happened on the machine, in order", "Copy C1", "F1", "Copy C2", "G1"],
+                 "the links of the contents")
+    ids = set(re.findall(r'\sid="([^"]+)"', dom))
+    for anchor, text in links:
+        assert anchor in ids, f"the link to {text} leads to no anchor ({anchor!r})"
+    text = " ".join(rendered_text("<body>" + contents).split())
+    assert "F1 : Install, failed (1603)" in text, text
+    timeline = dom[dom.index(MACHINE_TIMELINE):]
+    for anchor, event in links[2::2]:
+        assert f'<a href="#{anchor}">{event}</a>' in timeline, f"the machine's timeline doesn't link {event}"
+
+
+def test_a_failed_installs_messages_stand_open(env):
+    record_a_failed_install_with_its_log(env, b"setup log\n")
+    dom = rendered_dom(env)
+    opened = re.search(r'<details open="">\s*<summary>Messages \(12\)</summary>(.*?)</details>', dom, re.DOTALL)
+    assert opened, "the failed install's messages are folded"
+    expect_equal(re.findall(r"<li>(.*?)</li>", opened.group(1)), FAILED_MESSAGES, "the failed install's messages")
+
+
+def test_the_installer_log_is_named_whole_and_its_text_is_on_the_page(env):
+    record_a_failed_install_with_its_log(env, b"MSI (s) (7C:40) Product: ZOR Server -- Installation failed.\r\n"
+                                              b"<error code=1603>\r\n")
+    dom = rendered_dom(env)
+    text = " ".join(rendered_text(dom).split())
+    staged = env.store_as_program_sees_it + "\\C1\\F1\\setup.log"
+    assert f"installer log: {staged} , in the source as C1\\F1\\setup.log" in text, text
+    folded = re.search(r'<details>\s*<summary>Text of setup.log</summary>\s*<pre class="log">(.*?)</pre>', dom,
+                       re.DOTALL)
+    assert folded, "the installer log's text is not folded below it"
+    expect_equal(html.unescape(folded.group(1)),
+                 "MSI (s) (7C:40) Product: ZOR Server -- Installation failed.\n<error code=1603>\n",
+                 "the installer log's text")
+
+
+def test_an_installer_log_past_its_limit_is_cut_and_says_how_much(env):
+    record_a_failed_install_with_its_log(env, b"x" * (LOG_TEXT_LIMIT + 100))
+    dom = rendered_dom(env)
+    folded = re.search(r'<pre class="log">(x*)\n</pre>\s*<p class="cut">(.*?)</p>', dom)
+    assert folded, "the cut installer log doesn't say what was cut"
+    expect_equal((len(folded.group(1)), folded.group(2)), (LOG_TEXT_LIMIT, "... and 100 more bytes, not shown"),
+                 "the installer log's text and what was cut")
+
+
 if __name__ == "__main__":
     main(globals())
