@@ -133,4 +133,11 @@ void DecodeHistoryTexts(HistoryReport& report, const CTextDecoder& decoder)
     DecodeAll(report.notes, decoder);
     for (CopyReport& copy : report.copies)
         Decode(copy.name, decoder);
+    if (!report.comparison)
+        return;
+    DecodeNames(report.comparison->first, decoder);
+    DecodeNames(report.comparison->second, decoder);
+    Decode(report.comparison->missing, decoder);
+    if (report.comparison->changes)
+        DecodeChanges(*report.comparison->changes, decoder);
 }

@@ -4,6 +4,7 @@
 #include "report/ReportWords.h"
 
 const char kMachineTimelineAnchor[] = "machine-timeline";
+const char kComparisonAnchor[] = "comparison";
 
 std::string CopyAnchor(std::size_t copyIndex)
 {
@@ -25,6 +26,10 @@ void WriteContents(const HistoryReport& report, std::ostream& out)
 {
     out << "<nav class=\"contents\">\n<h2>Contents</h2>\n<ul>\n<li><a href=\"#" << kMachineTimelineAnchor
         << "\">What happened on the machine, in order</a></li>\n";
+    if (report.comparison)
+        out << "<li><a href=\"#" << kComparisonAnchor << "\">Comparison of "
+            << HtmlText(report.comparison->first.eventId) << " and " << HtmlText(report.comparison->second.eventId)
+            << "</a></li>\n";
     for (std::size_t c = 0; c < report.copies.size(); ++c) {
         const CopyReport& copy = report.copies[c];
         out << "<li><a href=\"#" << CopyAnchor(c) << "\">" << CopyTitle(copy) << "</a>\n<ul>\n";

@@ -19,6 +19,7 @@ std::string EventAnchor(const EventReport& event);
 std::string CopyTitle(const CopyReport& copy);
 
 extern const char kMachineTimelineAnchor[];
+extern const char kComparisonAnchor[];
 
 // Each copy with its events, their actions and results, each a link.
 void WriteContents(const HistoryReport& report, std::ostream& out);

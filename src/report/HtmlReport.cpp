@@ -288,6 +288,18 @@ void WriteHtmlEvent(const EventReport& event, std::ostream& out)
 
 namespace {
 
+void WriteComparison(const EventComparison& comparison, std::ostream& out)
+{
+    out << "<h2 id=\"" << kComparisonAnchor << "\">Comparison of " << HtmlText(comparison.first.eventId)
+        << " and " << HtmlText(comparison.second.eventId) << "</h2>\n";
+    const std::string title = "What changed from " + HtmlText(ComparisonTitle(comparison));
+    if (comparison.changes)
+        WriteChanges(title, *comparison.changes, out);
+    else
+        out << "<h4>" << title << "</h4>\n<p class=\"na\">Not compared: " << HtmlText(comparison.missing)
+            << ".</p>\n";
+}
+
 void WriteCopy(const CopyReport& copy, std::size_t index, std::ostream& out, const EventWriter& writeEvent)
 {
     out << "<h2 id=\"" << CopyAnchor(index) << "\">" << CopyTitle(copy) << "</h2>\n";
@@ -324,6 +336,8 @@ void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const Event
     WriteMachine(report, out);
     WriteContents(report, out);
     WriteMachineTimeline(report, out);
+    if (report.comparison)
+        WriteComparison(*report.comparison, out);
     for (std::size_t c = 0; c < report.copies.size(); ++c)
         WriteCopy(report.copies[c], c, out, writeEvent);
     out << "</body>\n</html>\n";

@@ -172,6 +172,17 @@ struct EventReport {
     std::optional<ChangeCounts> driftCounts;
 };
 
+// Two events compared as -compare names them: the first one's after
+// snapshot, or its before snapshot, against the second one's after snapshot.
+struct EventComparison {
+    EventName first;
+    bool firstBefore = false;
+    EventName second;
+    // What keeps them from being compared, in words, or empty.
+    std::string missing;
+    std::optional<SnapshotChanges> changes;
+};
+
 struct CopyReport {
     // The group's name: the copy's name, or the EventID of an event without one.
     std::string name;
@@ -199,4 +210,5 @@ struct HistoryReport {
     // The events' places in History.ini, in the order of their starts on
     // the machine; those without a time that can be read last.
     std::vector<std::size_t> machineOrder;
+    std::optional<EventComparison> comparison;
 };

@@ -99,3 +99,12 @@ std::size_t TotalOf(const ChangeCounts& counts)
         total += count.value_or(0);
     return total;
 }
+
+std::string ComparisonTitle(const EventComparison& comparison)
+{
+    const auto snapshot = [](const char* which, const EventName& event) {
+        return std::string("the ") + which + " snapshot of " + event.eventId + " (copy " + event.copy + ")";
+    };
+    return snapshot(comparison.firstBefore ? "before" : "after", comparison.first) + " against " +
+           snapshot("after", comparison.second);
+}

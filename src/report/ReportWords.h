@@ -36,3 +36,7 @@ std::string InstallChangesText(const EventReport& event);
 
 // The changes of all sections that can be compared.
 std::size_t TotalOf(const ChangeCounts& counts);
+
+// What -compare compared: "the after snapshot of E1 (copy C1) against the
+// after snapshot of E2 (copy C2)".
+std::string ComparisonTitle(const EventComparison& comparison);

@@ -1,6 +1,7 @@
 #include "report/TextSummary.h"
 
 #include "report/ReportWords.h"
+#include "report/SnapshotComparison.h"
 
 namespace {
 
@@ -20,6 +21,37 @@ std::string ConsoleText(const std::string& text)
         at += c1 ? 1 : 0;
     }
     return shown;
+}
+
+// Each thing that came, went or changed, one line each behind its section's
+// key: "processes + zorsrv.exe: 1", "services ~ ZOR Listener: Running -> Stopped".
+void WriteChangeLines(const SnapshotChanges& changes, std::ostream& out)
+{
+    for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
+        if (!changes[part])
+            continue;
+        const std::string key = SectionKey(part);
+        for (const auto* list : {&changes[part]->added, &changes[part]->removed}) {
+            const char* sign = list == &changes[part]->added ? " + " : " - ";
+            for (const ListedItem& item : *list)
+                out << key << sign << ConsoleText(item.name) << (item.value.empty() ? "" : ": ")
+                    << ConsoleText(item.value) << '\n';
+        }
+        for (const ItemChange& change : changes[part]->changed)
+            out << key << " ~ " << ConsoleText(change.name) << ": " << ConsoleText(change.before) << " -> "
+                << ConsoleText(change.after) << '\n';
+    }
+}
+
+void WriteComparison(const EventComparison& comparison, std::ostream& out)
+{
+    out << "Compared " << ConsoleText(ComparisonTitle(comparison)) << '\n';
+    if (!comparison.changes) {
+        out << "Not compared: " << ConsoleText(comparison.missing) << '\n';
+        return;
+    }
+    out << ChangeCountsText(CountsOf(*comparison.changes)) << '\n';
+    WriteChangeLines(*comparison.changes, out);
 }
 
 }  // namespace
@@ -46,4 +78,6 @@ void WriteTextSummary(const HistoryReport& report, std::ostream& out, const Even
             writeEvent(event, out);
         }
     }
+    if (report.comparison)
+        WriteComparison(*report.comparison, out);
 }

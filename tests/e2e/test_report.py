@@ -285,6 +285,62 @@ def test_changes_since_the_machines_last_snapshot_name_the_events_that_ran_meanw
             "N1 (copy (Unknown))") in html, "A3's heading is not on the page"
 
 
+def record_two_events_with_a_process_between(env):
+    """Cmp-1 of CopyA; a process starts; Cmp-2 of CopyB; Open-1 never ends."""
+    record(env, "-start", "Cmp-1", "-Action", "Install")
+    record(env, "-end", "Cmp-1", "-CopyName", "CopyA", "-Result", "0")
+    next_second()
+    with Probe(env) as probe:
+        record(env, "-start", "Cmp-2", "-Action", "Upgrade")
+        record(env, "-end", "Cmp-2", "-CopyName", "CopyB", "-Result", "0")
+        next_second()
+        record(env, "-start", "Open-1", "-Action", "Repair")
+    collect(env, "x.zip")
+    return probe
+
+
+COUNTS_LINE = re.compile(r"users \d+ software \d+ processes \d+ services \d+ zorProducts \d+ odbcDrivers \d+")
+
+
+def test_two_events_compared_by_their_after_snapshots_on_the_console_and_the_page(env):
+    probe = record_two_events_with_a_process_between(env)
+    out = make_report(env, "x.zip", "-o", "r.html", "-compare", "Cmp-1", "Cmp-2")
+    lines = out.splitlines()
+    title = "Compared the after snapshot of Cmp-1 (copy CopyA) against the after snapshot of Cmp-2 (copy CopyB)"
+    assert title in lines, out
+    assert COUNTS_LINE.fullmatch(lines[lines.index(title) + 1]), out
+    assert f"processes + {probe.name}: 1" in lines[lines.index(title):], out
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    compared = html[html.index('<h2 id="comparison">Comparison of Cmp-1 and Cmp-2</h2>'):
+                    html.index('<h2 id="copy-0">')]
+    assert ("<h4>What changed from the after snapshot of Cmp-1 (copy CopyA) against the after snapshot of "
+            "Cmp-2 (copy CopyB)</h4>") in compared, compared
+    assert f'<li class="added">{probe.name}: 1</li>' in compared, compared
+    assert '<a href="#comparison">Comparison of Cmp-1 and Cmp-2</a>' in html, "the contents don't lead to it"
+
+
+def test_an_events_before_snapshot_against_its_after_snapshot_is_what_the_install_changed(env):
+    record_two_events_with_a_process_between(env)
+    out = make_report(env, "x.zip", "-compare", "Cmp-2", "Cmp-2", "-before")
+    lines = out.splitlines()
+    title = "Compared the before snapshot of Cmp-2 (copy CopyB) against the after snapshot of Cmp-2 (copy CopyB)"
+    assert title in lines, out
+    expect_equal(lines[lines.index(title) + 1], summary_line(out, "CopyB", "Cmp-2").split(" | ")[4],
+                 "the comparison's counts and the install's own")
+
+
+def test_a_compared_event_without_its_snapshot_or_missing_from_the_history_is_said(env):
+    record_two_events_with_a_process_between(env)
+    out = make_report(env, "x.zip", "-compare", "Cmp-1", "Open-1")
+    assert "Not compared: Open-1 has no snapshot after the install" in out.splitlines(), out
+    code, out, err = run_report(env, "x.zip", "-compare", "Cmp-1", "Nope-1")
+    expect_equal((code, error_lines(env, err)), (1, ["x.zip: no event Nope-1 to compare in it"]),
+                 "exit code and error of a comparison with an event that isn't there")
+    code, out, err = run_report(env, "x.zip", "-before")
+    expect_equal(code, 2, "exit code of -before without -compare")
+    assert "ZORHistoryReport: the option -before goes with -compare" in error_lines(env, err), err
+
+
 # The recorder's texts, written by hand for the sections that a Linux machine
 # leaves empty.
 SOFTWARE_HEADER = ("Publisher                     Product Name                                                     "

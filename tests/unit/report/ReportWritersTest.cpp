@@ -332,6 +332,24 @@ TEST(ReportOptionsTest, UsageErrorsAreTold)
     EXPECT_TRUE(options.help);
 }
 
+TEST(ReportOptionsTest, CompareNamesTwoEventsAndBeforeTakesTheFirstOnesBeforeSnapshot)
+{
+    ReportOptions options;
+    std::string error;
+    ASSERT_TRUE(ParseReportOptions({"x.zip", "-compare", "E1", "E2"}, options, error));
+    EXPECT_EQ(options.compareFirst, "E1");
+    EXPECT_EQ(options.compareSecond, "E2");
+    EXPECT_FALSE(options.compareBefore);
+    ASSERT_TRUE(ParseReportOptions({"-before", "-compare", "E1", "E1", "x.zip"}, options, error));
+    EXPECT_TRUE(options.compareBefore);
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-compare", "E1"}, options, error));
+    EXPECT_EQ(error, "the option -compare needs two EventIDs");
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-compare", "E1", "E2", "-compare", "E3", "E4"}, options, error));
+    EXPECT_EQ(error, "the option -compare is given twice");
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-before"}, options, error));
+    EXPECT_EQ(error, "the option -before goes with -compare");
+}
+
 TEST(ReportOptionsTest, CodePageNamesAKnownAnsiCodePage)
 {
     ReportOptions options;
