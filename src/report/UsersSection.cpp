@@ -58,7 +58,8 @@ std::size_t ReadGroups(const SectionLines& lines, std::size_t from, const std::s
 {
     const TableRows rows = FindTableRows(lines, from, kGroupRule, 2, closingRule);
     for (std::size_t i = rows.first; i < rows.end; ++i)
-        section.Mark(kind + " " + lines[i], std::string(), ItemFields{KindKey(kind), {TextField("name", lines[i])}, {}});
+        section.Mark(kind + " " + lines[i], std::string(),
+                     ItemFields{KindKey(kind), {TextField("name", lines[i])}, {}});
     return rows.next;
 }
 
