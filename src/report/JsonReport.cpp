@@ -228,6 +228,21 @@ std::string Indented(const json& value, std::size_t indent)
     return indented;
 }
 
+// The two events that -compare named, or null.
+json ComparisonJson(const std::optional<EventComparison>& comparison)
+{
+    if (!comparison)
+        return nullptr;
+    json first = EventNameJson(comparison->first);
+    first["snapshot"] = comparison->firstBefore ? "before" : "after";
+    json second = EventNameJson(comparison->second);
+    second["snapshot"] = "after";
+    return {{"first", first},
+            {"second", second},
+            {"missing", comparison->missing.empty() ? json(nullptr) : Text(comparison->missing)},
+            {"changes", ChangesJson(comparison->changes)}};
+}
+
 }  // namespace
 
 void WriteJsonEvent(const EventReport& event, std::ostream& out)
@@ -250,6 +265,7 @@ void WriteJsonReport(const HistoryReport& report, std::ostream& out, const Event
         {"firstTime", TimeJson(report.firstTime)},
         {"lastTime", TimeJson(report.lastTime)},
         {"notes", Names(report.notes)},
+        {"comparison", ComparisonJson(report.comparison)},
     };
     const std::string headText = head.dump(2);
     out << headText.substr(0, headText.size() - 2) << ",\n  \"copies\": [";

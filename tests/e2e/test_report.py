@@ -304,7 +304,7 @@ COUNTS_LINE = re.compile(r"users \d+ software \d+ processes \d+ services \d+ zor
 
 def test_two_events_compared_by_their_after_snapshots_on_the_console_and_the_page(env):
     probe = record_two_events_with_a_process_between(env)
-    out = make_report(env, "x.zip", "-o", "r.html", "-compare", "Cmp-1", "Cmp-2")
+    out = make_report(env, "x.zip", "-o", "r.html", "-json", "r.json", "-compare", "Cmp-1", "Cmp-2")
     lines = out.splitlines()
     title = "Compared the after snapshot of Cmp-1 (copy CopyA) against the after snapshot of Cmp-2 (copy CopyB)"
     assert title in lines, out
@@ -317,6 +317,12 @@ def test_two_events_compared_by_their_after_snapshots_on_the_console_and_the_pag
             "Cmp-2 (copy CopyB)</h4>") in compared, compared
     assert f'<li class="added">{probe.name}: 1</li>' in compared, compared
     assert '<a href="#comparison">Comparison of Cmp-1 and Cmp-2</a>' in html, "the contents don't lead to it"
+    comparison = read_json(env.work / "r.json")["comparison"]
+    expect_equal((comparison["first"], comparison["second"], comparison["missing"]),
+                 ({"eventId": "Cmp-1", "copy": "CopyA", "snapshot": "after"},
+                  {"eventId": "Cmp-2", "copy": "CopyB", "snapshot": "after"}, None), "the comparison in the JSON form")
+    assert {"kind": "process", "image": probe.name, "count": 1, "details": []} in \
+        comparison["changes"]["processes"]["added"], comparison["changes"]["processes"]
 
 
 def test_an_events_before_snapshot_against_its_after_snapshot_is_what_the_install_changed(env):

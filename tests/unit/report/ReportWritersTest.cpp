@@ -136,6 +136,7 @@ TEST(ReportWriters, TheJsonHasTheAgreedShape)
     const nlohmann::json json = nlohmann::json::parse(out.str());
     EXPECT_EQ(json["schemaVersion"], 1);
     EXPECT_EQ(json["firstTime"], "2006-10-12T10:00:00");
+    EXPECT_TRUE(json["comparison"].is_null());
     EXPECT_EQ(json["machine"]["computer"], "VM");
     EXPECT_EQ(json["machine"]["os"], "Microsoft Windows XP Home Edition");
     const nlohmann::json& e1 = json["copies"][0]["events"][0];
