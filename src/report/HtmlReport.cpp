@@ -206,9 +206,9 @@ void WriteMessages(const EventReport& event, std::ostream& out)
         return;
     const bool failed = event.outcome == EventOutcome::Failed;
     const bool fold = failed || event.messages.size() > kOpenMessages;
-    out << (fold ? failed ? "<details open>\n<summary>" : "<details>\n<summary>" : "<h4>") << "Messages ("
-        << event.messages.size() + event.messagesLeftOut << ")" << (fold ? "</summary>\n" : "</h4>\n")
-        << "<ul class=\"mono\">\n";
+    const char* opening = !fold ? "<h4>" : failed ? "<details open>\n<summary>" : "<details>\n<summary>";
+    out << opening << "Messages (" << event.messages.size() + event.messagesLeftOut << ")"
+        << (fold ? "</summary>\n" : "</h4>\n") << "<ul class=\"mono\">\n";
     auto cut = event.messagesCut.begin();
     for (std::size_t i = 0; i < event.messages.size(); ++i) {
         const bool wasCut = cut != event.messagesCut.end() && cut->index == i;
