@@ -37,7 +37,7 @@ std::optional<long long> SecondsBetween(const std::string& start, const std::str
 std::string FindEventLog(const CHistorySource& source, const EventRecord& event);
 
 // The most of an installer's file that the report shows.
-inline constexpr std::size_t kInstallerLogTextLimit = 64 * 1024;
+inline constexpr std::size_t kInstallerLogTextLimit = 16 * 1024;
 
 // The installer's files that the event names, and for each that the source
 // holds beside the event log, its name there and its first

@@ -156,7 +156,7 @@ def test_a_failed_event_and_drift_stand_out_by_a_word_and_by_colour(env):
     assert f"{probe.name}: 1" in text, "the process that started outside any install is not on the page"
 
 
-LOG_TEXT_LIMIT = 64 * 1024
+LOG_TEXT_LIMIT = 16 * 1024
 FAILED_MESSAGES = [f"step {number} of the install" for number in range(1, 13)]
 
 
