@@ -239,11 +239,10 @@ void CEventLogReader::ComputerLine(const std::string& line)
             continue;
         std::string name = label;
         name.pop_back();
-        name = TrimmedRight(name);
-        const std::string value = TextBehind(line, label);
+        static const PlainFields kPlain{"computerLine", "label", "text", ItemField::Form::Text};
         computer.present = true;
-        computer.Add(name, value, std::string(),
-                     ItemFields{"computerLine", {TextField("label", name)}, {TextField("text", value)}});
+        computer.plainFields = &kPlain;
+        computer.Add(TrimmedRight(name), TextBehind(line, label));
     }
     if (computerName.empty() && StartsWith(line, texts::computer::kComputerNameLabel))
         computerName = TextBehind(line, texts::computer::kComputerNameLabel);

@@ -51,19 +51,22 @@ std::string::size_type StateWordsAt(const std::string& row)
 
 void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
 {
+    static const PlainFields kPlain{"software", "name", "version", ItemField::Form::Text};
+    section.plainFields = &kPlain;
     using namespace texts::software;
     static const std::vector<RowField> kFields = SoftwareFields();
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
     RowSearchBudget budget;
     for (std::size_t i = rows.first; i < rows.end; ++i) {
         const std::vector<std::string> fields = RecordedRowFields(lines[i], kFields.data(), kFields.size(), budget);
-        section.Add(fields[1], fields[2], std::string(),
-                    ItemFields{"software", {TextField("name", fields[1])}, {TextField("version", fields[2])}});
+        section.Add(fields[1], fields[2]);
     }
 }
 
 void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
 {
+    static const PlainFields kPlain{"process", "image", "count", ItemField::Form::Number};
+    section.plainFields = &kPlain;
     using namespace texts::processes;
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kEnd);
     std::map<std::string, unsigned long> counts;
@@ -71,15 +74,14 @@ void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
         const std::string& row = lines[i];
         ++counts[row.size() > static_cast<std::size_t>(kIdWidth) ? row.substr(kIdWidth) : std::string()];
     }
-    for (const auto& count : counts) {
-        const std::string number = std::to_string(count.second);
-        section.Add(count.first, number, std::string(),
-                    ItemFields{"process", {TextField("image", count.first)}, {NumberField("count", number)}});
-    }
+    for (const auto& count : counts)
+        section.Add(count.first, std::to_string(count.second));
 }
 
 void ReadServicesSection(const SectionLines& lines, SnapshotSection& section)
 {
+    static const PlainFields kPlain{"service", "displayName", "state", ItemField::Form::Text};
+    section.plainFields = &kPlain;
     using namespace texts::services;
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
     for (std::size_t i = rows.first; i < rows.end; ++i) {
@@ -87,9 +89,6 @@ void ReadServicesSection(const SectionLines& lines, SnapshotSection& section)
         std::string::size_type stateAt = StateWordsAt(row);
         if (stateAt == std::string::npos)
             stateAt = std::min<std::size_t>(row.size(), kDisplayNameWidth);
-        const std::string name = TrimmedRight(row.substr(0, stateAt));
-        const std::string state = row.substr(stateAt);
-        section.Add(name, state, std::string(),
-                    ItemFields{"service", {TextField("displayName", name)}, {TextField("state", state)}});
+        section.Add(TrimmedRight(row.substr(0, stateAt)), row.substr(stateAt));
     }
 }

@@ -31,19 +31,40 @@ ItemField ListField(const char* key, std::vector<std::string> texts)
     return ItemField{key, std::move(texts), ItemField::Form::List};
 }
 
+// A name listed again gets fields of its own, whose values list each row's.
 void SnapshotSection::Add(const std::string& name, const std::string& value, const std::string& owner,
                           ItemFields fields)
 {
-    const auto inserted = items.emplace(name, SnapshotItem{value, owner, ItemFields()});
+    const auto inserted = items.emplace(name, SnapshotItem{value, owner});
     if (inserted.second) {
-        inserted.first->second.fields = std::move(fields);
+        if (!fields.kind.empty())
+            ownFields.emplace(name, std::move(fields));
         return;
     }
-    inserted.first->second.value += ", " + value;
-    JoinValues(inserted.first->second.fields.values, fields.values);
+    SnapshotItem& item = inserted.first->second;
+    ItemFields joined = FieldsOf(name, item.value);
+    if (fields.kind.empty())
+        fields = FieldsOf(name, value);
+    JoinValues(joined.values, fields.values);
+    ownFields[name] = std::move(joined);
+    item.value += ", " + value;
 }
 
 void SnapshotSection::Mark(const std::string& name, const std::string& owner, ItemFields fields)
 {
-    items.emplace(name, SnapshotItem{std::string(), owner, std::move(fields)});
+    if (items.emplace(name, SnapshotItem{std::string(), owner}).second && !fields.kind.empty())
+        ownFields.emplace(name, std::move(fields));
+}
+
+ItemFields SnapshotSection::FieldsOf(const std::string& name, const std::string& value) const
+{
+    const auto own = ownFields.find(name);
+    if (own != ownFields.end())
+        return own->second;
+    if (plainFields == nullptr)
+        return ItemFields();
+    return ItemFields{plainFields->kind,
+                      {TextField(plainFields->nameKey, name)},
+                      {ItemField{plainFields->valueKey, {value}, plainFields->valueForm}},
+                      0};
 }

@@ -49,6 +49,17 @@ struct ItemFields {
     std::uint64_t bytesCut = 0;
 };
 
+// How the fields of a section's things follow from their names and values
+// alone, where they do (a software's name and version, a process's image and
+// count), so that such a section, the largest of a snapshot, keeps no fields
+// of its own for each thing.
+struct PlainFields {
+    const char* kind;
+    const char* nameKey;
+    const char* valueKey;
+    ItemField::Form valueForm;
+};
+
 // A thing that a section names, and its value. A thing that belongs to
 // another one (a parameter to its instance, an instance to its copy) names
 // that one as its owner, so that a copy that comes or goes is told once,
@@ -56,13 +67,18 @@ struct ItemFields {
 struct SnapshotItem {
     std::string value;
     std::string owner;
-    ItemFields fields;
 };
 
 struct SnapshotSection {
     bool present = false;
     bool complete = false;
     std::map<std::string, SnapshotItem> items;
+    // Where the things' names and values give their fields.
+    const PlainFields* plainFields = nullptr;
+    // The fields of the things whose names and values don't give them, by
+    // their names. Kept apart from the things, whose map stays as small as
+    // the largest sections need it to be.
+    std::map<std::string, ItemFields> ownFields;
 
     // Adds a thing; a name that is there already gets the new value joined
     // to its old one, and each field of the value made a list of both, so
@@ -71,6 +87,8 @@ struct SnapshotSection {
              ItemFields fields = ItemFields());
     // A thing that has no value of its own: named once, however often it is.
     void Mark(const std::string& name, const std::string& owner = std::string(), ItemFields fields = ItemFields());
+    // The thing's fields: its own, or those that the plain fields give it.
+    ItemFields FieldsOf(const std::string& name, const std::string& value) const;
 };
 
 struct Snapshot {

@@ -54,12 +54,13 @@ ItemFields CappedFields(const ItemFields& fields)
 
 // The thing with its value, and the things below it on its side: those whose
 // names begin with its own and ": ", as the readers name what belongs to a thing.
-ListedItem Listed(Items::const_iterator item, const Items& side)
+ListedItem Listed(Items::const_iterator item, const SnapshotSection& section)
 {
+    const Items& side = section.items;
     ListedItem listed;
     listed.name = Capped(item->first, listed.bytesCut);
     listed.value = Capped(item->second.value, listed.bytesCut);
-    listed.fields = CappedFields(item->second.fields);
+    listed.fields = CappedFields(section.FieldsOf(item->first, item->second.value));
     const std::string below = item->first + ": ";
     for (auto detail = side.lower_bound(below);
          detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail) {
@@ -69,20 +70,22 @@ ListedItem Listed(Items::const_iterator item, const Items& side)
         }
         listed.details.push_back(ItemValue{Capped(detail->first.substr(below.size()), listed.bytesCut),
                                            Capped(detail->second.value, listed.bytesCut),
-                                           CappedFields(detail->second.fields)});
+                                           CappedFields(section.FieldsOf(detail->first, detail->second.value))});
     }
     return listed;
 }
 
-void AddListed(std::vector<ListedItem>& list, std::size_t& leftOut, Items::const_iterator item, const Items& side)
+void AddListed(std::vector<ListedItem>& list, std::size_t& leftOut, Items::const_iterator item,
+               const SnapshotSection& section)
 {
     if (list.size() == kListLimit)
         ++leftOut;
     else
-        list.push_back(Listed(item, side));
+        list.push_back(Listed(item, section));
 }
 
-void AddChanged(SectionChanges& changes, const Items::value_type& was, const Items::value_type& is)
+void AddChanged(SectionChanges& changes, const Items::value_type& was, const SnapshotSection& before,
+                const Items::value_type& is, const SnapshotSection& after)
 {
     if (changes.changed.size() == kListLimit) {
         ++changes.changedLeftOut;
@@ -92,8 +95,8 @@ void AddChanged(SectionChanges& changes, const Items::value_type& was, const Ite
     change.name = Capped(was.first, change.bytesCut);
     change.before = Capped(was.second.value, change.bytesCut);
     change.after = Capped(is.second.value, change.bytesCut);
-    change.fields = CappedFields(is.second.fields);
-    change.valuesBefore = CappedFields(was.second.fields.values, change.fields.bytesCut);
+    change.fields = CappedFields(after.FieldsOf(is.first, is.second.value));
+    change.valuesBefore = CappedFields(before.FieldsOf(was.first, was.second.value).values, change.fields.bytesCut);
     changes.changed.push_back(std::move(change));
 }
 
@@ -114,15 +117,15 @@ SectionChanges CompareSections(const SnapshotSection& before, const SnapshotSect
                                                      : was->first.compare(is->first);
         if (order < 0) {
             if (!OwnerAlsoListed(was->second, before.items, after.items))
-                AddListed(changes.removed, changes.removedLeftOut, was, before.items);
+                AddListed(changes.removed, changes.removedLeftOut, was, before);
             ++was;
         } else if (order > 0) {
             if (!OwnerAlsoListed(is->second, after.items, before.items))
-                AddListed(changes.added, changes.addedLeftOut, is, after.items);
+                AddListed(changes.added, changes.addedLeftOut, is, after);
             ++is;
         } else {
             if (was->second.value != is->second.value)
-                AddChanged(changes, *was, *is);
+                AddChanged(changes, *was, before, *is, after);
             ++was;
             ++is;
         }

@@ -53,11 +53,20 @@ def run_report(env, *args, cwd=None):
 
 
 def make_report(env, *args, cwd=None):
-    """A run of ZORHistoryReport that must write its report; its stdout."""
+    """A run of ZORHistoryReport that must write its report; its stdout. The
+    JSON form, where the run writes one, is checked against its schema."""
     code, out, err = run_report(env, *args, cwd=cwd)
     expect_equal(code, 0, f"exit code of ZORHistoryReport {args!r}; stdout:\n{out}\nstderr:\n{err}")
     env.expect_no_error_output(err, f"of ZORHistoryReport {args!r}")
+    if "-json" in args:
+        read_json(pathlib.Path(cwd or env.work) / host_path(args[args.index("-json") + 1]))
     return out
+
+
+def host_path(program_path):
+    """A path as the program took it, on the host: "Z:\\x\\r.json" is /x/r.json."""
+    path = str(program_path)
+    return path[2:].replace("\\", "/") if path.startswith("Z:") else path
 
 
 def wine(env, *args):
