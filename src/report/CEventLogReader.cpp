@@ -239,9 +239,10 @@ void CEventLogReader::ComputerLine(const std::string& line)
             continue;
         std::string name = label;
         name.pop_back();
-        static const PlainFields kPlain{"computerLine", "label", "text", ItemField::Form::Text};
         computer.present = true;
-        computer.plainFields = &kPlain;
+        computer.fieldsRule = [](const SnapshotSection&, const std::string& label, const SnapshotItem& item) {
+            return NamedValueFields("computerLine", "label", "text", ItemField::Form::Text, label, item.value);
+        };
         computer.Add(TrimmedRight(name), TextBehind(line, label));
     }
     if (computerName.empty() && StartsWith(line, texts::computer::kComputerNameLabel))

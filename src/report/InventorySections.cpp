@@ -3,6 +3,7 @@
 // place. Each product, global profile value, instance and parameter belongs
 // to its copy, each parameter of an instance to the instance.
 #include <algorithm>
+#include <cstring>
 
 #include "inventory/InventoryTexts.h"
 #include "inventory/RegistryReader.h"
@@ -18,6 +19,7 @@ const std::string kProfileRule(kProfileRuleLength, '-');
 const std::string kProductRule(kProductRuleLength, '-');
 const std::string kInstanceRule(kInstanceRuleLength, '-');
 const std::string kParameterRule(kParameterRuleLength, '-');
+const char kGlobalProfilePrefix[] = "global profile ";
 
 // A text from the registry: at most the value buffer, less its terminator;
 // a key's name at most the name buffer, less its terminator.
@@ -170,8 +172,7 @@ private:
             std::string name;
             std::string value;
             SplitGlobalParameter(lines_[i], name, value);
-            section_.Add(copy_ + ": global profile " + name, value, copy_,
-                         OfTheCopy("globalProfileValue", {TextField("name", name)}, {TextField("value", value)}));
+            section_.Add(copy_ + ": " + kGlobalProfilePrefix + name, value, copy_);
         }
         return rows.next;
     }
@@ -207,14 +208,13 @@ private:
     std::size_t ReadInstance(std::size_t from, const std::string& instanceName)
     {
         const std::string instance = copy_ + ": instance " + instanceName;
+        section_.Describe(instance, OfTheCopy("instance", {TextField("instance", instanceName)}, {}));
         const TableRows rows = FindTableRows(lines_, from, kParameterRule, 2, kParameterRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
             std::string name;
             std::string value;
             SplitParameter(lines_[i], kParameterNameWidth, name, value);
-            section_.Add(instance + ": " + name, value, instance,
-                         OfTheCopy("instanceParameter", {TextField("instance", instanceName), TextField("name", name)},
-                                   {TextField("value", value)}));
+            section_.Add(instance + ": " + name, value, instance);
         }
         return rows.next;
     }
@@ -225,9 +225,33 @@ private:
     bool v9Copies_ = false;
     int priorCopies_ = 0;
     std::string copy_ = "copy (no name)";
-    // The fields that name the copy that the lines are of.
+    // The fields that name the copy that the lines are of; the copy without a
+    // name has an empty one.
     std::vector<ItemField> copyFields_{TextField("copy", "")};
 };
+
+// The fields of a value below its owner, which keeps none of its own: a
+// parameter of an instance or a driver, a global profile value of a copy.
+// It is named by its owner's fields and the text behind the owner's name.
+ItemFields BelowItsOwner(const SnapshotSection& section, const std::string& name, const SnapshotItem& item)
+{
+    if (name.size() < item.owner.size() + 2)
+        return ItemFields();
+    // Every copy, instance and driver is described before the values below
+    // it, but the copy without a name, which a damaged log may begin with.
+    const auto owner = section.ownFields.find(item.owner);
+    const ItemFields ownerFields =
+        owner == section.ownFields.end() ? ItemFields{"copy", {TextField("copy", "")}, {}, 0} : owner->second;
+    std::string own = name.substr(item.owner.size() + 2);
+    const char* kind = ownerFields.kind == "instance" ? "instanceParameter" : "driverParameter";
+    if (ownerFields.kind == "copy" || ownerFields.kind == "copyBeforeV9") {
+        kind = "globalProfileValue";
+        own.erase(0, std::strlen(kGlobalProfilePrefix));
+    }
+    ItemFields fields{kind, ownerFields.names, {TextField("value", item.value)}, 0};
+    fields.names.push_back(TextField("name", own));
+    return fields;
+}
 
 // A driver by its name; returns the name that the things below it begin with.
 std::string MarkDriver(const std::string& driverName, SnapshotSection& section)
@@ -241,6 +265,7 @@ std::string MarkDriver(const std::string& driverName, SnapshotSection& section)
 
 void ReadZORProductsSection(const SectionLines& lines, SnapshotSection& section)
 {
+    section.fieldsRule = BelowItsOwner;
     ProductsReader(lines, section).Read();
 }
 
@@ -249,6 +274,7 @@ void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
     namespace odbc = texts::odbc;
     const std::string driverRule(odbc::kDriverRuleLength, '-');
     const std::string parameterRule(odbc::kParameterRuleLength, '-');
+    section.fieldsRule = BelowItsOwner;
     for (std::size_t i = 0; i < lines.size();) {
         const std::string& line = lines[i++];
         if (line == odbc::kDriverListHeader) {
@@ -264,10 +290,7 @@ void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
                 std::string name;
                 std::string value;
                 SplitParameter(lines[row], odbc::kParameterNameWidth, name, value);
-                section.Add(driver + ": " + name, value, driver,
-                            ItemFields{"driverParameter",
-                                       {TextField("driver", driverName), TextField("name", name)},
-                                       {TextField("value", value)}});
+                section.Add(driver + ": " + name, value, driver);
             }
             i = rows.next;
         }

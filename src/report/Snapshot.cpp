@@ -38,33 +38,40 @@ void SnapshotSection::Add(const std::string& name, const std::string& value, con
     const auto inserted = items.emplace(name, SnapshotItem{value, owner});
     if (inserted.second) {
         if (!fields.kind.empty())
-            ownFields.emplace(name, std::move(fields));
+            Describe(name, std::move(fields));
         return;
     }
     SnapshotItem& item = inserted.first->second;
-    ItemFields joined = FieldsOf(name, item.value);
-    if (fields.kind.empty())
-        fields = FieldsOf(name, value);
-    JoinValues(joined.values, fields.values);
-    ownFields[name] = std::move(joined);
+    if (fields.kind.empty() && fieldsRule != nullptr)
+        fields = fieldsRule(*this, name, SnapshotItem{value, owner});
+    auto own = ownFields.find(name);
+    if (own == ownFields.end())
+        own = ownFields.emplace(name, FieldsOf(name, item)).first;
+    JoinValues(own->second.values, fields.values);
     item.value += ", " + value;
 }
 
 void SnapshotSection::Mark(const std::string& name, const std::string& owner, ItemFields fields)
 {
     if (items.emplace(name, SnapshotItem{std::string(), owner}).second && !fields.kind.empty())
-        ownFields.emplace(name, std::move(fields));
+        Describe(name, std::move(fields));
 }
 
-ItemFields SnapshotSection::FieldsOf(const std::string& name, const std::string& value) const
+void SnapshotSection::Describe(const std::string& name, ItemFields fields)
+{
+    ownFields.emplace(name, std::move(fields));
+}
+
+ItemFields SnapshotSection::FieldsOf(const std::string& name, const SnapshotItem& item) const
 {
     const auto own = ownFields.find(name);
     if (own != ownFields.end())
         return own->second;
-    if (plainFields == nullptr)
-        return ItemFields();
-    return ItemFields{plainFields->kind,
-                      {TextField(plainFields->nameKey, name)},
-                      {ItemField{plainFields->valueKey, {value}, plainFields->valueForm}},
-                      0};
+    return fieldsRule == nullptr ? ItemFields() : fieldsRule(*this, name, item);
+}
+
+ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,
+                            const std::string& name, const std::string& value)
+{
+    return ItemFields{kind, {TextField(nameKey, name)}, {ItemField{valueKey, {value}, valueForm}}, 0};
 }

@@ -49,16 +49,10 @@ struct ItemFields {
     std::uint64_t bytesCut = 0;
 };
 
-// How the fields of a section's things follow from their names and values
-// alone, where they do (a software's name and version, a process's image and
-// count), so that such a section, the largest of a snapshot, keeps no fields
-// of its own for each thing.
-struct PlainFields {
-    const char* kind;
-    const char* nameKey;
-    const char* valueKey;
-    ItemField::Form valueForm;
-};
+// The fields of a thing that has a name and one value: a software's name and
+// version, a process's image and count.
+ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,
+                            const std::string& name, const std::string& value);
 
 // A thing that a section names, and its value. A thing that belongs to
 // another one (a parameter to its instance, an instance to its copy) names
@@ -73,11 +67,14 @@ struct SnapshotSection {
     bool present = false;
     bool complete = false;
     std::map<std::string, SnapshotItem> items;
-    // Where the things' names and values give their fields.
-    const PlainFields* plainFields = nullptr;
-    // The fields of the things whose names and values don't give them, by
-    // their names. Kept apart from the things, whose map stays as small as
-    // the largest sections need it to be.
+    // How the things' fields follow from their names, values and owners, for
+    // the things that keep none of their own: the largest sections' things
+    // keep none, and their fields are made only for those that a change lists.
+    using FieldsRule = ItemFields (*)(const SnapshotSection& section, const std::string& name,
+                                      const SnapshotItem& item);
+    FieldsRule fieldsRule = nullptr;
+    // The fields of the things that keep their own, by their names; kept
+    // apart from the things, whose map stays as small as it can be.
     std::map<std::string, ItemFields> ownFields;
 
     // Adds a thing; a name that is there already gets the new value joined
@@ -87,8 +84,11 @@ struct SnapshotSection {
              ItemFields fields = ItemFields());
     // A thing that has no value of its own: named once, however often it is.
     void Mark(const std::string& name, const std::string& owner = std::string(), ItemFields fields = ItemFields());
-    // The thing's fields: its own, or those that the plain fields give it.
-    ItemFields FieldsOf(const std::string& name, const std::string& value) const;
+    // The fields of a name that the things below it are named by, whether or
+    // not it is a thing of the section itself.
+    void Describe(const std::string& name, ItemFields fields);
+    // The thing's fields: its own, or those that the rule gives it.
+    ItemFields FieldsOf(const std::string& name, const SnapshotItem& item) const;
 };
 
 struct Snapshot {

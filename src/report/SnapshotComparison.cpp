@@ -60,7 +60,7 @@ ListedItem Listed(Items::const_iterator item, const SnapshotSection& section)
     ListedItem listed;
     listed.name = Capped(item->first, listed.bytesCut);
     listed.value = Capped(item->second.value, listed.bytesCut);
-    listed.fields = CappedFields(section.FieldsOf(item->first, item->second.value));
+    listed.fields = CappedFields(section.FieldsOf(item->first, item->second));
     const std::string below = item->first + ": ";
     for (auto detail = side.lower_bound(below);
          detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail) {
@@ -70,7 +70,7 @@ ListedItem Listed(Items::const_iterator item, const SnapshotSection& section)
         }
         listed.details.push_back(ItemValue{Capped(detail->first.substr(below.size()), listed.bytesCut),
                                            Capped(detail->second.value, listed.bytesCut),
-                                           CappedFields(section.FieldsOf(detail->first, detail->second.value))});
+                                           CappedFields(section.FieldsOf(detail->first, detail->second))});
     }
     return listed;
 }
@@ -95,8 +95,8 @@ void AddChanged(SectionChanges& changes, const Items::value_type& was, const Sna
     change.name = Capped(was.first, change.bytesCut);
     change.before = Capped(was.second.value, change.bytesCut);
     change.after = Capped(is.second.value, change.bytesCut);
-    change.fields = CappedFields(after.FieldsOf(is.first, is.second.value));
-    change.valuesBefore = CappedFields(before.FieldsOf(was.first, was.second.value).values, change.fields.bytesCut);
+    change.fields = CappedFields(after.FieldsOf(is.first, is.second));
+    change.valuesBefore = CappedFields(before.FieldsOf(was.first, was.second).values, change.fields.bytesCut);
     changes.changed.push_back(std::move(change));
 }
 
