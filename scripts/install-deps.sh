@@ -34,7 +34,7 @@ apt-get install -y -q --no-install-recommends \
     libz-mingw-w64-dev binutils-mingw-w64-x86-64 binutils-mingw-w64-i686 \
     wine wine64 strace \
     wixl msitools llvm nsis \
-    nlohmann-json3-dev chromium fonts-dejavu-core
+    nlohmann-json3-dev chromium fonts-dejavu-core python3-jsonschema
 
 # Wine's 32-bit Windows modules beside wine64's own, so that wine64 runs the
 # x86 build in its WoW64 mode, as 64-bit Windows runs 32-bit programs. They

@@ -21,6 +21,10 @@ EventReport TimelineFacts(EventReport& event)
     facts.record = std::move(event.record);
     facts.outcome = event.outcome;
     facts.durationSeconds = event.durationSeconds;
+    facts.hasBefore = event.hasBefore;
+    facts.hasAfter = event.hasAfter;
+    facts.changeCounts = event.changeCounts;
+    facts.driftCounts = event.driftCounts;
     return facts;
 }
 

@@ -1,5 +1,6 @@
 #include "report/CReportBuilder.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "report/CEventLogReader.h"
@@ -32,6 +33,14 @@ CReportBuilder::CReportBuilder(const CHistorySource& source, std::string sourceN
 {
 }
 
+void CReportBuilder::Compare(std::string firstEventId, std::string secondEventId, bool firstBefore)
+{
+    comparison_.emplace();
+    comparison_->firstId = std::move(firstEventId);
+    comparison_->secondId = std::move(secondEventId);
+    comparison_->firstBefore = firstBefore;
+}
+
 bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent)
 {
     std::vector<std::string> notes = source_.Damage();
@@ -40,6 +49,8 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const Eve
         reason = sourceName_ + ": no History.ini that can be read in it";
         return false;
     }
+    if (!FindCompared(events, reason))
+        return false;
     report = HistoryReport();
     report.sourceName = sourceName_;
     report.notes = std::move(notes);
@@ -53,7 +64,8 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const Eve
     running_.clear();
     lastComputer_.reset();
     std::vector<EventReport> reports(events.size());
-    for (const std::size_t event : timeline_->Order()) {
+    report.machineOrder = timeline_->Order();
+    for (const std::size_t event : report.machineOrder) {
         BuildEvent(event, reports[event], report);
         DecodeEventTexts(reports[event], decoder_);
         if (onEvent)
@@ -66,6 +78,8 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const Eve
             copy.events.push_back(std::move(reports[static_cast<std::size_t>(event - events.data())]));
         report.copies.push_back(std::move(copy));
     }
+    if (comparison_)
+        report.comparison = CompareTheTwo();
     DecodeHistoryTexts(report, decoder_);
     events_ = nullptr;
     return true;
@@ -101,10 +115,13 @@ void CReportBuilder::BuildEvent(std::size_t event, EventReport& report, HistoryR
     Snapshot after;
     SnapshotSection computer;
     report = ReadEvent(record, before, after, computer, history);
-    if (before.present && after.present)
+    if (before.present && after.present) {
         report.changes = CompareSnapshots(before, after);
+        report.changeCounts = CountsOf(*report.changes);
+    }
     CompareWithTheMachine(event, before, report);
     CompareComputers(event, computer, report);
+    TakeCompared(event, before, after);
     Keep(event, before, after);
     TakeTimes(record, history);
 }
@@ -125,6 +142,8 @@ void CReportBuilder::CompareWithTheMachine(std::size_t event, const Snapshot& be
     since.afterSnapshot = latest_->after;
     since.ranBetween = NamesOf(timeline_->RanBetween(latest_->time, event));
     since.changes = CompareSnapshots(latest_->snapshot, before);
+    if (since.ranBetween.empty())
+        report.driftCounts = CountsOf(since.changes);
     report.sincePrevious = std::move(since);
 }
 
@@ -170,6 +189,51 @@ void CReportBuilder::Keep(std::size_t event, Snapshot& before, Snapshot& after)
         latest_ = HeldSnapshot{event, false, *start, std::move(before)};
     if (end && after.present)
         running_.push_back(HeldSnapshot{event, true, *end, std::move(after)});
+}
+
+// The places of the events that Compare names; false, with the reason, if
+// the history lacks one.
+bool CReportBuilder::FindCompared(const std::vector<EventRecord>& events, std::string& reason)
+{
+    if (!comparison_)
+        return true;
+    for (std::string* id : {&comparison_->firstId, &comparison_->secondId}) {
+        const auto found = std::find_if(events.begin(), events.end(),
+                                        [id](const EventRecord& event) { return event.eventId == *id; });
+        if (found == events.end()) {
+            reason = sourceName_ + ": no event " + *id + " to compare in it";
+            return false;
+        }
+        (id == &comparison_->firstId ? comparison_->first : comparison_->second) =
+            static_cast<std::size_t>(found - events.begin());
+    }
+    return true;
+}
+
+void CReportBuilder::TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after)
+{
+    if (!comparison_)
+        return;
+    if (event == comparison_->first)
+        comparison_->firstSnapshot = comparison_->firstBefore ? before : after;
+    if (event == comparison_->second)
+        comparison_->secondSnapshot = after;
+}
+
+EventComparison CReportBuilder::CompareTheTwo() const
+{
+    EventComparison compared;
+    compared.first = NameOf(comparison_->first);
+    compared.firstBefore = comparison_->firstBefore;
+    compared.second = NameOf(comparison_->second);
+    if (!comparison_->firstSnapshot.present)
+        compared.missing = comparison_->firstId + " has no snapshot " +
+                           (comparison_->firstBefore ? "before" : "after") + " the install";
+    else if (!comparison_->secondSnapshot.present)
+        compared.missing = comparison_->secondId + " has no snapshot after the install";
+    else
+        compared.changes = CompareSnapshots(comparison_->firstSnapshot, comparison_->secondSnapshot);
+    return compared;
 }
 
 EventName CReportBuilder::NameOf(std::size_t event) const

@@ -33,8 +33,14 @@ public:
     // the events are read; what it leaves of the event stays in the report.
     using EventHandler = std::function<void(EventReport& event)>;
 
+    // Compares two events by their EventIDs as well: the first one's after
+    // snapshot, or with `firstBefore` its before snapshot, against the second
+    // one's after snapshot. The two snapshots are kept as their events are read.
+    void Compare(std::string firstEventId, std::string secondEventId, bool firstBefore);
+
     // False, with a one-line reason, if the source has no History.ini that
-    // can be read; every other damage is told in the report.
+    // can be read, or holds no event that Compare names; every other damage
+    // is told in the report.
     bool Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent = nullptr);
 
 private:
@@ -51,7 +57,22 @@ private:
         SnapshotSection report;
     };
 
+    // The two events to compare, their places in History.ini and the
+    // snapshots taken of them so far.
+    struct Comparison {
+        std::string firstId;
+        std::string secondId;
+        bool firstBefore = false;
+        std::size_t first = 0;
+        std::size_t second = 0;
+        Snapshot firstSnapshot;
+        Snapshot secondSnapshot;
+    };
+
     bool ReadEvents(std::vector<EventRecord>& events, std::vector<std::string>& notes) const;
+    bool FindCompared(const std::vector<EventRecord>& events, std::string& reason);
+    void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after);
+    EventComparison CompareTheTwo() const;
     void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
@@ -77,6 +98,7 @@ private:
     std::optional<HeldSnapshot> latest_;
     std::vector<HeldSnapshot> running_;
     std::optional<HeldComputer> lastComputer_;
+    std::optional<Comparison> comparison_;
     // The sections that the machine's snapshots repeat, read once.
     std::shared_ptr<CSectionMemo> sectionMemo_ = std::make_shared<CSectionMemo>();
 };

@@ -36,14 +36,28 @@ void DecodeNameList(std::vector<EventName>& names, const CTextDecoder& decoder)
         DecodeNames(name, decoder);
 }
 
+void DecodeFieldList(std::vector<ItemField>& fields, const CTextDecoder& decoder)
+{
+    for (ItemField& field : fields)
+        DecodeAll(field.texts, decoder);
+}
+
+void DecodeFields(ItemFields& fields, const CTextDecoder& decoder)
+{
+    DecodeFieldList(fields.names, decoder);
+    DecodeFieldList(fields.values, decoder);
+}
+
 void DecodeListed(std::vector<ListedItem>& items, const CTextDecoder& decoder)
 {
     for (ListedItem& item : items) {
         Decode(item.name, decoder);
         Decode(item.value, decoder);
+        DecodeFields(item.fields, decoder);
         for (ItemValue& detail : item.details) {
             Decode(detail.name, decoder);
             Decode(detail.value, decoder);
+            DecodeFields(detail.fields, decoder);
         }
     }
 }
@@ -56,6 +70,8 @@ void DecodeSection(SectionChanges& changes, const CTextDecoder& decoder)
         Decode(change.name, decoder);
         Decode(change.before, decoder);
         Decode(change.after, decoder);
+        DecodeFields(change.fields, decoder);
+        DecodeFieldList(change.valuesBefore, decoder);
     }
 }
 
@@ -97,8 +113,10 @@ void DecodeEventTexts(EventReport& event, const CTextDecoder& decoder)
     DecodeRecord(event.record, decoder);
     DecodeAll(event.messages, decoder);
     DecodeAll(event.notes, decoder);
-    for (InstallerLog& log : event.installerLogs)
-        Decode(log.name, decoder);
+    for (InstallerLog& log : event.installerLogs) {
+        for (std::string* text : {&log.name, &log.path, &log.entry, &log.text})
+            Decode(*text, decoder);
+    }
     Decode(event.eventLogName, decoder);
     if (event.changes)
         DecodeChanges(*event.changes, decoder);
@@ -115,4 +133,11 @@ void DecodeHistoryTexts(HistoryReport& report, const CTextDecoder& decoder)
     DecodeAll(report.notes, decoder);
     for (CopyReport& copy : report.copies)
         Decode(copy.name, decoder);
+    if (!report.comparison)
+        return;
+    DecodeNames(report.comparison->first, decoder);
+    DecodeNames(report.comparison->second, decoder);
+    Decode(report.comparison->missing, decoder);
+    if (report.comparison->changes)
+        DecodeChanges(*report.comparison->changes, decoder);
 }

@@ -1,6 +1,8 @@
 #include "report/EventFacts.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "platform/common/AsciiCase.h"
 #include "recorder/EventTexts.h"
@@ -54,6 +56,13 @@ std::optional<long long> SecondsOfStamp(const std::string& stamp)
         return std::nullopt;
     return DaysFromCivil(year, static_cast<unsigned>(month), static_cast<unsigned>(day)) * 86400 +
            hour * 3600 + minute * 60 + second;
+}
+
+std::optional<std::string> IsoTimeOfStamp(const std::string& stamp)
+{
+    if (!SecondsOfStamp(stamp))
+        return std::nullopt;
+    return stamp.substr(0, 4) + "-" + stamp.substr(4, 2) + "-" + stamp.substr(6, 2) + "T" + stamp.substr(9);
 }
 
 namespace {
@@ -114,6 +123,20 @@ std::string FindEventLog(const CHistorySource& source, const EventRecord& event)
     return std::string();
 }
 
+namespace {
+
+// The file's first bytes up to the limit; the rest is counted as cut.
+void ReadInstallerLogText(const CHistorySource& source, InstallerLog& log)
+{
+    source.Stream(log.entry, [&log](const char* bytes, std::size_t size) {
+        const std::size_t kept = std::min(size, kInstallerLogTextLimit - log.text.size());
+        log.text.append(bytes, kept);
+        log.bytesCut += size - kept;
+    });
+}
+
+}  // namespace
+
 std::vector<InstallerLog> InstallerLogsOf(const CHistorySource& source, const EventRecord& event,
                                           const std::string& eventLogName)
 {
@@ -127,10 +150,15 @@ std::vector<InstallerLog> InstallerLogsOf(const CHistorySource& source, const Ev
     for (const auto& file : files) {
         if (file.second->empty() || *file.second == texts::kNoFile)
             continue;
-        const std::string name = LastPartOf(*file.second);
-        const bool inSource = !eventLogName.empty() && !name.empty() &&
-                              source.Contains(FolderOf(eventLogName) + name);
-        logs.push_back(InstallerLog{file.first, name, inSource});
+        InstallerLog log;
+        log.kind = file.first;
+        log.path = *file.second;
+        log.name = LastPartOf(log.path);
+        if (!eventLogName.empty() && !log.name.empty() && source.Contains(FolderOf(eventLogName) + log.name))
+            log.entry = FolderOf(eventLogName) + log.name;
+        if (!log.entry.empty())
+            ReadInstallerLogText(source, log);
+        logs.push_back(std::move(log));
     }
     return logs;
 }

@@ -23,6 +23,10 @@ bool RecordedOnLinux(const EventRecord& event);
 // ("%Y%m%d %H:%M:%S"), if it can be read.
 std::optional<long long> SecondsOfStamp(const std::string& stamp);
 
+// One of the recorder's time stamps in ISO 8601 ("2024-01-05T14:03:09", the
+// machine's local time, as recorded), if it can be read.
+std::optional<std::string> IsoTimeOfStamp(const std::string& stamp);
+
 // Seconds between two of the recorder's time stamps ("%Y%m%d %H:%M:%S"), if
 // both can be read and the end doesn't come first.
 std::optional<long long> SecondsBetween(const std::string& start, const std::string& end);
@@ -32,7 +36,11 @@ std::optional<long long> SecondsBetween(const std::string& start, const std::str
 // folder, else directly in the history folder.
 std::string FindEventLog(const CHistorySource& source, const EventRecord& event);
 
-// The installer's files that the event names, with whether the source holds
-// a copy of each beside the event log.
+// The most of an installer's file that the report shows.
+inline constexpr std::size_t kInstallerLogTextLimit = 16 * 1024;
+
+// The installer's files that the event names, and for each that the source
+// holds beside the event log, its name there and its first
+// kInstallerLogTextLimit bytes; the bytes past them are counted.
 std::vector<InstallerLog> InstallerLogsOf(const CHistorySource& source, const EventRecord& event,
                                           const std::string& eventLogName);

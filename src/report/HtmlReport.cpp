@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "report/HtmlContents.h"
+#include "report/HtmlTimelines.h"
 #include "report/ReportWords.h"
 #include "report/TextDecoding.h"
 
@@ -26,6 +28,8 @@ th { background: #eef; }
 .never-ended, .no-result, .unknown { color: #a60; font-weight: bold; }
 .restart-needed { color: #a60; }
 .drift { color: #a00; font-weight: bold; }
+tr.stands-out td { background: #fde8e8; }
+td.counts { font-size: 0.85em; }
 ul.details { list-style: disc; padding-left: 2em; }
 .none, .na { margin: 0.2em 0; }
 .na, .note, .cut { color: #a60; }
@@ -33,9 +37,14 @@ ul.details { list-style: disc; padding-left: 2em; }
 .removed::before { content: "\2212  "; color: #a00; }
 ul.changes { list-style: none; padding-left: 1em; margin: 0.2em 0; }
 summary { cursor: pointer; font-weight: bold; }
-code, .mono { font-family: "DejaVu Sans Mono", monospace; }
+code, .mono, pre.log { font-family: "DejaVu Sans Mono", monospace; }
+code { overflow-wrap: anywhere; }
+pre.log { white-space: pre-wrap; overflow-wrap: anywhere; font-size: 0.85em; background: #f6f6f6; padding: 0.4em; }
+nav.contents ul { margin: 0.2em 0; }
 @media print { body { margin: 0; max-width: none; } .event { break-inside: avoid-page; } }
 )";
+
+}  // namespace
 
 const char* OutcomeClass(EventOutcome outcome)
 {
@@ -56,6 +65,8 @@ const char* OutcomeClass(EventOutcome outcome)
     return "never-ended";
 }
 
+namespace {
+
 void WriteFact(std::ostream& out, const char* label, const std::string& value)
 {
     out << "<tr><th>" << label << "</th><td>" << HtmlText(value) << "</td></tr>\n";
@@ -75,21 +86,6 @@ void WriteMachine(const HistoryReport& report, std::ostream& out)
     out << "</table>\n";
     for (const std::string& note : report.notes)
         out << "<p class=\"note\">Note: " << HtmlText(note) << ".</p>\n";
-}
-
-void WriteTimeline(const CopyReport& copy, std::ostream& out)
-{
-    out << "<table class=\"timeline\">\n<tr><th>Event</th><th>Action</th><th>Product</th><th>Start</th>"
-           "<th>End</th><th>Duration</th><th>Result</th></tr>\n";
-    for (const EventReport& event : copy.events) {
-        const EventRecord& record = event.record;
-        out << "<tr><td>" << HtmlText(record.eventId) << "</td><td>" << HtmlText(record.action) << "</td><td>"
-            << HtmlText(record.product) << "</td><td>" << HtmlText(record.startTime) << "</td><td>"
-            << HtmlText(record.endTime) << "</td><td>"
-            << (event.durationSeconds ? DurationText(*event.durationSeconds) : std::string()) << "</td><td class=\""
-            << OutcomeClass(event.outcome) << "\">" << HtmlText(OutcomeText(event)) << "</td></tr>\n";
-    }
-    out << "</table>\n";
 }
 
 // A thing with its value, if it has one: "ZOR Listener: Started".
@@ -202,13 +198,17 @@ void WriteComputerChanges(const ComputerChanges& computer, std::ostream& out)
     WriteSection("Computer", computer.changes, out);
 }
 
+// A failed install's messages stand open, however many; others beyond a
+// few are folded away.
 void WriteMessages(const EventReport& event, std::ostream& out)
 {
     if (event.messages.empty())
         return;
-    const bool fold = event.messages.size() > kOpenMessages;
-    out << (fold ? "<details>\n<summary>" : "<h4>") << "Messages (" << event.messages.size() + event.messagesLeftOut
-        << ")" << (fold ? "</summary>\n" : "</h4>\n") << "<ul class=\"mono\">\n";
+    const bool failed = event.outcome == EventOutcome::Failed;
+    const bool fold = failed || event.messages.size() > kOpenMessages;
+    const char* opening = !fold ? "<h4>" : failed ? "<details open>\n<summary>" : "<details>\n<summary>";
+    out << opening << "Messages (" << event.messages.size() + event.messagesLeftOut << ")"
+        << (fold ? "</summary>\n" : "</h4>\n") << "<ul class=\"mono\">\n";
     auto cut = event.messagesCut.begin();
     for (std::size_t i = 0; i < event.messages.size(); ++i) {
         const bool wasCut = cut != event.messagesCut.end() && cut->index == i;
@@ -219,6 +219,28 @@ void WriteMessages(const EventReport& event, std::ostream& out)
     out << "</ul>\n" << (fold ? "</details>\n" : "");
 }
 
+// The text of an installer's file, line by line, folded away; what was cut
+// of it is said.
+void WriteInstallerLogText(const InstallerLog& log, std::ostream& out)
+{
+    out << "<details>\n<summary>Text of " << HtmlText(log.name) << "</summary>\n<pre class=\"log\">";
+    for (std::size_t at = 0; at < log.text.size();) {
+        std::size_t end = log.text.find('\n', at);
+        end = end == std::string::npos ? log.text.size() : end;
+        std::string line = log.text.substr(at, end - at);
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        out << HtmlText(line) << '\n';
+        at = end + 1;
+    }
+    out << "</pre>\n";
+    if (log.bytesCut != 0)
+        out << "<p class=\"cut\">... and " << log.bytesCut << " more bytes, not shown</p>\n";
+    out << "</details>\n";
+}
+
+// Each installer's file with its whole path as History.ini holds it, and
+// where the source holds a copy, the copy's name there and its text.
 void WriteFiles(const EventReport& event, std::ostream& out)
 {
     out << "<p>Event log: "
@@ -227,9 +249,16 @@ void WriteFiles(const EventReport& event, std::ostream& out)
     if (event.installerLogs.empty())
         return;
     out << "<p>Installer files:</p>\n<ul>\n";
-    for (const InstallerLog& log : event.installerLogs)
-        out << "<li>" << log.kind << ": <code>" << HtmlText(log.name) << "</code>"
-            << (log.inSource ? "" : " (not in the source)") << "</li>\n";
+    for (const InstallerLog& log : event.installerLogs) {
+        out << "<li>" << log.kind << ": <code>" << HtmlText(log.path) << "</code>";
+        if (log.entry.empty()) {
+            out << " (not in the source)</li>\n";
+            continue;
+        }
+        out << ", in the source as <code>" << HtmlText(log.entry) << "</code>\n";
+        WriteInstallerLogText(log, out);
+        out << "</li>\n";
+    }
     out << "</ul>\n";
 }
 
@@ -237,7 +266,8 @@ void WriteFiles(const EventReport& event, std::ostream& out)
 
 void WriteHtmlEvent(const EventReport& event, std::ostream& out)
 {
-    out << "<section class=\"event\">\n<h3>" << HtmlText(event.record.eventId) << ": "
+    out << "<section class=\"event\" id=\"" << EventAnchor(event) << "\">\n<h3>" << HtmlText(event.record.eventId)
+        << ": "
         << HtmlText(event.record.action) << ", <span class=\"" << OutcomeClass(event.outcome) << "\">"
         << HtmlText(OutcomeText(event)) << "</span></h3>\n";
     for (const std::string& note : event.notes)
@@ -258,11 +288,22 @@ void WriteHtmlEvent(const EventReport& event, std::ostream& out)
 
 namespace {
 
-void WriteCopy(const CopyReport& copy, std::ostream& out, const EventWriter& writeEvent)
+void WriteComparison(const EventComparison& comparison, std::ostream& out)
 {
-    const bool unnamed = copy.events.size() == 1 && copy.events[0].record.copyName.empty();
-    out << "<h2>" << (unnamed ? "No copy name: event " : "Copy ") << HtmlText(copy.name) << "</h2>\n";
-    WriteTimeline(copy, out);
+    out << "<h2 id=\"" << kComparisonAnchor << "\">Comparison of " << HtmlText(comparison.first.eventId)
+        << " and " << HtmlText(comparison.second.eventId) << "</h2>\n";
+    const std::string title = "What changed from " + HtmlText(ComparisonTitle(comparison));
+    if (comparison.changes)
+        WriteChanges(title, *comparison.changes, out);
+    else
+        out << "<h4>" << title << "</h4>\n<p class=\"na\">Not compared: " << HtmlText(comparison.missing)
+            << ".</p>\n";
+}
+
+void WriteCopy(const CopyReport& copy, std::size_t index, std::ostream& out, const EventWriter& writeEvent)
+{
+    out << "<h2 id=\"" << CopyAnchor(index) << "\">" << CopyTitle(copy) << "</h2>\n";
+    WriteCopyTimeline(copy, out);
     for (const EventReport& event : copy.events)
         writeEvent(event, out);
 }
@@ -293,7 +334,11 @@ void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const Event
            "<title>ZOR installation history report</title>\n<style>"
         << kStyle << "</style>\n</head>\n<body>\n<h1>ZOR installation history report</h1>\n";
     WriteMachine(report, out);
-    for (const CopyReport& copy : report.copies)
-        WriteCopy(copy, out, writeEvent);
+    WriteContents(report, out);
+    WriteMachineTimeline(report, out);
+    if (report.comparison)
+        WriteComparison(*report.comparison, out);
+    for (std::size_t c = 0; c < report.copies.size(); ++c)
+        WriteCopy(report.copies[c], c, out, writeEvent);
     out << "</body>\n</html>\n";
 }

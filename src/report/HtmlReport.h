@@ -12,6 +12,9 @@
 void WriteHtmlEvent(const EventReport& event, std::ostream& out);
 void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent = WriteHtmlEvent);
 
+// The class that colours an outcome's word: "failed", "never-ended"...
+const char* OutcomeClass(EventOutcome outcome);
+
 // The UTF-8 text as CleanUtf8 makes it, with "&", "<", ">", '"' and "'" as
 // character references.
 std::string HtmlText(const std::string& utf8Text);

@@ -3,6 +3,7 @@
 // place. Each product, global profile value, instance and parameter belongs
 // to its copy, each parameter of an instance to the instance.
 #include <algorithm>
+#include <cstring>
 
 #include "inventory/InventoryTexts.h"
 #include "inventory/RegistryReader.h"
@@ -18,6 +19,7 @@ const std::string kProfileRule(kProfileRuleLength, '-');
 const std::string kProductRule(kProductRuleLength, '-');
 const std::string kInstanceRule(kInstanceRuleLength, '-');
 const std::string kParameterRule(kParameterRuleLength, '-');
+const char kGlobalProfilePrefix[] = "global profile ";
 
 // A text from the registry: at most the value buffer, less its terminator;
 // a key's name at most the name buffer, less its terminator.
@@ -107,11 +109,12 @@ private:
         else if (line == kCopyListHeader)
             return FindTableRows(lines_, i, kCopyListRule, 1, kCopyListRule).next;
         else if (StartsWith(line, kCopyNameLabel))
-            StartCopy("copy " + TextBehind(line, kCopyNameLabel));
+            StartCopy("copy " + TextBehind(line, kCopyNameLabel),
+                      ItemFields{"copy", {TextField("copy", TextBehind(line, kCopyNameLabel))}, {}});
         else if (StartsWith(line, kCopyCountLabel))
             v9Copies_ = TextBehind(line, kCopyCountLabel) != "0";
         else if (StartsWith(line, kProductCountLabel) && priorToV9_)
-            StartCopy("copy before V9 #" + std::to_string(++priorCopies_));
+            StartPriorCopy(std::to_string(++priorCopies_));
         else if (line == kGlobalProfilesTitle)
             return ReadGlobalProfile(i);
         else if (line == kProductsTitle)
@@ -119,14 +122,29 @@ private:
         else if (line == kInstancesTitle)
             return ReadInstanceList(i);
         else if (StartsWith(line, kInstanceNameLabel))
-            return ReadInstance(i, copy_ + ": instance " + TextBehind(line, kInstanceNameLabel));
+            return ReadInstance(i, TextBehind(line, kInstanceNameLabel));
         return i;
     }
 
-    void StartCopy(const std::string& copy)
+    void StartCopy(const std::string& copy, ItemFields fields)
     {
         copy_ = copy;
-        section_.Mark(copy_);
+        copyFields_ = fields.names;
+        section_.Mark(copy_, std::string(), std::move(fields));
+    }
+
+    // A copy of the layout before V9, by its place among them.
+    void StartPriorCopy(const std::string& place)
+    {
+        StartCopy("copy before V9 #" + place, ItemFields{"copyBeforeV9", {NumberField("copyBeforeV9", place)}, {}});
+    }
+
+    // The fields of a thing of the copy: the copy's, then the thing's own.
+    ItemFields OfTheCopy(const char* kind, std::vector<ItemField> names, std::vector<ItemField> values) const
+    {
+        ItemFields fields{kind, copyFields_, std::move(values)};
+        fields.names.insert(fields.names.end(), names.begin(), names.end());
+        return fields;
     }
 
     // The key of the V9 copies' parent has the name of the copy before V9,
@@ -140,8 +158,10 @@ private:
             const std::string name = "copy before V9 #" + std::to_string(copy);
             const std::string prefix = name + ":";
             const auto owned = section_.items.lower_bound(prefix);
-            if (owned == section_.items.end() || !StartsWith(owned->first, prefix.c_str()))
+            if (owned == section_.items.end() || !StartsWith(owned->first, prefix.c_str())) {
                 section_.items.erase(name);
+                section_.ownFields.erase(name);
+            }
         }
     }
 
@@ -152,7 +172,7 @@ private:
             std::string name;
             std::string value;
             SplitGlobalParameter(lines_[i], name, value);
-            section_.Add(copy_ + ": global profile " + name, value, copy_);
+            section_.Add(copy_ + ": " + kGlobalProfilePrefix + name, value, copy_);
         }
         return rows.next;
     }
@@ -168,7 +188,10 @@ private:
             section_.Add(copy_ + ": product " + fields[0],
                          "version " + fields[2] + ", service level " + fields[3] + ", code " + fields[1] +
                              ", last modified " + fields[4],
-                         copy_);
+                         copy_,
+                         OfTheCopy("product", {TextField("product", fields[0])},
+                                   {TextField("version", fields[2]), TextField("serviceLevel", fields[3]),
+                                    TextField("code", fields[1]), TextField("lastModified", fields[4])}));
         }
         return rows.next;
     }
@@ -177,12 +200,15 @@ private:
     {
         const TableRows rows = FindTableRows(lines_, from, kInstanceRule, 2, kInstanceRule);
         for (std::size_t i = rows.first; i < rows.end; ++i)
-            section_.Mark(copy_ + ": instance " + lines_[i], copy_);
+            section_.Mark(copy_ + ": instance " + lines_[i], copy_,
+                          OfTheCopy("instance", {TextField("instance", lines_[i])}, {}));
         return rows.next;
     }
 
-    std::size_t ReadInstance(std::size_t from, const std::string& instance)
+    std::size_t ReadInstance(std::size_t from, const std::string& instanceName)
     {
+        const std::string instance = copy_ + ": instance " + instanceName;
+        section_.Describe(instance, OfTheCopy("instance", {TextField("instance", instanceName)}, {}));
         const TableRows rows = FindTableRows(lines_, from, kParameterRule, 2, kParameterRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
             std::string name;
@@ -199,12 +225,47 @@ private:
     bool v9Copies_ = false;
     int priorCopies_ = 0;
     std::string copy_ = "copy (no name)";
+    // The fields that name the copy that the lines are of; the copy without a
+    // name has an empty one.
+    std::vector<ItemField> copyFields_{TextField("copy", "")};
 };
+
+// The fields of a value below its owner, which keeps none of its own: a
+// parameter of an instance or a driver, a global profile value of a copy.
+// It is named by its owner's fields and the text behind the owner's name.
+ItemFields BelowItsOwner(const SnapshotSection& section, const std::string& name, const SnapshotItem& item)
+{
+    if (name.size() < item.owner.size() + 2)
+        return ItemFields();
+    // Every copy, instance and driver is described before the values below
+    // it, but the copy without a name, which a damaged log may begin with.
+    const auto owner = section.ownFields.find(item.owner);
+    const ItemFields ownerFields =
+        owner == section.ownFields.end() ? ItemFields{"copy", {TextField("copy", "")}, {}, 0} : owner->second;
+    std::string own = name.substr(item.owner.size() + 2);
+    const char* kind = ownerFields.kind == "instance" ? "instanceParameter" : "driverParameter";
+    if (ownerFields.kind == "copy" || ownerFields.kind == "copyBeforeV9") {
+        kind = "globalProfileValue";
+        own.erase(0, std::strlen(kGlobalProfilePrefix));
+    }
+    ItemFields fields{kind, ownerFields.names, {TextField("value", item.value)}, 0};
+    fields.names.push_back(TextField("name", own));
+    return fields;
+}
+
+// A driver by its name; returns the name that the things below it begin with.
+std::string MarkDriver(const std::string& driverName, SnapshotSection& section)
+{
+    const std::string driver = "driver " + driverName;
+    section.Mark(driver, std::string(), ItemFields{"odbcDriver", {TextField("driver", driverName)}, {}});
+    return driver;
+}
 
 }  // namespace
 
 void ReadZORProductsSection(const SectionLines& lines, SnapshotSection& section)
 {
+    section.fieldsRule = BelowItsOwner;
     ProductsReader(lines, section).Read();
 }
 
@@ -213,16 +274,17 @@ void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
     namespace odbc = texts::odbc;
     const std::string driverRule(odbc::kDriverRuleLength, '-');
     const std::string parameterRule(odbc::kParameterRuleLength, '-');
+    section.fieldsRule = BelowItsOwner;
     for (std::size_t i = 0; i < lines.size();) {
         const std::string& line = lines[i++];
         if (line == odbc::kDriverListHeader) {
             const TableRows rows = FindTableRows(lines, i, driverRule, 1, driverRule);
             for (std::size_t row = rows.first; row < rows.end; ++row)
-                section.Mark("driver " + lines[row]);
+                MarkDriver(lines[row], section);
             i = rows.next;
         } else if (StartsWith(line, odbc::kDriverNameLabel)) {
-            const std::string driver = "driver " + TextBehind(line, odbc::kDriverNameLabel);
-            section.Mark(driver);
+            const std::string driverName = TextBehind(line, odbc::kDriverNameLabel);
+            const std::string driver = MarkDriver(driverName, section);
             const TableRows rows = FindTableRows(lines, i, parameterRule, 2, parameterRule);
             for (std::size_t row = rows.first; row < rows.end; ++row) {
                 std::string name;

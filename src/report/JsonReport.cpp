@@ -1,13 +1,20 @@
 #include "report/JsonReport.h"
 
+#include <string>
+
 #include <nlohmann/json.hpp>
 
+#include "report/EventFacts.h"
 #include "report/ReportWords.h"
 #include "report/TextDecoding.h"
 
 namespace {
 
 using json = nlohmann::ordered_json;
+
+// Raised whenever a field changes its meaning or goes away; fields may be
+// added without it.
+constexpr int kJsonSchemaVersion = 1;
 
 json Text(const std::string& text)
 {
@@ -22,29 +29,69 @@ json Names(const std::vector<std::string>& names)
     return list;
 }
 
-// What was cut of a thing, where anything was: the bytes of its texts, the
-// details left out.
-void AddCut(json& item, std::uint64_t bytesCut, std::size_t detailsLeftOut)
+// A field's value: its text, its number, or its list of texts.
+json FieldJson(const ItemField& field)
 {
-    if (bytesCut != 0)
-        item["bytesCut"] = bytesCut;
-    if (detailsLeftOut != 0)
-        item["detailsLeftOut"] = detailsLeftOut;
+    switch (field.form) {
+    case ItemField::Form::Number:
+        return std::stoull(field.texts.front());
+    case ItemField::Form::List:
+        return Names(field.texts);
+    case ItemField::Form::Text:
+        break;
+    }
+    return Text(field.texts.front());
 }
 
-// Things that came or went: each with its value and what came or went with it.
+void AddFields(json& item, const std::vector<ItemField>& fields)
+{
+    for (const ItemField& field : fields)
+        item[field.key] = FieldJson(field);
+}
+
+// A thing's kind and its fields, and what was cut of their texts.
+json ItemJson(const ItemFields& fields)
+{
+    json item = {{"kind", fields.kind}};
+    AddFields(item, fields.names);
+    AddFields(item, fields.values);
+    if (fields.bytesCut != 0)
+        item["bytesCut"] = fields.bytesCut;
+    return item;
+}
+
+// Things that came or went: each with its fields and what came or went with it.
 json ListedJson(const std::vector<ListedItem>& items)
 {
     json list = json::array();
     for (const ListedItem& item : items) {
         json details = json::array();
         for (const ItemValue& detail : item.details)
-            details.push_back({{"name", Text(detail.name)}, {"value", Text(detail.value)}});
-        json listed = {{"name", Text(item.name)}, {"value", Text(item.value)}, {"details", details}};
-        AddCut(listed, item.bytesCut, item.detailsLeftOut);
+            details.push_back(ItemJson(detail.fields));
+        json listed = ItemJson(item.fields);
+        listed["details"] = details;
+        if (item.detailsLeftOut != 0)
+            listed["detailsLeftOut"] = item.detailsLeftOut;
         list.push_back(std::move(listed));
     }
     return list;
+}
+
+// A thing whose value changed: its kind, its names, and its value's fields
+// before and after.
+json ChangedJson(const ItemChange& change)
+{
+    json item = {{"kind", change.fields.kind}};
+    AddFields(item, change.fields.names);
+    json before = json::object();
+    AddFields(before, change.valuesBefore);
+    json after = json::object();
+    AddFields(after, change.fields.values);
+    item["before"] = before;
+    item["after"] = after;
+    if (change.fields.bytesCut != 0)
+        item["bytesCut"] = change.fields.bytesCut;
+    return item;
 }
 
 json SectionJson(const std::optional<SectionChanges>& changes)
@@ -52,11 +99,8 @@ json SectionJson(const std::optional<SectionChanges>& changes)
     if (!changes)
         return nullptr;
     json changed = json::array();
-    for (const ItemChange& change : changes->changed) {
-        json item = {{"name", Text(change.name)}, {"before", Text(change.before)}, {"after", Text(change.after)}};
-        AddCut(item, change.bytesCut, 0);
-        changed.push_back(std::move(item));
-    }
+    for (const ItemChange& change : changes->changed)
+        changed.push_back(ChangedJson(change));
     return {{"added", ListedJson(changes->added)},
             {"removed", ListedJson(changes->removed)},
             {"changed", changed},
@@ -116,7 +160,11 @@ json InstallerLogsJson(const std::vector<InstallerLog>& logs)
 {
     json list = json::array();
     for (const InstallerLog& log : logs)
-        list.push_back({{"kind", log.kind}, {"name", Text(log.name)}, {"inSource", log.inSource}});
+        list.push_back({{"kind", log.kind},
+                        {"name", Text(log.name)},
+                        {"path", Text(log.path)},
+                        {"inSource", !log.entry.empty()},
+                        {"entry", log.entry.empty() ? json(nullptr) : Text(log.entry)}});
     return list;
 }
 
@@ -128,16 +176,24 @@ json CutJson(const std::vector<CutText>& cut)
     return list;
 }
 
+// A time stamp in ISO 8601, or null where it can't be read.
+json TimeJson(const std::string& stamp)
+{
+    const std::optional<std::string> time = IsoTimeOfStamp(stamp);
+    return time ? json(*time) : json(nullptr);
+}
+
 json EventJson(const EventReport& event)
 {
     const EventRecord& record = event.record;
     json value = {
         {"eventId", Text(record.eventId)},
+        {"copy", record.copyName.empty() ? json(nullptr) : Text(record.copyName)},
         {"action", Text(record.action)},
         {"product", Text(record.product)},
         {"serviceLevel", Text(record.serviceLevel)},
-        {"start", Text(record.startTime)},
-        {"end", Text(record.endTime)},
+        {"start", TimeJson(record.startTime)},
+        {"end", TimeJson(record.endTime)},
         {"result", OutcomeWord(event.outcome)},
         {"resultText", Text(record.result)},
         {"durationSeconds", event.durationSeconds ? json(*event.durationSeconds) : json(nullptr)},
@@ -172,6 +228,21 @@ std::string Indented(const json& value, std::size_t indent)
     return indented;
 }
 
+// The two events that -compare named, or null.
+json ComparisonJson(const std::optional<EventComparison>& comparison)
+{
+    if (!comparison)
+        return nullptr;
+    json first = EventNameJson(comparison->first);
+    first["snapshot"] = comparison->firstBefore ? "before" : "after";
+    json second = EventNameJson(comparison->second);
+    second["snapshot"] = "after";
+    return {{"first", first},
+            {"second", second},
+            {"missing", comparison->missing.empty() ? json(nullptr) : Text(comparison->missing)},
+            {"changes", ChangesJson(comparison->changes)}};
+}
+
 }  // namespace
 
 void WriteJsonEvent(const EventReport& event, std::ostream& out)
@@ -185,14 +256,16 @@ void WriteJsonEvent(const EventReport& event, std::ostream& out)
 void WriteJsonReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
 {
     const json head = {
+        {"schemaVersion", kJsonSchemaVersion},
         {"machine", {{"computer", Text(report.computerName)}, {"os", Text(report.operatingSystem)}}},
         {"source", Text(report.sourceName)},
         {"textEncoding", report.textEncoding},
         {"eventCount", report.eventCount},
         {"copyCount", report.copies.size()},
-        {"firstTime", Text(report.firstTime)},
-        {"lastTime", Text(report.lastTime)},
+        {"firstTime", TimeJson(report.firstTime)},
+        {"lastTime", TimeJson(report.lastTime)},
         {"notes", Names(report.notes)},
+        {"comparison", ComparisonJson(report.comparison)},
     };
     const std::string headText = head.dump(2);
     out << headText.substr(0, headText.size() - 2) << ",\n  \"copies\": [";

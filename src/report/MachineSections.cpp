@@ -51,6 +51,9 @@ std::string::size_type StateWordsAt(const std::string& row)
 
 void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
 {
+    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+        return NamedValueFields("software", "name", "version", ItemField::Form::Text, name, item.value);
+    };
     using namespace texts::software;
     static const std::vector<RowField> kFields = SoftwareFields();
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
@@ -63,6 +66,9 @@ void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
 
 void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
 {
+    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+        return NamedValueFields("process", "image", "count", ItemField::Form::Number, name, item.value);
+    };
     using namespace texts::processes;
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kEnd);
     std::map<std::string, unsigned long> counts;
@@ -76,6 +82,9 @@ void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
 
 void ReadServicesSection(const SectionLines& lines, SnapshotSection& section)
 {
+    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+        return NamedValueFields("service", "displayName", "state", ItemField::Form::Text, name, item.value);
+    };
     using namespace texts::services;
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
     for (std::size_t i = rows.first; i < rows.end; ++i) {

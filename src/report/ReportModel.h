@@ -53,12 +53,17 @@ struct ItemChange {
     std::string before;
     std::string after;
     std::uint64_t bytesCut = 0;
+    // Its kind, the fields that name it and those of its value after.
+    ItemFields fields;
+    // The fields of its value before.
+    std::vector<ItemField> valuesBefore;
 };
 
 // A thing that a snapshot names, with its value.
 struct ItemValue {
     std::string name;
     std::string value;
+    ItemFields fields;
 };
 
 // A thing that came or went, with its value, and with the things that belong
@@ -71,6 +76,7 @@ struct ListedItem {
     std::size_t detailsLeftOut = 0;
     // Bytes cut of its texts and its details' texts.
     std::uint64_t bytesCut = 0;
+    ItemFields fields;
 };
 
 struct SectionChanges {
@@ -90,13 +96,22 @@ struct SectionChanges {
 // One entry for each section, empty where the section can't be compared.
 using SnapshotChanges = std::array<std::optional<SectionChanges>, kSnapshotPartCount>;
 
+// The number of changes in each section, none where it can't be compared.
+using ChangeCounts = std::array<std::optional<std::size_t>, kSnapshotPartCount>;
+
 enum class EventOutcome { Succeeded, RestartNeeded, Failed, NoResult, NeverEnded, Unknown };
 
-// An installer's file that the event names.
+// An installer's file that the event names: its path as History.ini holds
+// it, its name, and where the source holds a copy of it, the copy's name in
+// the source and its text, cut to a limit.
 struct InstallerLog {
     std::string kind;
     std::string name;
-    bool inSource = false;
+    std::string path;
+    // Empty where the source holds no copy.
+    std::string entry;
+    std::string text;
+    std::uint64_t bytesCut = 0;
 };
 
 // An event as the report names it elsewhere: its EventID and its group.
@@ -150,6 +165,22 @@ struct EventReport {
     std::optional<ChangesSince> sincePrevious;
     // Present when this event's computer report and an earlier one are there.
     std::optional<ComputerChanges> computer;
+    // What the timelines show of the changes, kept when the event's details
+    // are let go: present where `changes` is.
+    std::optional<ChangeCounts> changeCounts;
+    // Present where the changes since the machine's last snapshot are drift.
+    std::optional<ChangeCounts> driftCounts;
+};
+
+// Two events compared as -compare names them: the first one's after
+// snapshot, or its before snapshot, against the second one's after snapshot.
+struct EventComparison {
+    EventName first;
+    bool firstBefore = false;
+    EventName second;
+    // What keeps them from being compared, in words, or empty.
+    std::string missing;
+    std::optional<SnapshotChanges> changes;
 };
 
 struct CopyReport {
@@ -176,4 +207,8 @@ struct HistoryReport {
     std::string firstTime;
     std::string lastTime;
     std::vector<CopyReport> copies;
+    // The events' places in History.ini, in the order of their starts on
+    // the machine; those without a time that can be read last.
+    std::vector<std::size_t> machineOrder;
+    std::optional<EventComparison> comparison;
 };

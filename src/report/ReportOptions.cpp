@@ -4,6 +4,7 @@
 
 const char* const kReportUsage =
     "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]\n"
+    "                        [-compare E1 E2 [-before]]\n"
     "\n"
     "Compares the snapshots of the machine that every recorded install keeps,\n"
     "before and after the install, and tells what each install changed.\n"
@@ -14,6 +15,9 @@ const char* const kReportUsage =
     "  -codepage N     the ANSI code page of the Windows system that wrote the\n"
     "                  history: 1252 (the default), 1250, 1251 or 437; a history\n"
     "                  written on Linux is read as UTF-8 whatever N is\n"
+    "  -compare E1 E2  compare the snapshot after event E1 with the snapshot\n"
+    "                  after event E2, on the console and on the page\n"
+    "  -before         with -compare, take the snapshot before E1 instead\n"
     "  -h              show this text\n"
     "\n"
     "With neither -o nor -json, the page is written to report.html in the\n"
@@ -59,6 +63,22 @@ bool TakeCodePage(const std::vector<std::string>& arguments, std::size_t& i, boo
     return true;
 }
 
+// The two EventIDs behind -compare.
+bool TakeEvents(const std::vector<std::string>& arguments, std::size_t& i, ReportOptions& options, std::string& error)
+{
+    if (!options.compareFirst.empty()) {
+        error = "the option -compare is given twice";
+        return false;
+    }
+    if (i + 2 >= arguments.size() || arguments[i + 1].empty() || arguments[i + 2].empty()) {
+        error = "the option -compare needs two EventIDs";
+        return false;
+    }
+    options.compareFirst = arguments[++i];
+    options.compareSecond = arguments[++i];
+    return true;
+}
+
 }  // namespace
 
 bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions& options, std::string& error)
@@ -80,6 +100,11 @@ bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions
         } else if (argument == "-codepage") {
             if (!TakeCodePage(arguments, i, codePageGiven, options.codePage, error))
                 return false;
+        } else if (argument == "-compare") {
+            if (!TakeEvents(arguments, i, options, error))
+                return false;
+        } else if (argument == "-before") {
+            options.compareBefore = true;
         } else if (!argument.empty() && argument[0] == '-') {
             error = "unknown option " + argument;
             return false;
@@ -92,6 +117,10 @@ bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions
     }
     if (options.source.empty()) {
         error = "no source given";
+        return false;
+    }
+    if (options.compareBefore && options.compareFirst.empty()) {
+        error = "the option -before goes with -compare";
         return false;
     }
     if (options.htmlPath.empty() && options.jsonPath.empty())

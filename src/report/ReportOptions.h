@@ -1,5 +1,6 @@
 // The command line of ZORHistoryReport:
 //     ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]
+//                      [-compare E1 E2 [-before]]
 #pragma once
 
 #include <string>
@@ -11,6 +12,11 @@ struct ReportOptions {
     std::string jsonPath;
     // The ANSI code page of the Windows system that wrote the history.
     int codePage = 1252;
+    // The two events that -compare names, or none; with -before the first
+    // one's before snapshot is compared, else its after snapshot.
+    std::string compareFirst;
+    std::string compareSecond;
+    bool compareBefore = false;
     bool help = false;
 };
 

@@ -74,3 +74,37 @@ std::string MissingSnapshots(bool hasBefore, bool hasAfter)
         return "no snapshot before the install";
     return "no snapshot after the install";
 }
+
+std::string ChangeCountsText(const ChangeCounts& counts)
+{
+    std::string text;
+    for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
+        text += std::string(part == 0 ? "" : " ") + SectionKey(part) + ' ';
+        text += counts[part] ? std::to_string(*counts[part]) : std::string("-");
+    }
+    return text;
+}
+
+std::string InstallChangesText(const EventReport& event)
+{
+    if (!event.changeCounts)
+        return MissingSnapshots(event.hasBefore, event.hasAfter);
+    return ChangeCountsText(*event.changeCounts);
+}
+
+std::size_t TotalOf(const ChangeCounts& counts)
+{
+    std::size_t total = 0;
+    for (const std::optional<std::size_t>& count : counts)
+        total += count.value_or(0);
+    return total;
+}
+
+std::string ComparisonTitle(const EventComparison& comparison)
+{
+    const auto snapshot = [](const char* which, const EventName& event) {
+        return std::string("the ") + which + " snapshot of " + event.eventId + " (copy " + event.copy + ")";
+    };
+    return snapshot(comparison.firstBefore ? "before" : "after", comparison.first) + " against " +
+           snapshot("after", comparison.second);
+}

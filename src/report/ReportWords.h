@@ -26,3 +26,17 @@ std::string DurationText(long long seconds);
 
 // What an event that can't be compared lacks: "no snapshot after the install".
 std::string MissingSnapshots(bool hasBefore, bool hasAfter);
+
+// The number of changes in each section, "-" for one that can't be compared:
+// "users 0 software 1 processes 2 services 1 zorProducts 1 odbcDrivers -".
+std::string ChangeCountsText(const ChangeCounts& counts);
+
+// What the install changed, section by section, or which snapshot it lacks.
+std::string InstallChangesText(const EventReport& event);
+
+// The changes of all sections that can be compared.
+std::size_t TotalOf(const ChangeCounts& counts);
+
+// What -compare compared: "the after snapshot of E1 (copy C1) against the
+// after snapshot of E2 (copy C2)".
+std::string ComparisonTitle(const EventComparison& comparison);

@@ -2,16 +2,78 @@
 
 #include <utility>
 
-void SnapshotSection::Add(const std::string& name, const std::string& value, const std::string& owner)
+namespace {
+
+// The values of a name listed again joined to the first ones, field by field.
+void JoinValues(std::vector<ItemField>& values, std::vector<ItemField>& more)
 {
-    const auto inserted = items.emplace(name, SnapshotItem{value, owner});
-    if (!inserted.second)
-        inserted.first->second.value += ", " + value;
+    for (std::size_t i = 0; i < values.size() && i < more.size(); ++i) {
+        values[i].form = ItemField::Form::List;
+        for (std::string& text : more[i].texts)
+            values[i].texts.push_back(std::move(text));
+    }
 }
 
-void SnapshotSection::Mark(const std::string& name, const std::string& owner)
+}  // namespace
+
+ItemField TextField(const char* key, std::string text)
 {
-    items.emplace(name, SnapshotItem{std::string(), owner});
+    return ItemField{key, {std::move(text)}, ItemField::Form::Text};
+}
+
+ItemField NumberField(const char* key, std::string digits)
+{
+    return ItemField{key, {std::move(digits)}, ItemField::Form::Number};
+}
+
+ItemField ListField(const char* key, std::vector<std::string> texts)
+{
+    return ItemField{key, std::move(texts), ItemField::Form::List};
+}
+
+// A name listed again gets fields of its own, whose values list each row's.
+void SnapshotSection::Add(const std::string& name, const std::string& value, const std::string& owner,
+                          ItemFields fields)
+{
+    const auto inserted = items.emplace(name, SnapshotItem{value, owner});
+    if (inserted.second) {
+        if (!fields.kind.empty())
+            Describe(name, std::move(fields));
+        return;
+    }
+    SnapshotItem& item = inserted.first->second;
+    if (fields.kind.empty() && fieldsRule != nullptr)
+        fields = fieldsRule(*this, name, SnapshotItem{value, owner});
+    auto own = ownFields.find(name);
+    if (own == ownFields.end())
+        own = ownFields.emplace(name, FieldsOf(name, item)).first;
+    JoinValues(own->second.values, fields.values);
+    item.value += ", " + value;
+}
+
+void SnapshotSection::Mark(const std::string& name, const std::string& owner, ItemFields fields)
+{
+    if (items.emplace(name, SnapshotItem{std::string(), owner}).second && !fields.kind.empty())
+        Describe(name, std::move(fields));
+}
+
+void SnapshotSection::Describe(const std::string& name, ItemFields fields)
+{
+    ownFields.emplace(name, std::move(fields));
+}
+
+ItemFields SnapshotSection::FieldsOf(const std::string& name, const SnapshotItem& item) const
+{
+    const auto own = ownFields.find(name);
+    if (own != ownFields.end())
+        return own->second;
+    return fieldsRule == nullptr ? ItemFields() : fieldsRule(*this, name, item);
+}
+
+ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,
+                            const std::string& name, const std::string& value)
+{
+    return ItemFields{kind, {TextField(nameKey, name)}, {ItemField{valueKey, {value}, valueForm}}, 0};
 }
 
 const SnapshotSection& Snapshot::Section(std::size_t index) const

@@ -6,9 +6,11 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "recorder/EventTexts.h"
 
@@ -24,6 +26,35 @@ enum class SnapshotPart : std::size_t {
 
 inline constexpr std::size_t kSnapshotPartCount = texts::kSnapshotSectionCount;
 
+// One field of a thing, under its key in the JSON form: a text, a number, or
+// a list of texts (a user's groups; the values of a name listed twice).
+struct ItemField {
+    enum class Form { Text, Number, List };
+    std::string key;
+    std::vector<std::string> texts;
+    Form form = Form::Text;
+};
+
+ItemField TextField(const char* key, std::string text);
+ItemField NumberField(const char* key, std::string digits);
+ItemField ListField(const char* key, std::vector<std::string> texts);
+
+// A thing in fields of its own, for scripts: its kind ("software", "user",
+// "product"...), the fields that name it (its copy, its instance, its own
+// name) and the fields of its value.
+struct ItemFields {
+    std::string kind;
+    std::vector<ItemField> names;
+    std::vector<ItemField> values;
+    // Bytes cut of the texts, where the report keeps them to a limit.
+    std::uint64_t bytesCut = 0;
+};
+
+// The fields of a thing that has a name and one value: a software's name and
+// version, a process's image and count.
+ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,
+                            const std::string& name, const std::string& value);
+
 // A thing that a section names, and its value. A thing that belongs to
 // another one (a parameter to its instance, an instance to its copy) names
 // that one as its owner, so that a copy that comes or goes is told once,
@@ -37,12 +68,28 @@ struct SnapshotSection {
     bool present = false;
     bool complete = false;
     std::map<std::string, SnapshotItem> items;
+    // How the things' fields follow from their names, values and owners, for
+    // the things that keep none of their own: the largest sections' things
+    // keep none, and their fields are made only for those that a change lists.
+    using FieldsRule = ItemFields (*)(const SnapshotSection& section, const std::string& name,
+                                      const SnapshotItem& item);
+    FieldsRule fieldsRule = nullptr;
+    // The fields of the things that keep their own, by their names; kept
+    // apart from the things, whose map stays as small as it can be.
+    std::map<std::string, ItemFields> ownFields;
 
     // Adds a thing; a name that is there already gets the new value joined
-    // to its old one, so that two rows of one name both show.
-    void Add(const std::string& name, const std::string& value, const std::string& owner = std::string());
+    // to its old one, and each field of the value made a list of both, so
+    // that two rows of one name both show.
+    void Add(const std::string& name, const std::string& value, const std::string& owner = std::string(),
+             ItemFields fields = ItemFields());
     // A thing that has no value of its own: named once, however often it is.
-    void Mark(const std::string& name, const std::string& owner = std::string());
+    void Mark(const std::string& name, const std::string& owner = std::string(), ItemFields fields = ItemFields());
+    // The fields of a name that the things below it are named by, whether or
+    // not it is a thing of the section itself.
+    void Describe(const std::string& name, ItemFields fields);
+    // The thing's fields: its own, or those that the rule gives it.
+    ItemFields FieldsOf(const std::string& name, const SnapshotItem& item) const;
 };
 
 // A machine's snapshots repeat most sections from one to the next (an install

@@ -23,13 +23,44 @@ std::string Capped(const std::string& text, std::uint64_t& bytesCut)
     return text.substr(0, kItemTextLimit);
 }
 
+// The fields' texts up to the limit, a list's first kDetailLimit texts; the
+// bytes cut are counted.
+std::vector<ItemField> CappedFields(const std::vector<ItemField>& fields, std::uint64_t& bytesCut)
+{
+    std::vector<ItemField> capped;
+    for (const ItemField& field : fields) {
+        ItemField kept{field.key, {}, field.form};
+        for (const std::string& text : field.texts) {
+            if (kept.texts.size() == kDetailLimit)
+                bytesCut += text.size();
+            else
+                kept.texts.push_back(Capped(text, bytesCut));
+        }
+        capped.push_back(std::move(kept));
+    }
+    return capped;
+}
+
+// The thing's kind, and its names' and value's fields, capped, with the
+// bytes cut of them.
+ItemFields CappedFields(const ItemFields& fields)
+{
+    ItemFields capped;
+    capped.kind = fields.kind;
+    capped.names = CappedFields(fields.names, capped.bytesCut);
+    capped.values = CappedFields(fields.values, capped.bytesCut);
+    return capped;
+}
+
 // The thing with its value, and the things below it on its side: those whose
 // names begin with its own and ": ", as the readers name what belongs to a thing.
-ListedItem Listed(Items::const_iterator item, const Items& side)
+ListedItem Listed(Items::const_iterator item, const SnapshotSection& section)
 {
+    const Items& side = section.items;
     ListedItem listed;
     listed.name = Capped(item->first, listed.bytesCut);
     listed.value = Capped(item->second.value, listed.bytesCut);
+    listed.fields = CappedFields(section.FieldsOf(item->first, item->second));
     const std::string below = item->first + ": ";
     for (auto detail = side.lower_bound(below);
          detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail) {
@@ -38,20 +69,23 @@ ListedItem Listed(Items::const_iterator item, const Items& side)
             continue;
         }
         listed.details.push_back(ItemValue{Capped(detail->first.substr(below.size()), listed.bytesCut),
-                                           Capped(detail->second.value, listed.bytesCut)});
+                                           Capped(detail->second.value, listed.bytesCut),
+                                           CappedFields(section.FieldsOf(detail->first, detail->second))});
     }
     return listed;
 }
 
-void AddListed(std::vector<ListedItem>& list, std::size_t& leftOut, Items::const_iterator item, const Items& side)
+void AddListed(std::vector<ListedItem>& list, std::size_t& leftOut, Items::const_iterator item,
+               const SnapshotSection& section)
 {
     if (list.size() == kListLimit)
         ++leftOut;
     else
-        list.push_back(Listed(item, side));
+        list.push_back(Listed(item, section));
 }
 
-void AddChanged(SectionChanges& changes, const Items::value_type& was, const Items::value_type& is)
+void AddChanged(SectionChanges& changes, const Items::value_type& was, const SnapshotSection& before,
+                const Items::value_type& is, const SnapshotSection& after)
 {
     if (changes.changed.size() == kListLimit) {
         ++changes.changedLeftOut;
@@ -61,6 +95,8 @@ void AddChanged(SectionChanges& changes, const Items::value_type& was, const Ite
     change.name = Capped(was.first, change.bytesCut);
     change.before = Capped(was.second.value, change.bytesCut);
     change.after = Capped(is.second.value, change.bytesCut);
+    change.fields = CappedFields(after.FieldsOf(is.first, is.second));
+    change.valuesBefore = CappedFields(before.FieldsOf(was.first, was.second).values, change.fields.bytesCut);
     changes.changed.push_back(std::move(change));
 }
 
@@ -81,15 +117,15 @@ SectionChanges CompareSections(const SnapshotSection& before, const SnapshotSect
                                                      : was->first.compare(is->first);
         if (order < 0) {
             if (!OwnerAlsoListed(was->second, before.items, after.items))
-                AddListed(changes.removed, changes.removedLeftOut, was, before.items);
+                AddListed(changes.removed, changes.removedLeftOut, was, before);
             ++was;
         } else if (order > 0) {
             if (!OwnerAlsoListed(is->second, after.items, before.items))
-                AddListed(changes.added, changes.addedLeftOut, is, after.items);
+                AddListed(changes.added, changes.addedLeftOut, is, after);
             ++is;
         } else {
             if (was->second.value != is->second.value)
-                AddChanged(changes, *was, *is);
+                AddChanged(changes, *was, before, *is, after);
             ++was;
             ++is;
         }
@@ -110,4 +146,14 @@ SnapshotChanges CompareSnapshots(const Snapshot& before, const Snapshot& after)
     if (users && before.usersByGroupsAlone && after.usersByGroupsAlone)
         TellUsersByTheirGroups(*users);
     return changes;
+}
+
+ChangeCounts CountsOf(const SnapshotChanges& changes)
+{
+    ChangeCounts counts;
+    for (std::size_t i = 0; i < kSnapshotPartCount; ++i) {
+        if (changes[i])
+            counts[i] = changes[i]->Count();
+    }
+    return counts;
 }

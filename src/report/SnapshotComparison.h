@@ -18,3 +18,5 @@ inline constexpr std::size_t kItemTextLimit = 1024;
 SectionChanges CompareSections(const SnapshotSection& before, const SnapshotSection& after);
 
 SnapshotChanges CompareSnapshots(const Snapshot& before, const Snapshot& after);
+
+ChangeCounts CountsOf(const SnapshotChanges& changes);

@@ -1,6 +1,7 @@
 #include "report/TextSummary.h"
 
 #include "report/ReportWords.h"
+#include "report/SnapshotComparison.h"
 
 namespace {
 
@@ -22,20 +23,35 @@ std::string ConsoleText(const std::string& text)
     return shown;
 }
 
-void WriteChangeCounts(const EventReport& event, std::ostream& out)
+// Each thing that came, went or changed, one line each behind its section's
+// key: "processes + zorsrv.exe: 1", "services ~ ZOR Listener: Running -> Stopped".
+void WriteChangeLines(const SnapshotChanges& changes, std::ostream& out)
 {
-    if (!event.changes) {
-        out << MissingSnapshots(event.hasBefore, event.hasAfter);
+    for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
+        if (!changes[part])
+            continue;
+        const std::string key = SectionKey(part);
+        for (const auto* list : {&changes[part]->added, &changes[part]->removed}) {
+            const char* sign = list == &changes[part]->added ? " + " : " - ";
+            for (const ListedItem& item : *list)
+                out << key << sign << ConsoleText(item.name) << (item.value.empty() ? "" : ": ")
+                    << ConsoleText(item.value) << '\n';
+        }
+        for (const ItemChange& change : changes[part]->changed)
+            out << key << " ~ " << ConsoleText(change.name) << ": " << ConsoleText(change.before) << " -> "
+                << ConsoleText(change.after) << '\n';
+    }
+}
+
+void WriteComparison(const EventComparison& comparison, std::ostream& out)
+{
+    out << "Compared " << ConsoleText(ComparisonTitle(comparison)) << '\n';
+    if (!comparison.changes) {
+        out << "Not compared: " << ConsoleText(comparison.missing) << '\n';
         return;
     }
-    for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
-        out << (part == 0 ? "" : " ") << SectionKey(part) << ' ';
-        const std::optional<SectionChanges>& changes = (*event.changes)[part];
-        if (changes)
-            out << changes->Count();
-        else
-            out << '-';
-    }
+    out << ChangeCountsText(CountsOf(*comparison.changes)) << '\n';
+    WriteChangeLines(*comparison.changes, out);
 }
 
 }  // namespace
@@ -43,9 +59,7 @@ void WriteChangeCounts(const EventReport& event, std::ostream& out)
 void WriteSummaryEvent(const EventReport& event, std::ostream& out)
 {
     out << ConsoleText(event.record.eventId) << " | " << ConsoleText(event.record.action) << " | "
-        << ConsoleText(OutcomeText(event)) << " | ";
-    WriteChangeCounts(event, out);
-    out << '\n';
+        << ConsoleText(OutcomeText(event)) << " | " << InstallChangesText(event) << '\n';
 }
 
 void WriteTextSummary(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
@@ -64,4 +78,6 @@ void WriteTextSummary(const HistoryReport& report, std::ostream& out, const Even
             writeEvent(event, out);
         }
     }
+    if (report.comparison)
+        WriteComparison(*report.comparison, out);
 }

@@ -1,6 +1,7 @@
 // The short text that the report prints to standard output: the machine, and
 // one line for each event with its copy, EventID, action, result and the
-// number of changes in each section of the snapshot.
+// number of changes in each section of the snapshot; and where two events are
+// compared, what changed from one to the other, a line for each thing.
 #pragma once
 
 #include <ostream>

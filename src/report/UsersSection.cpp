@@ -1,6 +1,7 @@
 // The users and groups of a snapshot. A user's groups are one value, so that a
 // user who joins or leaves a group shows as one change of membership.
 #include <algorithm>
+#include <cctype>
 #include <map>
 #include <set>
 
@@ -15,6 +16,7 @@ using namespace texts::users;
 using Memberships = std::map<std::string, std::set<std::string>>;
 
 const char kUserKind[] = "user";
+const char kGroupsKey[] = "groups";
 const char kMemberOf[] = "member of ";
 // The groups of a user whom no group names as a member.
 const char kInNoGroup[] = "in no group's member list";
@@ -38,12 +40,26 @@ void ReadUserRow(const std::string& row, Memberships& members)
     members[user].insert(group);
 }
 
+// The kind as the fields name it: "global group" is "globalGroup".
+std::string KindKey(const std::string& kind)
+{
+    std::string key;
+    bool upper = false;
+    for (const char c : kind) {
+        if (c != ' ')
+            key += upper ? static_cast<char>(std::toupper(static_cast<unsigned char>(c))) : c;
+        upper = c == ' ';
+    }
+    return key;
+}
+
 std::size_t ReadGroups(const SectionLines& lines, std::size_t from, const std::string& closingRule,
                        const std::string& kind, SnapshotSection& section)
 {
     const TableRows rows = FindTableRows(lines, from, kGroupRule, 2, closingRule);
     for (std::size_t i = rows.first; i < rows.end; ++i)
-        section.Mark(kind + " " + lines[i]);
+        section.Mark(kind + " " + lines[i], std::string(),
+                     ItemFields{KindKey(kind), {TextField("name", lines[i])}, {}});
     return rows.next;
 }
 
@@ -61,7 +77,10 @@ void AddMemberships(const Memberships& members, const std::string& kind, Snapsho
         std::string groups;
         for (const std::string& group : member.second)
             groups += (groups.empty() ? "" : ", ") + group;
-        section.Add(kind + " " + member.first, kMemberOf + groups);
+        const ItemFields fields{KindKey(kind),
+                                {TextField("name", member.first)},
+                                {ListField(kGroupsKey, {member.second.begin(), member.second.end()})}};
+        section.Add(kind + " " + member.first, kMemberOf + groups, std::string(), fields);
     }
 }
 
@@ -71,10 +90,16 @@ void MoveUsers(std::vector<ListedItem>& items, bool added, std::vector<ItemChang
 {
     const std::string user = std::string(kUserKind) + " ";
     const auto isUser = [&user](const ListedItem& item) { return StartsWith(item.name, user.c_str()); };
+    const std::vector<ItemField> inNoGroup{ListField(kGroupsKey, {})};
     for (const ListedItem& item : items) {
-        if (isUser(item))
-            changed.push_back(added ? ItemChange{item.name, kInNoGroup, item.value}
-                                    : ItemChange{item.name, item.value, kInNoGroup});
+        if (!isUser(item))
+            continue;
+        ItemChange change = added ? ItemChange{item.name, kInNoGroup, item.value, item.bytesCut, item.fields, inNoGroup}
+                                  : ItemChange{item.name, item.value, kInNoGroup, item.bytesCut, item.fields,
+                                               item.fields.values};
+        if (!added)
+            change.fields.values = inNoGroup;
+        changed.push_back(std::move(change));
     }
     items.erase(std::remove_if(items.begin(), items.end(), isUser), items.end());
 }
@@ -96,7 +121,8 @@ void ReadUsersSection(const SectionLines& lines, SnapshotSection& section)
     for (std::size_t i = 0; i < lines.size();) {
         const std::string& line = lines[i++];
         if (StartsWith(line, kLoggedOnUserLabel))
-            section.Add("logged-on user", TextBehind(line, kLoggedOnUserLabel));
+            section.Add("logged-on user", TextBehind(line, kLoggedOnUserLabel), std::string(),
+                        ItemFields{"loggedOnUser", {}, {TextField("user", TextBehind(line, kLoggedOnUserLabel))}});
         else if (line == kLocalGroupList)
             i = ReadGroups(lines, i, kGroupRule, "group", section);
         else if (line == kGlobalGroupList)

@@ -58,9 +58,10 @@ bool BuildReport(const ReportOptions& options, const CHistorySource& source, CEv
         return false;
     }
     std::string reason;
-    if (!CReportBuilder(source, options.source, options.codePage).Build(report, reason, [&forms](EventReport& event) {
-            forms.Take(event);
-        })) {
+    CReportBuilder builder(source, options.source, options.codePage);
+    if (!options.compareFirst.empty())
+        builder.Compare(options.compareFirst, options.compareSecond, options.compareBefore);
+    if (!builder.Build(report, reason, [&forms](EventReport& event) { forms.Take(event); })) {
         std::cerr << reason << std::endl;
         return false;
     }

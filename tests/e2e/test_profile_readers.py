@@ -4,7 +4,6 @@ journal, and the report of a history folder and the archive of a collection
 show the content that the journal stands for, never the bytes of the journal.
 Under Wine the profile calls are the system's own, which keep no journal, and
 these tests have nothing to try."""
-import json
 import os
 import pwd
 import struct
@@ -12,9 +11,12 @@ import subprocess
 import zipfile
 
 from e2e_support import expect_equal, main, profile_bytes, skip
+from test_report import read_json
 
 SLOT = 64
 NEW_END_TIME = "20260102 10:20:30"
+# The same time as the report's JSON form gives it.
+NEW_END_TIME_ISO = "2026-01-02T10:20:30"
 
 
 def history(end_time, copy, flag, result):
@@ -66,10 +68,10 @@ def test_report_of_a_history_folder_shows_the_content_of_a_whole_journal(env):
     lay_down_interrupted_write(env)
     code, out, err = env.run_full("ZORHistoryReport", env.program_path(env.store), "-json", "r.json")
     expect_equal(code, 0, f"exit code of the report; stdout:\n{out}\nstderr:\n{err}")
-    document = json.loads((env.work / "r.json").read_bytes().decode("utf-8"))
+    document = read_json(env.work / "r.json")
     events = [(copy["copy"], event["eventId"], event["end"], event["result"])
               for copy in document["copies"] for event in copy["events"]]
-    expect_equal(events, [("C1", "E1", NEW_END_TIME, "succeeded")], "the events of the report")
+    expect_equal(events, [("C1", "E1", NEW_END_TIME_ISO, "succeeded")], "the events of the report")
 
 
 def test_collection_by_a_user_who_cannot_write_the_store_packs_the_content_without_the_journal(env):

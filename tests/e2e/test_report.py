@@ -8,13 +8,17 @@ together to mislead its reader."""
 import json
 import os
 import pathlib
+import re
 import subprocess
 import time
 import zipfile
 
+import jsonschema
+
 from e2e_support import Probe, expect_equal, main, profile_bytes, skip
 
 TESTS = pathlib.Path(__file__).resolve().parents[1]
+JSON_SCHEMA = TESTS.parent / "docs" / "report-json.schema.json"
 COPY_FIXTURE = TESTS / "fixtures" / "report" / "one_v9_copy.reg"
 # The copy that the fixture adds, as the report names it.
 FIXTURE_COPY = "ReportCopy"
@@ -49,11 +53,20 @@ def run_report(env, *args, cwd=None):
 
 
 def make_report(env, *args, cwd=None):
-    """A run of ZORHistoryReport that must write its report; its stdout."""
+    """A run of ZORHistoryReport that must write its report; its stdout. The
+    JSON form, where the run writes one, is checked against its schema."""
     code, out, err = run_report(env, *args, cwd=cwd)
     expect_equal(code, 0, f"exit code of ZORHistoryReport {args!r}; stdout:\n{out}\nstderr:\n{err}")
     env.expect_no_error_output(err, f"of ZORHistoryReport {args!r}")
+    if "-json" in args:
+        read_json(pathlib.Path(cwd or env.work) / host_path(args[args.index("-json") + 1]))
     return out
+
+
+def host_path(program_path):
+    """A path as the program took it, on the host: "Z:\\x\\r.json" is /x/r.json."""
+    path = str(program_path)
+    return path[2:].replace("\\", "/") if path.startswith("Z:") else path
 
 
 def wine(env, *args):
@@ -75,7 +88,11 @@ def error_lines(env, err):
 
 # -- reading the report ----------------------------------------------------
 def read_json(path):
-    return json.loads(path.read_bytes().decode("utf-8"))
+    """The report's JSON form, checked against its published schema."""
+    document = json.loads(path.read_bytes().decode("utf-8"))
+    schema = json.loads(JSON_SCHEMA.read_text(encoding="utf-8"))
+    jsonschema.Draft202012Validator(schema).validate(document)
+    return document
 
 
 def event_of(document, copy, event_id):
@@ -112,9 +129,9 @@ def summary_fields(line):
     return fields[0], fields[1], fields[2], fields[3], counts
 
 
-def names_of(items):
-    """The names of the things that came or went in a section of the JSON form."""
-    return [item["name"] for item in items]
+def names_of(items, field):
+    """One field of each thing that came or went in a section of the JSON form."""
+    return [item[field] for item in items]
 
 
 def listing(folder):
@@ -132,14 +149,40 @@ def test_process_started_during_the_install_is_listed_as_added(env):
 
     changes = event_of(read_json(env.work / "r.json"), copy, event)["changes"]
     assert changes is not None, "no changes for an event with both snapshots"
-    added = {item["name"]: item["value"] for item in changes["processes"]["added"]}
-    expect_equal(added.get(probe.name), "1", f"{probe.name} among the added processes, with its count")
+    added = {item["image"]: item["count"] for item in changes["processes"]["added"]}
+    expect_equal(added.get(probe.name), 1, f"{probe.name} among the added processes, with its count")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert probe.name in html, f"{probe.name} is not in the HTML report"
     listed_copy, listed_event, action, result, counts = summary_fields(summary_line(out, copy, event))
     expect_equal((listed_copy, listed_event, action, result), (copy, event, "Install", "no result"),
                  "copy, event, action and result of the summary line")
     assert int(counts["processes"]) >= 1, f"processes count in the summary: {counts!r}"
+
+
+ISO_TIME = re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d")
+
+
+def test_the_json_form_has_its_schema_version_iso_times_the_copy_on_each_event_and_things_as_fields(env):
+    record(env, "-start", "Json-1", "-Action", "Install")
+    with Probe(env) as probe:
+        record(env, "-end", "Json-1", "-CopyName", "JsonCopy", "-Result", "0")
+    record(env, "-start", "Json-2", "-Action", "Repair")
+    record(env, "-end", "Json-2", "-Result", "0")
+    collect(env, "x.zip")
+    make_report(env, "x.zip", "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    expect_equal(document["schemaVersion"], 1, "schema version")
+    for key in ("firstTime", "lastTime"):
+        assert ISO_TIME.fullmatch(document[key]), f"{key} {document[key]!r} is no ISO 8601 time"
+    first = event_of(document, "JsonCopy", "Json-1")
+    second = event_of(document, "Json-2", "Json-2")
+    expect_equal((first["copy"], second["copy"]), ("JsonCopy", None), "the copies of the events")
+    for event in (first, second):
+        for key in ("start", "end"):
+            assert ISO_TIME.fullmatch(event[key]), f"{key} {event[key]!r} is no ISO 8601 time"
+    added = [item for item in first["changes"]["processes"]["added"] if item["image"] == probe.name]
+    expect_equal(added, [{"kind": "process", "image": probe.name, "count": 1, "details": []}],
+                 "the process started during the install, in its fields")
 
 
 def test_windows_installers_restart_results_read_as_success_that_needs_a_restart(env):
@@ -157,7 +200,8 @@ def test_windows_installers_restart_results_read_as_success_that_needs_a_restart
         expect_equal(event_of(document, "RestartCopy", event)["result"], word.split(" (")[0],
                      f"result of {event} in the JSON form")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
-    expect_equal(html.count('class="restart-needed"'), 4, "restart-needed marks on the page")
+    # Each of the two in the contents, the machine's timeline, its copy's timeline and its own heading.
+    expect_equal(html.count('class="restart-needed"'), 8, "restart-needed marks on the page")
 
 
 # Each line head that the recorder writes in an event log.
@@ -195,7 +239,7 @@ def test_messages_that_read_like_the_recorders_lines_are_messages_and_the_log_st
     expect_equal(reported["messages"], LOOK_ALIKES, "messages of the event")
     expect_equal(reported["notes"], [], "notes on the event")
     assert reported["changes"] is not None, "no changes for an event with both snapshots"
-    assert probe.name in names_of(reported["changes"]["processes"]["added"]), \
+    assert probe.name in names_of(reported["changes"]["processes"]["added"], "image"), \
         f"{probe.name} is not among the added processes: {reported['changes']['processes']!r}"
 
 
@@ -233,19 +277,83 @@ def test_changes_since_the_machines_last_snapshot_name_the_events_that_ran_meanw
     since = event_of(document, "CopyA", "A2")["sincePrevious"]
     expect_equal((since["since"], since["eventsBetween"], since["drift"]),
                  ({"eventId": "B1", "copy": "CopyB", "snapshot": "after"}, [], True), "A2's comparison")
-    assert during_b.name not in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    assert during_b.name not in names_of(since["changes"]["processes"]["added"], "image"), \
+        since["changes"]["processes"]
     # N1 never ended: it ran from its start until A3's, and what came meanwhile
     # is told with it, not as drift.
     since = event_of(document, "CopyA", "A3")["sincePrevious"]
     expect_equal((since["since"], since["eventsBetween"], since["drift"]),
                  ({"eventId": "N1", "copy": "(Unknown)", "snapshot": "before"},
                   [{"eventId": "N1", "copy": "(Unknown)"}], False), "A3's comparison")
-    assert during_n.name in names_of(since["changes"]["processes"]["added"]), since["changes"]["processes"]
+    assert during_n.name in names_of(since["changes"]["processes"]["added"], "image"), \
+        since["changes"]["processes"]
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert ("What changed since the after snapshot of B1 (copy CopyB): <span class=\"drift\">drift</span>, "
             "outside any recorded install") in html, "A2's drift heading is not on the page"
     assert ("What changed since the before snapshot of N1 (copy (Unknown)), while these recorded events ran: "
             "N1 (copy (Unknown))") in html, "A3's heading is not on the page"
+
+
+def record_two_events_with_a_process_between(env):
+    """Cmp-1 of CopyA; a process starts; Cmp-2 of CopyB; Open-1 never ends."""
+    record(env, "-start", "Cmp-1", "-Action", "Install")
+    record(env, "-end", "Cmp-1", "-CopyName", "CopyA", "-Result", "0")
+    next_second()
+    with Probe(env) as probe:
+        record(env, "-start", "Cmp-2", "-Action", "Upgrade")
+        record(env, "-end", "Cmp-2", "-CopyName", "CopyB", "-Result", "0")
+        next_second()
+        record(env, "-start", "Open-1", "-Action", "Repair")
+    collect(env, "x.zip")
+    return probe
+
+
+COUNTS_LINE = re.compile(r"users \d+ software \d+ processes \d+ services \d+ zorProducts \d+ odbcDrivers \d+")
+
+
+def test_two_events_compared_by_their_after_snapshots_on_the_console_and_the_page(env):
+    probe = record_two_events_with_a_process_between(env)
+    out = make_report(env, "x.zip", "-o", "r.html", "-json", "r.json", "-compare", "Cmp-1", "Cmp-2")
+    lines = out.splitlines()
+    title = "Compared the after snapshot of Cmp-1 (copy CopyA) against the after snapshot of Cmp-2 (copy CopyB)"
+    assert title in lines, out
+    assert COUNTS_LINE.fullmatch(lines[lines.index(title) + 1]), out
+    assert f"processes + {probe.name}: 1" in lines[lines.index(title):], out
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    compared = html[html.index('<h2 id="comparison">Comparison of Cmp-1 and Cmp-2</h2>'):
+                    html.index('<h2 id="copy-0">')]
+    assert ("<h4>What changed from the after snapshot of Cmp-1 (copy CopyA) against the after snapshot of "
+            "Cmp-2 (copy CopyB)</h4>") in compared, compared
+    assert f'<li class="added">{probe.name}: 1</li>' in compared, compared
+    assert '<a href="#comparison">Comparison of Cmp-1 and Cmp-2</a>' in html, "the contents don't lead to it"
+    comparison = read_json(env.work / "r.json")["comparison"]
+    expect_equal((comparison["first"], comparison["second"], comparison["missing"]),
+                 ({"eventId": "Cmp-1", "copy": "CopyA", "snapshot": "after"},
+                  {"eventId": "Cmp-2", "copy": "CopyB", "snapshot": "after"}, None), "the comparison in the JSON form")
+    assert {"kind": "process", "image": probe.name, "count": 1, "details": []} in \
+        comparison["changes"]["processes"]["added"], comparison["changes"]["processes"]
+
+
+def test_an_events_before_snapshot_against_its_after_snapshot_is_what_the_install_changed(env):
+    record_two_events_with_a_process_between(env)
+    out = make_report(env, "x.zip", "-compare", "Cmp-2", "Cmp-2", "-before")
+    lines = out.splitlines()
+    title = "Compared the before snapshot of Cmp-2 (copy CopyB) against the after snapshot of Cmp-2 (copy CopyB)"
+    assert title in lines, out
+    expect_equal(lines[lines.index(title) + 1], summary_line(out, "CopyB", "Cmp-2").split(" | ")[4],
+                 "the comparison's counts and the install's own")
+
+
+def test_a_compared_event_without_its_snapshot_or_missing_from_the_history_is_said(env):
+    record_two_events_with_a_process_between(env)
+    out = make_report(env, "x.zip", "-compare", "Cmp-1", "Open-1")
+    assert "Not compared: Open-1 has no snapshot after the install" in out.splitlines(), out
+    code, out, err = run_report(env, "x.zip", "-compare", "Cmp-1", "Nope-1")
+    expect_equal((code, error_lines(env, err)), (1, ["x.zip: no event Nope-1 to compare in it"]),
+                 "exit code and error of a comparison with an event that isn't there")
+    code, out, err = run_report(env, "x.zip", "-before")
+    expect_equal(code, 2, "exit code of -before without -compare")
+    assert "ZORHistoryReport: the option -before goes with -compare" in error_lines(env, err), err
 
 
 # The recorder's texts, written by hand for the sections that a Linux machine
@@ -336,12 +444,13 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
     document = read_json(env.work / "r.json")
 
     changes = event_of(document, "C1", "E1")["changes"]
-    expect_equal(changes["software"]["added"], [{"name": software, "value": "9.1.0", "details": []}],
+    expect_equal(changes["software"]["added"],
+                 [{"kind": "software", "name": software, "version": "9.1.0", "details": []}],
                  "software added by E1")
     expect_equal(changes["zorProducts"]["added"],
-                 [{"name": "copy C1", "value": "",
-                   "details": [{"name": "product " + product,
-                                "value": "version 9.1.0, service level SL2, code {C1}, last modified 20240105"}]}],
+                 [{"kind": "copy", "copy": "C1",
+                   "details": [{"kind": "product", "copy": "C1", "product": product, "version": "9.1.0",
+                                "serviceLevel": "SL2", "code": "{C1}", "lastModified": "20240105"}]}],
                  "copies added by E1")
     second = event_of(document, "C1", "E2")
     since = second["sincePrevious"]
@@ -349,15 +458,16 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
                  (True, NO_CHANGE, NO_CHANGE), "E2 against E1's after snapshot")
     users = since["changes"]["users"]
     expect_equal((users["added"], users["removed"]), ([], []), "users added or removed before E2")
-    assert {"name": "user VM\\zorjoiner", "before": "in no group's member list",
-            "after": "member of zorgroup"} in users["changed"], users
+    assert {"kind": "user", "name": "VM\\zorjoiner", "before": {"groups": []},
+            "after": {"groups": ["zorgroup"]}} in users["changed"], users
     computer = second["computerChanges"]
     expect_equal((computer["since"], computer["eventsBetween"], computer["drift"]),
                  ({"eventId": "E1", "copy": "C1"}, [{"eventId": "E1", "copy": "C1"}], False),
                  "E2's computer report against E1's")
     expect_equal(computer["changes"]["changed"],
-                 [{"name": "Service Pack", "before": first_pack[len("Service Pack        :"):],
-                   "after": "Service Pack 3"}], "changes of the computer report")
+                 [{"kind": "computerLine", "label": "Service Pack",
+                   "before": {"text": first_pack[len("Service Pack        :"):]},
+                   "after": {"text": "Service Pack 3"}}], "changes of the computer report")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert f'<li class="added">{software}: 9.1.0</li>' in html, "the software's version is not on the page"
 
@@ -404,14 +514,15 @@ def test_service_and_copy_added_then_service_deleted_between_events(env):
     second = event_of(document, FIXTURE_COPY, "Svc-2")
     drift = second["sincePrevious"]
     assert first["changes"] is not None and drift is not None and drift["drift"], (first, second)
-    added_services = {item["name"]: item["value"] for item in first["changes"]["services"]["added"]}
+    added_services = {item["displayName"]: item["state"] for item in first["changes"]["services"]["added"]}
     expect_equal(added_services.get(SERVICE_DISPLAY_NAME), "Stopped", "state of the added service")
     # The copy once, in its own layout: the parent key of the V9 copies is no
     # copy before V9.
-    expect_equal(names_of(first["changes"]["zorProducts"]["added"]), ["copy " + FIXTURE_COPY],
-                 "copies added by the first event")
+    expect_equal([(item["kind"], item.get("copy")) for item in first["changes"]["zorProducts"]["added"]],
+                 [("copy", FIXTURE_COPY)], "copies added by the first event")
     expect_equal(first["sincePrevious"], None, "changes before the machine's first event")
-    assert SERVICE_DISPLAY_NAME in names_of(drift["changes"]["services"]["removed"]), drift["changes"]["services"]
+    assert SERVICE_DISPLAY_NAME in names_of(drift["changes"]["services"]["removed"], "displayName"), \
+        drift["changes"]["services"]
     # Nothing happened to the copy between the two events, nor during the second.
     expect_equal(drift["changes"]["zorProducts"], NO_CHANGE, "drift of the products")
     expect_equal(second["changes"]["zorProducts"], NO_CHANGE, "products changed by the second event")

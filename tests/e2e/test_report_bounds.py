@@ -79,7 +79,7 @@ def test_a_process_list_bomb_is_listed_to_its_limit_or_not_compared(env):
     document = read_json(env.work / "r.json")
 
     processes = event_of(document, "C1", "Many-1")["changes"]["processes"]
-    bombs = [item for item in processes["added"] if item["name"].startswith("bomb")]
+    bombs = [item for item in processes["added"] if item["image"].startswith("bomb")]
     expect_equal(len(processes["added"]), LIST_LIMIT, "processes listed as added")
     expect_equal(len(bombs) + processes["addedLeftOut"], 3000, "added processes listed and left out")
     html = (env.work / "r.html").read_bytes().decode("utf-8")

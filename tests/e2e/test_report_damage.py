@@ -135,7 +135,7 @@ def test_an_event_whose_log_is_missing_appears_with_what_history_ini_says(env):
     event = event_of(read_json(env.work / "r.json"), "LostCopy", "Lost-1")
     expect_equal((event["action"], event["product"], event["serviceLevel"], event["start"], event["end"],
                   event["result"], event["resultText"], event["durationSeconds"]),
-                 ("Upgrade", "ZOR Server", "SP2", "20240105 10:00:00", "20240105 10:02:03", "failed", "1603", 123),
+                 ("Upgrade", "ZOR Server", "SP2", "2024-01-05T10:00:00", "2024-01-05T10:02:03", "failed", "1603", 123),
                  "what History.ini says of the event")
     expect_equal(event["notes"], ["the event log is not in the source"], "notes on the event")
     expect_equal((event["eventLog"], event["snapshotBefore"], event["snapshotAfter"], event["changes"]),

@@ -127,7 +127,7 @@ protected:
         EXPECT_EQ(e1.messages, std::vector<std::string>{"Copying <files>"});
         ASSERT_EQ(e1.installerLogs.size(), 1u);
         EXPECT_EQ(e1.installerLogs[0].name, "setup.log");
-        EXPECT_TRUE(e1.installerLogs[0].inSource);
+        EXPECT_FALSE(e1.installerLogs[0].entry.empty());
         ASSERT_TRUE(e1.changes.has_value());
         const SnapshotChanges& changes = *e1.changes;
         EXPECT_EQ(Added(changes[1]), std::vector<std::string>{"ZOR Server"});

@@ -7,9 +7,27 @@
 #include "report/HtmlReport.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
+#include "report/SnapshotComparison.h"
 #include "report/TextSummary.h"
 
 namespace {
+
+ListedItem Listed(std::string name, std::string value, ItemFields fields, std::vector<ItemValue> details = {})
+{
+    ListedItem item;
+    item.name = std::move(name);
+    item.value = std::move(value);
+    item.fields = std::move(fields);
+    item.details = std::move(details);
+    return item;
+}
+
+ItemChange Changed(std::string name, std::string before, std::string after, ItemFields fields,
+                   std::vector<ItemField> valuesBefore)
+{
+    return ItemChange{std::move(name), std::move(before), std::move(after), 0, std::move(fields),
+                      std::move(valuesBefore)};
+}
 
 HistoryReport SmallReport()
 {
@@ -25,22 +43,38 @@ HistoryReport SmallReport()
     installed.record.eventId = "E1";
     installed.record.action = "Install";
     installed.record.result = "1603";
+    installed.record.copyName = "C1";
+    installed.record.startTime = "20061012 10:00:00";
+    installed.record.endTime = "20061012 10:01:30";
     installed.outcome = EventOutcome::Failed;
     installed.hasBefore = installed.hasAfter = true;
     installed.messages = {"<script>document.title='x'</script>"};
     SnapshotChanges changes;
     for (auto& section : changes)
         section = SectionChanges();
-    changes[2]->added = {{"zorsrv.exe", "1", {}}};
-    changes[2]->changed = {{"svchost.exe", "2", "3"}};
-    changes[3]->removed = {{"<b>Old & odd</b>", "Stopped", {}}};
-    changes[4]->added = {{"copy C1", "", {{"instance PROD", ""}, {"instance PROD: Port", "5000"}}}};
+    changes[2]->added = {
+        Listed("zorsrv.exe", "1", {"process", {TextField("image", "zorsrv.exe")}, {NumberField("count", "1")}})};
+    changes[2]->changed = {Changed("svchost.exe", "2", "3",
+                                   {"process", {TextField("image", "svchost.exe")}, {NumberField("count", "3")}},
+                                   {NumberField("count", "2")})};
+    changes[3]->removed = {Listed("<b>Old & odd</b>", "Stopped",
+                                  {"service", {TextField("displayName", "<b>Old & odd</b>")},
+                                   {TextField("state", "Stopped")}})};
+    const std::vector<ItemField> copy{TextField("copy", "C1")};
+    changes[4]->added = {Listed(
+        "copy C1", "", {"copy", copy, {}},
+        {{"instance PROD", "", {"instance", {copy[0], TextField("instance", "PROD")}, {}}},
+         {"instance PROD: Port", "5000",
+          {"instanceParameter", {copy[0], TextField("instance", "PROD"), TextField("name", "Port")},
+           {TextField("value", "5000")}}}})};
     changes[5].reset();
     installed.changes = changes;
+    installed.changeCounts = CountsOf(changes);
 
     EventReport open;
     open.record.eventId = "E2";
     open.record.action = "Upgrade";
+    open.record.startTime = "2006-10-12 10:05";
     open.hasBefore = true;
     ChangesSince since;
     since.event = {"E1", "C1"};
@@ -48,11 +82,15 @@ HistoryReport SmallReport()
     since.ranBetween = {{"E7", "C2"}};
     for (auto& section : since.changes)
         section = SectionChanges();
-    since.changes[1]->added = {{"Tool", "2.0", {}}};
+    since.changes[1]->added = {
+        Listed("Tool", "2.0", {"software", {TextField("name", "Tool")}, {TextField("version", "2.0")}})};
     open.sincePrevious = since;
     ComputerChanges computer;
     computer.since = {"E1", "C1"};
-    computer.changes.changed = {{"Service Pack", "Service Pack 1", "Service Pack 2"}};
+    computer.changes.changed = {
+        Changed("Service Pack", "Service Pack 1", "Service Pack 2",
+                {"computerLine", {TextField("label", "Service Pack")}, {TextField("text", "Service Pack 2")}},
+                {TextField("text", "Service Pack 1")})};
     open.computer = computer;
 
     report.copies = {CopyReport{"C1", {installed, open}}};
@@ -96,6 +134,9 @@ TEST(ReportWriters, TheJsonHasTheAgreedShape)
     std::ostringstream out;
     WriteJsonReport(SmallReport(), out);
     const nlohmann::json json = nlohmann::json::parse(out.str());
+    EXPECT_EQ(json["schemaVersion"], 1);
+    EXPECT_EQ(json["firstTime"], "2006-10-12T10:00:00");
+    EXPECT_TRUE(json["comparison"].is_null());
     EXPECT_EQ(json["machine"]["computer"], "VM");
     EXPECT_EQ(json["machine"]["os"], "Microsoft Windows XP Home Edition");
     const nlohmann::json& e1 = json["copies"][0]["events"][0];
@@ -103,30 +144,38 @@ TEST(ReportWriters, TheJsonHasTheAgreedShape)
     EXPECT_EQ(e1["eventId"], "E1");
     EXPECT_EQ(e1["result"], "failed");
     EXPECT_EQ(e1["resultText"], "1603");
+    EXPECT_EQ(e1["copy"], "C1");
+    EXPECT_EQ(e1["start"], "2006-10-12T10:00:00");
+    EXPECT_EQ(e1["end"], "2006-10-12T10:01:30");
     EXPECT_EQ(e1["changes"]["processes"]["added"],
-              nlohmann::json::parse(R"([{"name": "zorsrv.exe", "value": "1", "details": []}])"));
+              nlohmann::json::parse(R"([{"kind": "process", "image": "zorsrv.exe", "count": 1, "details": []}])"));
     EXPECT_EQ(e1["changes"]["processes"]["changed"][0],
-              (nlohmann::json{{"name", "svchost.exe"}, {"before", "2"}, {"after", "3"}}));
+              nlohmann::json::parse(R"({"kind": "process", "image": "svchost.exe", "before": {"count": 2},
+                                        "after": {"count": 3}})"));
     EXPECT_EQ(e1["changes"]["services"]["removed"],
-              nlohmann::json::parse(R"([{"name": "<b>Old & odd</b>", "value": "Stopped", "details": []}])"));
+              nlohmann::json::parse(
+                  R"([{"kind": "service", "displayName": "<b>Old & odd</b>", "state": "Stopped", "details": []}])"));
     EXPECT_EQ(e1["changes"]["zorProducts"]["added"][0]["details"],
-              nlohmann::json::parse(R"([{"name": "instance PROD", "value": ""},
-                                        {"name": "instance PROD: Port", "value": "5000"}])"));
+              nlohmann::json::parse(R"([{"kind": "instance", "copy": "C1", "instance": "PROD"},
+                                        {"kind": "instanceParameter", "copy": "C1", "instance": "PROD",
+                                         "name": "Port", "value": "5000"}])"));
     EXPECT_TRUE(e1["changes"]["odbcDrivers"].is_null());
     EXPECT_TRUE(e1["sincePrevious"].is_null());
     EXPECT_TRUE(e1["computerChanges"].is_null());
     const nlohmann::json& e2 = json["copies"][0]["events"][1];
     EXPECT_TRUE(e2["changes"].is_null());
     EXPECT_EQ(e2["result"], "never ended");
+    EXPECT_TRUE(e2["copy"].is_null());
+    EXPECT_TRUE(e2["start"].is_null());
     EXPECT_EQ(e2["sincePrevious"]["since"],
               nlohmann::json::parse(R"({"eventId": "E1", "copy": "C1", "snapshot": "after"})"));
     EXPECT_EQ(e2["sincePrevious"]["eventsBetween"], nlohmann::json::parse(R"([{"eventId": "E7", "copy": "C2"}])"));
     EXPECT_EQ(e2["sincePrevious"]["drift"], false);
-    EXPECT_EQ(e2["sincePrevious"]["changes"]["software"]["added"][0]["value"], "2.0");
+    EXPECT_EQ(e2["sincePrevious"]["changes"]["software"]["added"][0]["version"], "2.0");
     EXPECT_EQ(e2["computerChanges"]["drift"], true);
     EXPECT_EQ(e2["computerChanges"]["changes"]["changed"][0],
-              nlohmann::json::parse(R"({"name": "Service Pack", "before": "Service Pack 1",
-                                        "after": "Service Pack 2"})"));
+              nlohmann::json::parse(R"({"kind": "computerLine", "label": "Service Pack",
+                                        "before": {"text": "Service Pack 1"}, "after": {"text": "Service Pack 2"}})"));
 }
 
 TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesGivenIt)
@@ -158,7 +207,9 @@ TEST(ReportWriters, TheHtmlEscapesEveryTextFromTheMachine)
     EXPECT_NE(html.find("&lt;b&gt;Old &amp; odd&lt;/b&gt;"), std::string::npos);
     EXPECT_NE(html.find("<title>ZOR installation history report</title>"), std::string::npos);
     EXPECT_EQ(html.find("src="), std::string::npos);
-    EXPECT_EQ(html.find("href="), std::string::npos);
+    // Links lead only to places on the page itself.
+    for (std::size_t at = html.find("href="); at != std::string::npos; at = html.find("href=", at + 1))
+        EXPECT_EQ(html.compare(at, 7, "href=\"#"), 0) << html.substr(at, 40);
 }
 
 TEST(ReportWriters, TheHtmlOpensTheSectionsWithChangesAndSaysSoInOneLineForTheOthers)
@@ -211,6 +262,7 @@ HistoryReport CutReport()
     processes.addedLeftOut = 7;
     processes.changedLeftOut = 3;
     processes.added[0].bytesCut = 42;
+    processes.added[0].fields.bytesCut = 42;
     (*event.changes)[4]->added[0].detailsLeftOut = 9;
     return report;
 }
@@ -279,6 +331,24 @@ TEST(ReportOptionsTest, UsageErrorsAreTold)
     EXPECT_EQ(error, "the option -o is given twice");
     ASSERT_TRUE(ParseReportOptions({"-h"}, options, error));
     EXPECT_TRUE(options.help);
+}
+
+TEST(ReportOptionsTest, CompareNamesTwoEventsAndBeforeTakesTheFirstOnesBeforeSnapshot)
+{
+    ReportOptions options;
+    std::string error;
+    ASSERT_TRUE(ParseReportOptions({"x.zip", "-compare", "E1", "E2"}, options, error));
+    EXPECT_EQ(options.compareFirst, "E1");
+    EXPECT_EQ(options.compareSecond, "E2");
+    EXPECT_FALSE(options.compareBefore);
+    ASSERT_TRUE(ParseReportOptions({"-before", "-compare", "E1", "E1", "x.zip"}, options, error));
+    EXPECT_TRUE(options.compareBefore);
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-compare", "E1"}, options, error));
+    EXPECT_EQ(error, "the option -compare needs two EventIDs");
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-compare", "E1", "E2", "-compare", "E3", "E4"}, options, error));
+    EXPECT_EQ(error, "the option -compare is given twice");
+    EXPECT_FALSE(ParseReportOptions({"x.zip", "-before"}, options, error));
+    EXPECT_EQ(error, "the option -before goes with -compare");
 }
 
 TEST(ReportOptionsTest, CodePageNamesAKnownAnsiCodePage)

@@ -366,6 +366,55 @@ TEST(SectionReaders, ParameterNamesShorterThanTheirColumnAreSplitFromTheValue)
     EXPECT_EQ(Values(copies), expected);
 }
 
+// A field of a thing as the JSON form shows it: "key=text", a list's texts
+// joined by "|".
+std::vector<std::string> FieldTexts(const std::vector<ItemField>& fields)
+{
+    std::vector<std::string> texts;
+    for (const ItemField& field : fields) {
+        std::string joined;
+        for (const std::string& text : field.texts)
+            joined += (joined.empty() ? "" : "|") + text;
+        texts.push_back(field.key + "=" + joined);
+    }
+    return texts;
+}
+
+TEST(SectionReaders, EachThingOfACopyOrADriverHasItsFieldsWhereverItStands)
+{
+    const SectionLines odbc = {
+        "", "Total ZOR ODBC Drivers:1", "ODBC Driver:D", Rule('-', 76),
+        "Parameter Name                Value                ", Rule('-', 76), Left("Port", 30) + "5000",
+        Left("Port", 30) + "5001", Rule('-', 76),
+    };
+    SnapshotSection drivers;
+    ReadODBCDriversSection(odbc, drivers);
+    const ItemFields parameter = drivers.FieldsOf("driver D: Port", drivers.items.at("driver D: Port"));
+    EXPECT_EQ(parameter.kind, "driverParameter");
+    EXPECT_EQ(FieldTexts(parameter.names), (std::vector<std::string>{"driver=D", "name=Port"}));
+    EXPECT_EQ(FieldTexts(parameter.values), (std::vector<std::string>{"value=5000|5001"}));
+
+    const SectionLines products = {
+        "", "ZOR Installation Copy Name:C1", "Global Profiles:", Rule('-', 120), Left("Home:", 30) + "/opt/zor",
+        Rule('-', 120), "ZOR Instance Name:PROD", Rule('-', 68),
+        "Parameter Name                      Value                  ", Rule('-', 68), Left("Port", 36) + "5000",
+        Rule('-', 68),
+    };
+    SnapshotSection copies;
+    ReadZORProductsSection(products, copies);
+    const std::string home = "copy C1: global profile Home";
+    const ItemFields global = copies.FieldsOf(home, copies.items.at(home));
+    EXPECT_EQ(global.kind, "globalProfileValue");
+    EXPECT_EQ(FieldTexts(global.names), (std::vector<std::string>{"copy=C1", "name=Home"}));
+    EXPECT_EQ(FieldTexts(global.values), (std::vector<std::string>{"value=/opt/zor"}));
+    const std::string port = "copy C1: instance PROD: Port";
+    const ItemFields instanceParameter = copies.FieldsOf(port, copies.items.at(port));
+    EXPECT_EQ(instanceParameter.kind, "instanceParameter");
+    EXPECT_EQ(FieldTexts(instanceParameter.names),
+              (std::vector<std::string>{"copy=C1", "instance=PROD", "name=Port"}));
+    EXPECT_EQ(FieldTexts(instanceParameter.values), (std::vector<std::string>{"value=5000"}));
+}
+
 TEST(SectionReaders, AParameterNameThatFillsItsColumnIsNamedWithTheWholeRow)
 {
     // Nothing stands between such a name and its value: the row is all there is.
