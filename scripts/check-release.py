@@ -23,6 +23,7 @@ import tempfile
 import zipfile
 
 DOCS = ["README.md", "docs/event-log.md", "docs/faults.md", "docs/recording.md",
+        "docs/report-json.md", "docs/report-json.schema.json",
         "docs/history-report.png",
         "examples/RecordWithProgram.wxs", "examples/RecordWithDll.wxs", "examples/RecordEvent.nsi",
         "examples/ZORRecord.nsh", "examples/zor-event-id.sh"]
