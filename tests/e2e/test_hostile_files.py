@@ -419,15 +419,36 @@ def test_a_history_ini_that_a_user_linked_is_neither_written_nor_read_by_root(en
         assert "ROOT-ONLY" not in summary.read_text(errors="replace"), f"{summary} shows the linked file"
 
 
-def test_a_history_ini_with_a_second_name_is_neither_written_nor_read_by_root(env):
+def hard_links_protected():
+    """Whether the system lets a user link only files of their own (or that
+    they may read and write): fs.protected_hardlinks."""
+    try:
+        return pathlib.Path("/proc/sys/fs/protected_hardlinks").read_text().strip() == "1"
+    except OSError:
+        return False
+
+
+def test_a_history_ini_with_a_second_name_is_used_only_where_no_user_could_have_made_it(env):
     """Where the system lets a user link any file (fs.protected_hardlinks=0),
     a user can give a root-only file a second name as History.ini in a store
-    left writable by everyone; root makes the same link here. Root uses no
-    file of two names as History.ini, whoever made the second: it is set
-    aside and the history goes on in a new one."""
+    left writable by everyone; root makes the same link here. Root then uses
+    no History.ini of two names: it is set aside and the history goes on in a
+    new one. Where users may link only their own files, the second name is
+    root's own (a backup made with hard links, say), and the history goes on
+    in it."""
     if not (env.native and os.geteuid() == 0):
         skip("needs the Linux build run by root")
     old_store(env)
+    other = pathlib.Path(attacker_folder()) / "second-name"
+    if hard_links_protected():
+        os.link(env.store / "History.ini", other)
+        record(env, "-start", "E2")
+        record(env, "-end", "E2", "-CopyName", COPY, "-Result", "Success")
+        assert f"Event_ID={EVENT}" in section_lines(env, EVENT), "the history before the second name"
+        assert f"Event_ID=E2" in section_lines(env, "E2"), "the event recorded into it"
+        expect_equal(sorted(p.name for p in env.store.glob(".History.ini.set-aside-*")), [], "set aside")
+        assert "Event_ID=E2" in other.read_text(errors="replace"), "the second name shows the history"
+        return
     secret = root_only_profile()
     content = secret.read_bytes()
     (env.store / "History.ini").unlink()

@@ -185,7 +185,7 @@ int OpenRegularFile(const std::string& systemPath)
     if (descriptor < 0)
         return -1;
     struct stat status;
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || !RootMayRead(status)) {
         close(descriptor);
         return -1;
     }
@@ -203,9 +203,30 @@ bool OthersMayChangeFolder(const struct stat& status)
            (status.st_uid != 0 || (status.st_mode & (S_IWGRP | S_IWOTH)) != 0);
 }
 
+bool HardLinksProtected()
+{
+    static const bool kProtected = [] {
+        char setting = '0';
+        const int fd = open("/proc/sys/fs/protected_hardlinks", O_RDONLY | O_CLOEXEC);
+        if (fd >= 0) {
+            if (read(fd, &setting, 1) != 1)
+                setting = '0';
+            close(fd);
+        }
+        return setting == '1';
+    }();
+    return kProtected;
+}
+
+bool SecondNameMayBePlanted(nlink_t links, bool hardLinksProtected)
+{
+    return links > 1 && !hardLinksProtected;
+}
+
 bool RootMayWrite(const struct stat& status)
 {
-    return geteuid() != 0 || (!PlantedForRoot(status) && status.st_nlink == 1);
+    return geteuid() != 0 ||
+           (!PlantedForRoot(status) && !SecondNameMayBePlanted(status.st_nlink, HardLinksProtected()));
 }
 
 namespace {
@@ -257,7 +278,7 @@ int RootOpenFlags(const std::string& systemPath)
 
 bool RootMayRead(const struct stat& status)
 {
-    return geteuid() != 0 || status.st_uid != 0 || status.st_nlink == 1;
+    return geteuid() != 0 || status.st_uid != 0 || !SecondNameMayBePlanted(status.st_nlink, HardLinksProtected());
 }
 
 int OpenCheckedPath(const std::string& systemPath, bool writes)

@@ -21,7 +21,8 @@ std::string WithSystemSeparators(const std::string& path);
 
 // Opens a regular file for reading: a symbolic link in the last component is
 // not followed, and a FIFO or device is not waited on; anything but a regular
-// file is refused. The descriptor, or -1.
+// file, and for root a file that RootMayRead refuses, is refused. The
+// descriptor, or -1.
 int OpenRegularFile(const std::string& systemPath);
 
 // A descriptor that names (O_PATH) the regular file at `systemPath` and opens
@@ -59,19 +60,32 @@ bool LeadsThroughPlantedEntry(const std::string& systemPath);
 // so that a link leads where it leads, as it does on Windows.
 int RootOpenFlags(const std::string& systemPath);
 
-// Whether root may read the open file as a file of the store: not a file of
-// root's with a second name, which may be any root-only file that a user
-// linked into a store left writable by everyone.
+// Whether root may read the open file as a file of the store or a log to
+// stage: not a file of root's with a second name that a user may have made,
+// which may be any root-only file that the user linked into a store left
+// writable by everyone.
 bool RootMayRead(const struct stat& status);
 
 // OthersMayChangeFolder for an entry's status: for root, a folder that
 // another user owns or that others may write.
 bool OthersMayChangeFolder(const struct stat& status);
 
-// Whether this process may write the file: root writes only its own files of
-// one name, since another name elsewhere (a hard link that a user made in a
-// store left writable by everyone) would lead the write there. Other callers
-// are held by the file's permissions.
+// Whether the system lets a user give a second name only to a file that the
+// user owns or may read and write (fs.protected_hardlinks is 1): then a file
+// of root's that has a second name got it from root, or while it was open to
+// everyone anyway, and the name leads nowhere that root's write or read would
+// not go. Read once; where it can't be read, a user may link any file.
+bool HardLinksProtected();
+
+// Whether another name of a file of root's with `links` names may have been
+// made by a user to lead root's reads and writes to a root-only file: where
+// the system lets a user link any file.
+bool SecondNameMayBePlanted(nlink_t links, bool hardLinksProtected);
+
+// Whether this process may write the file: root writes only its own files,
+// and of those only files of one name where a user's second name could lead
+// the write elsewhere (a hard link that a user made in a store left writable
+// by everyone). Other callers are held by the file's permissions.
 bool RootMayWrite(const struct stat& status);
 
 // The attribute word of an existing entry: the folder bit for a folder,

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "platform/FileSystem.h"
+#include "platform/posix/PosixFiles.h"
 #include "platform/posix/StoreModes.h"
 
 namespace platform {
@@ -98,13 +99,14 @@ std::string UnguessableSuffix()
 }
 
 // Whether root must set the entry aside: another user's link, folder or file,
-// or a file of root's with a second name, which may be any root-only file
-// that a user linked there.
+// or a file of root's with a second name that a user may have made, which may
+// be any root-only file that the user linked there.
 bool PlantedForRootAt(int folder, const char* name)
 {
     struct stat status;
     return geteuid() == 0 && fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-           (status.st_uid != 0 || (S_ISREG(status.st_mode) && status.st_nlink > 1));
+           (status.st_uid != 0 ||
+            (S_ISREG(status.st_mode) && posix::SecondNameMayBePlanted(status.st_nlink, posix::HardLinksProtected())));
 }
 
 // An entry that another user put in place of the history folder or of
@@ -131,9 +133,9 @@ bool CreateStoreFolder(const std::string& path)
     return CreateFolder(path);
 }
 
-// What another user put in place of the history folder or History.ini is set
-// aside first; then every folder of the store, History.ini, the history
-// folder and its parent lose the write right of others.
+// The history folder's parent and the history folder lose the write right of
+// others, each before what another user put in place of the history folder or
+// History.ini is set aside; then every folder below and History.ini.
 void SecureExistingStore(const std::string& historyFolder)
 {
     const std::string path = SystemPath(historyFolder);
@@ -144,20 +146,20 @@ void SecureExistingStore(const std::string& historyFolder)
     if (parent < 0)
         return;
     const std::string name = path.substr(slash + 1);
+    // Each folder is closed to others before what stands in it is set aside,
+    // so that no one puts another entry in place of the one set aside.
+    SetModeIfOwnedAndOpen(parent, posix::kFolderMode);
     SetAsidePlanted(parent, name.c_str());
     const int history = OpenFolderAt(parent, name.c_str());
-    if (history >= 0)
-        SetAsidePlanted(history, kIniFileName);
-    // Every folder is looked at, not only when the top ones are open to
-    // others: a single event folder left open would be passed over by root.
     if (history >= 0) {
+        SetModeIfOwnedAndOpen(history, posix::kFolderMode);
+        SetAsidePlanted(history, kIniFileName);
+        // Every folder, not only when the top ones were open to others: a
+        // single event folder left open would be passed over by root.
         SecureFoldersIn(history, 2);
         SecureIniFile(history);
-        SetModeIfOwnedAndOpen(history, posix::kFolderMode);
-    }
-    SetModeIfOwnedAndOpen(parent, posix::kFolderMode);
-    if (history >= 0)
         close(history);
+    }
     close(parent);
 }
 

@@ -94,26 +94,26 @@ TEST_F(RootChecks, AnotherUsersLinkIsRefusedInTheLastPlaceAndAboveIt)
     EXPECT_EQ(RootOpenFlags(inner + "/History.ini"), O_NOFOLLOW);
 }
 
-TEST_F(RootChecks, RootWritesOnlyItsOwnFilesOfOneName)
+TEST_F(RootChecks, RootWritesOnlyItsOwnFilesAndOfThoseWithASecondNameOnlyWhereNoUserCouldHaveMadeIt)
 {
     using platform::posix::RootMayWrite;
     const std::string file = File("ZORInstallEvent.Log");
     EXPECT_TRUE(RootMayWrite(Status(file)));
     ASSERT_EQ(link(file.c_str(), (folder_ + "/second-name").c_str()), 0);
-    EXPECT_FALSE(RootMayWrite(Status(file)));
+    EXPECT_EQ(RootMayWrite(Status(file)), platform::posix::HardLinksProtected());
 
     const std::string others = File("others.log");
     ASSERT_EQ(chown(others.c_str(), kOtherUser, kOtherUser), 0);
     EXPECT_FALSE(RootMayWrite(Status(others)));
 }
 
-TEST_F(RootChecks, RootReadsNoFileOfItsOwnWithASecondName)
+TEST_F(RootChecks, RootReadsNoFileOfItsOwnWithASecondNameThatAUserCouldHaveMade)
 {
     using platform::posix::RootMayRead;
     const std::string file = File("History.ini");
     EXPECT_TRUE(RootMayRead(Status(file)));
     ASSERT_EQ(link(file.c_str(), (folder_ + "/second-name").c_str()), 0);
-    EXPECT_FALSE(RootMayRead(Status(file)));
+    EXPECT_EQ(RootMayRead(Status(file)), platform::posix::HardLinksProtected());
 
     const std::string others = File("others.ini");
     ASSERT_EQ(chown(others.c_str(), kOtherUser, kOtherUser), 0);
@@ -130,4 +130,13 @@ TEST_F(RootChecks, AFolderThatAnotherUserOwnsOrOthersMayWriteMayBeChangedByThem)
     ASSERT_EQ(chown(others.c_str(), kOtherUser, kOtherUser), 0);
     EXPECT_TRUE(platform::OthersMayChangeFolder(others));
     EXPECT_FALSE(platform::OthersMayChangeFolder(File("file", 0666)));
+}
+
+TEST(SecondNames, OnlyASystemThatLetsUsersLinkAnyFileMakesASecondNameSuspect)
+{
+    using platform::posix::SecondNameMayBePlanted;
+    EXPECT_FALSE(SecondNameMayBePlanted(1, false));
+    EXPECT_TRUE(SecondNameMayBePlanted(2, false));
+    EXPECT_FALSE(SecondNameMayBePlanted(2, true));
+    EXPECT_FALSE(SecondNameMayBePlanted(1, true));
 }
