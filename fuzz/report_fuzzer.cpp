@@ -282,7 +282,7 @@ bool IsValidUtf8(const std::string& text)
 // or History.ini is escaped and can bring no other.
 const std::set<std::string> kPageTags = {
     "!DOCTYPE", "html", "head", "meta", "title", "style", "body", "h1", "h2", "h3", "h4", "table", "tr",
-    "th", "td", "p", "ul", "li", "details", "summary", "section", "span", "code",
+    "th", "td", "p", "ul", "li", "details", "summary", "section", "span", "code", "nav", "a", "pre",
 };
 
 void CheckHtml(const std::string& html)
@@ -526,7 +526,8 @@ void FuzzHistoryIni(const Input& input)
             EventReport event = EventOf(*record, noLog);
             if (event.durationSeconds)
                 Require(*event.durationSeconds >= 0, "a duration is never negative");
-            event.installerLogs.push_back(InstallerLog{"installer log", record->logFile, false});
+            event.installerLogs.push_back(
+                InstallerLog{"installer log", record->logFile, record->logFile, std::string(), std::string(), 0});
             copy.events.push_back(std::move(event));
         }
         report.copies.push_back(std::move(copy));

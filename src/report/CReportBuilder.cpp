@@ -35,7 +35,7 @@ CReportBuilder::CReportBuilder(const CHistorySource& source, std::string sourceN
 
 void CReportBuilder::Compare(std::string firstEventId, std::string secondEventId, bool firstBefore)
 {
-    comparison_.emplace();
+    comparison_ = Comparison();
     comparison_->firstId = std::move(firstEventId);
     comparison_->secondId = std::move(secondEventId);
     comparison_->firstBefore = firstBefore;
