@@ -28,8 +28,8 @@ int OpenRegularFile(const std::string& systemPath);
 // A descriptor that names (O_PATH) the regular file at `systemPath` and opens
 // nothing, so a FIFO or device is never waited on; -1 for anything else. For a
 // write, a link in the last component is not followed, and root is refused a
-// file that another user owns or that has a second name (a hard link), and a
-// path that leads, as deep as the store nests, through a folder link that
+// file that RootMayWrite refuses (another user's, or one with a second name
+// that a user may have made), and a path that leads, as deep as the store nests, through a folder link that
 // another user owns or through another user's folder in the machine's store:
 // such a file, link or folder in the store was put there by someone else, and
 // root would write wherever it leads. Other callers are held by the file's
