@@ -1,6 +1,7 @@
 // ZORHistoryReport: what did each install change? Reads a history, from an
 // archive or a folder, and writes the report as HTML and/or JSON, with a short
 // summary on standard output.
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -22,17 +23,32 @@ constexpr int kWritten = 0;
 constexpr int kCantRead = 1;
 constexpr int kUsageError = 2;
 
+// Each output is written beside its name, readable by its owner alone (the
+// page embeds installer logs, which may be owner-only copies), and put in
+// place whole; a failed write leaves no file.
 template <typename Writer>
 bool WriteFile(const std::string& path, const HistoryReport& report, Writer write, const EventWriter& writeEvent,
                const CEventForms& forms)
 {
-    std::filebuf file;
-    if (!platform::OpenFileBuffer(file, path, std::ios_base::out | std::ios_base::trunc | std::ios_base::binary))
+    std::string temporary;
+    std::FILE* made = platform::CreateFileBeside(path, temporary);
+    if (made == nullptr)
         return false;
-    std::ostream out(&file);
-    write(report, out, writeEvent);
-    out.flush();
-    return out.good() && forms.Good() && file.close() != nullptr;
+    std::fclose(made);
+    std::filebuf file;
+    bool written = platform::OpenFileBuffer(file, temporary, std::ios_base::out | std::ios_base::binary);
+    if (written) {
+        std::ostream out(&file);
+        write(report, out, writeEvent);
+        out.flush();
+        written = out.good() && forms.Good();
+    }
+    written = file.close() != nullptr && written;
+    if (!written) {
+        std::remove(platform::SystemPath(temporary).c_str());
+        return false;
+    }
+    return platform::PutFileInPlace(temporary, path);
 }
 
 bool WriteOutputs(const ReportOptions& options, const HistoryReport& report, CEventForms& forms)

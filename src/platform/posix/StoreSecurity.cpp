@@ -51,6 +51,8 @@ bool IsPlainName(const char* name)
     return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
 }
 
+bool SetAsidePlanted(int folder, const char* name);
+
 // Each folder directly in the open folder gets kFolderMode; with `depth` 2,
 // the folders in those as well (the events below a copy's folder).
 void SecureFoldersIn(int folder, int depth)
@@ -63,7 +65,9 @@ void SecureFoldersIn(int folder, int depth)
         return;
     }
     while (const dirent* entry = readdir(listing)) {
-        if (!IsPlainName(entry->d_name))
+        // Dot-names are the store's own (its lock, what was set aside), and
+        // what another user put in the store is set aside, not secured.
+        if (entry->d_name[0] == '.' || SetAsidePlanted(folder, entry->d_name))
             continue;
         const int child = OpenFolderAt(folder, entry->d_name);
         if (child < 0)
@@ -109,21 +113,24 @@ bool PlantedForRootAt(int folder, const char* name)
             (S_ISREG(status.st_mode) && posix::SecondNameMayBePlanted(status.st_nlink, posix::HardLinksProtected())));
 }
 
-// An entry that another user put in place of the history folder or of
-// History.ini, while the store was writable by everyone, is renamed to a
-// dot-name beside it, which the archive passes over and the administrator
-// finds; the store's own entry is then made anew in its place. Root would
-// otherwise refuse it for ever (it leads where its maker chose) and record no
-// event again.
-void SetAsidePlanted(int folder, const char* name)
+// An entry that another user put in the store (in place of the history
+// folder, History.ini, a copy's or an event's folder or file), while the store
+// was writable by everyone, is renamed to a dot-name beside it, which the
+// archive passes over and the administrator finds; the store's own entry is
+// then made anew in its place. Root would otherwise refuse it for ever (it
+// leads where its maker chose) and lose what it would have recorded there.
+bool SetAsidePlanted(int folder, const char* name)
 {
     if (!PlantedForRootAt(folder, name))
-        return;
+        return false;
     for (int attempt = 0; attempt < kSetAsideAttempts; ++attempt) {
         const std::string aside = "." + std::string(name) + ".set-aside-" + UnguessableSuffix();
-        if (renameat2(folder, name, folder, aside.c_str(), RENAME_NOREPLACE) == 0 || errno != EEXIST)
-            return;
+        if (renameat2(folder, name, folder, aside.c_str(), RENAME_NOREPLACE) == 0)
+            return true;
+        if (errno != EEXIST)
+            return false;
     }
+    return false;
 }
 
 }  // namespace
