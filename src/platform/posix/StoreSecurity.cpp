@@ -102,19 +102,18 @@ std::string UnguessableSuffix()
     return text;
 }
 
-// Whether root must set the entry aside: another user's link, folder or file,
-// or a file of root's with a second name that a user may have made, which may
-// be any root-only file that the user linked there.
+// Whether root must set the entry aside: another user's link, folder or file.
+// A file of root's with a second name is refused where a user may have made
+// that name (RootMayRead, RootMayWrite), but never set aside: a user could
+// give an honest file of the store a second name and so hide it.
 bool PlantedForRootAt(int folder, const char* name)
 {
     struct stat status;
-    return geteuid() == 0 && fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-           (status.st_uid != 0 ||
-            (S_ISREG(status.st_mode) && posix::SecondNameMayBePlanted(status.st_nlink, posix::HardLinksProtected())));
+    return geteuid() == 0 && fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0 && status.st_uid != 0;
 }
 
 // An entry that another user put in the store (in place of the history
-// folder, History.ini, a copy's or an event's folder or file), while the store
+// folder, History.ini, or in the history folder or a copy's folder), while the store
 // was writable by everyone, is renamed to a dot-name beside it, which the
 // archive passes over and the administrator finds; the store's own entry is
 // then made anew in its place. Root would otherwise refuse it for ever (it
