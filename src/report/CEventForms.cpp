@@ -18,6 +18,7 @@ EventReport TimelineFacts(EventReport& event)
 {
     EventReport facts;
     facts.place = event.place;
+    facts.machine = event.machine;
     facts.record = std::move(event.record);
     facts.outcome = event.outcome;
     facts.durationSeconds = event.durationSeconds;
@@ -56,9 +57,12 @@ bool CEventForms::Open(const std::string& reportPath, bool html, bool json)
 void CEventForms::Take(EventReport& event)
 {
     static const EventWriter writers[kFormCount] = {WriteHtmlEvent, WriteJsonEvent, WriteSummaryEvent};
-    if (stored_.size() <= event.place)
-        stored_.resize(event.place + 1);
-    Stored& stored = stored_[event.place];
+    if (stored_.size() <= event.machine)
+        stored_.resize(event.machine + 1);
+    std::vector<Stored>& machine = stored_[event.machine];
+    if (machine.size() <= event.place)
+        machine.resize(event.place + 1);
+    Stored& stored = machine[event.place];
     stored.offset = end_;
     for (int form = 0; form < kFormCount; ++form) {
         if (!forms_[form])
@@ -77,7 +81,7 @@ void CEventForms::Take(EventReport& event)
 
 void CEventForms::Copy(const EventReport& event, Form form, std::ostream& out)
 {
-    const Stored& stored = stored_.at(event.place);
+    const Stored& stored = stored_.at(event.machine).at(event.place);
     std::uint64_t at = stored.offset;
     for (int before = 0; before < form; ++before)
         at += stored.sizes[before];

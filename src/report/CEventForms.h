@@ -47,6 +47,6 @@ private:
     bool forms_[kFormCount] = {};
     std::uint64_t end_ = 0;
     bool good_ = false;
-    // By the events' places in History.ini.
-    std::vector<Stored> stored_;
+    // By the events' machines, then their places in History.ini.
+    std::vector<std::vector<Stored>> stored_;
 };

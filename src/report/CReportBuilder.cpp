@@ -7,12 +7,11 @@
 #include "report/CLineSplitter.h"
 #include "report/DecodedTexts.h"
 #include "report/EventFacts.h"
+#include "report/EventLogStream.h"
 #include "report/HistoryEvents.h"
 #include "report/SnapshotComparison.h"
 
 namespace {
-
-const char kHistoryIniName[] = "History.ini";
 
 void UpdateEarliest(std::string& earliest, const std::string& time)
 {
@@ -28,46 +27,69 @@ void UpdateLatest(std::string& latest, const std::string& time)
 
 }  // namespace
 
-CReportBuilder::CReportBuilder(const CHistorySource& source, std::string sourceName, int ansiCodePage)
-    : source_(source), sourceName_(std::move(sourceName)), ansiCodePage_(ansiCodePage)
+CReportBuilder::CReportBuilder(const CReportSources& sources, int ansiCodePage)
+    : sources_(sources), ansiCodePage_(ansiCodePage)
 {
 }
 
-void CReportBuilder::Compare(std::string firstEventId, std::string secondEventId, bool firstBefore)
+void CReportBuilder::Compare(std::string firstName, std::string secondName, bool firstBefore)
 {
     comparison_ = Comparison();
-    comparison_->firstId = std::move(firstEventId);
-    comparison_->secondId = std::move(secondEventId);
+    comparison_->firstName = std::move(firstName);
+    comparison_->secondName = std::move(secondName);
     comparison_->firstBefore = firstBefore;
 }
 
-bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent)
+bool CReportBuilder::Build(ReportOfSources& report, std::string& reason, const EventHandler& onEvent)
 {
-    std::vector<std::string> notes = source_.Damage();
-    std::vector<EventRecord> events;
-    if (!ReadEvents(events, notes)) {
-        reason = sourceName_ + ": no History.ini that can be read in it";
+    const std::vector<MachineEvents> machines = sources_.Machines();
+    if (!FindCompared(machines, reason))
         return false;
+    report = ReportOfSources();
+    for (std::size_t source = 0; source < sources_.Count(); ++source)
+        report.sources.push_back(sources_.Name(source));
+    decoders_.clear();
+    for (machine_ = 0; machine_ < machines.size(); ++machine_) {
+        report.machines.emplace_back();
+        BuildMachine(machines[machine_], report.machines.back(), onEvent);
     }
-    if (!FindCompared(events, reason))
-        return false;
-    report = HistoryReport();
-    report.sourceName = sourceName_;
-    report.notes = std::move(notes);
-    decoder_ = DecoderOf(events, ansiCodePage_);
-    report.textEncoding = decoder_.Name();
+    if (comparison_) {
+        report.comparison = CompareTheTwo();
+        DecodeComparison(*report.comparison, decoders_.at(comparison_->first.machine),
+                         decoders_.at(comparison_->second.machine));
+    }
+    events_ = nullptr;
+    return true;
+}
+
+// The machine's events read in the order of their starts, then kept in the
+// groups of the summary.
+void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& report, const EventHandler& onEvent)
+{
+    const std::vector<EventRecord>& events = machine.events;
+    const bool several = sources_.Count() > 1;
+    report.machine = machine_;
+    for (const std::size_t source : machine.sources) {
+        report.sources.push_back(sources_.Name(source));
+        for (const std::string& note : sources_.Notes(source))
+            report.notes.push_back(several ? sources_.Name(source) + ": " + note : note);
+    }
+    decoders_.push_back(DecoderOf(events, ansiCodePage_));
+    const CTextDecoder& decoder = decoders_.back();
+    report.textEncoding = decoder.Name();
     report.eventCount = events.size();
-    events_ = &events;
+    events_ = &machine;
     timeline_.emplace(events);
     machineEvent_ = nullptr;
     latest_.reset();
     running_.clear();
     lastComputer_.reset();
+    sectionMemo_ = std::make_shared<CSectionMemo>();
     std::vector<EventReport> reports(events.size());
     report.machineOrder = timeline_->Order();
     for (const std::size_t event : report.machineOrder) {
         BuildEvent(event, reports[event], report);
-        DecodeEventTexts(reports[event], decoder_);
+        DecodeEventTexts(reports[event], decoder);
         if (onEvent)
             onEvent(reports[event]);
     }
@@ -78,39 +100,14 @@ bool CReportBuilder::Build(HistoryReport& report, std::string& reason, const Eve
             copy.events.push_back(std::move(reports[static_cast<std::size_t>(event - events.data())]));
         report.copies.push_back(std::move(copy));
     }
-    if (comparison_)
-        report.comparison = CompareTheTwo();
-    DecodeHistoryTexts(report, decoder_);
-    events_ = nullptr;
-    return true;
-}
-
-// The events of History.ini, as far as it can be read; in a damaged archive
-// without it, the events whose logs the archive holds. False if there are
-// neither.
-bool CReportBuilder::ReadEvents(std::vector<EventRecord>& events, std::vector<std::string>& notes) const
-{
-    std::string historyIni;
-    const bool whole = source_.Contains(kHistoryIniName) && source_.ReadProfile(kHistoryIniName, historyIni);
-    if (whole || !historyIni.empty()) {
-        events = ReadHistoryEvents(historyIni);
-        if (!whole)
-            notes.push_back("History.ini is damaged: the events that could be read of it are shown");
-        return true;
-    }
-    events = EventsOfTheLogs(source_.DamagedArchiveFiles());
-    if (events.empty())
-        return false;
-    notes.push_back("History.ini is not in the damaged archive: the events are those whose logs it holds, "
-                    "without what History.ini says of them");
-    return true;
+    DecodeHistoryTexts(report, decoder);
 }
 
 // Each event is compared with itself (before and after the install), and
 // with the machine's snapshot before it.
 void CReportBuilder::BuildEvent(std::size_t event, EventReport& report, HistoryReport& history)
 {
-    const EventRecord& record = (*events_)[event];
+    const EventRecord& record = events_->events[event];
     Snapshot before;
     Snapshot after;
     SnapshotSection computer;
@@ -192,45 +189,89 @@ void CReportBuilder::Keep(std::size_t event, Snapshot& before, Snapshot& after)
 }
 
 // The places of the events that Compare names; false, with the reason, if
-// the history lacks one.
-bool CReportBuilder::FindCompared(const std::vector<EventRecord>& events, std::string& reason)
+// the sources lack one or hold more than one event of its name.
+bool CReportBuilder::FindCompared(const std::vector<MachineEvents>& machines, std::string& reason)
 {
     if (!comparison_)
         return true;
-    for (std::string* id : {&comparison_->firstId, &comparison_->secondId}) {
-        const auto found = std::find_if(events.begin(), events.end(),
-                                        [id](const EventRecord& event) { return event.eventId == *id; });
-        if (found == events.end()) {
-            reason = sourceName_ + ": no event " + *id + " to compare in it";
-            return false;
-        }
-        (id == &comparison_->firstId ? comparison_->first : comparison_->second) =
-            static_cast<std::size_t>(found - events.begin());
-    }
+    if (!FindEvent(machines, comparison_->firstName, comparison_->first, reason) ||
+        !FindEvent(machines, comparison_->secondName, comparison_->second, reason))
+        return false;
+    events_ = &machines[comparison_->first.machine];
+    comparison_->firstEvent = NameOf(comparison_->first.event);
+    events_ = &machines[comparison_->second.machine];
+    comparison_->secondEvent = NameOf(comparison_->second.event);
+    events_ = nullptr;
     return true;
+}
+
+bool CReportBuilder::FindEvent(const std::vector<MachineEvents>& machines, const std::string& name,
+                               EventPlace& place, std::string& reason) const
+{
+    std::size_t found = 0;
+    for (std::size_t machine = 0; machine < machines.size(); ++machine) {
+        const std::vector<EventRecord>& events = machines[machine].events;
+        for (std::size_t event = 0; event < events.size(); ++event) {
+            if (Names(events[event], machines[machine].holders[event], name)) {
+                place = EventPlace{machine, event};
+                ++found;
+            }
+        }
+    }
+    if (found == 1)
+        return true;
+    if (sources_.Count() == 1)
+        reason = sources_.Name(0) + ": no event " + name + " to compare in it";
+    else if (found == 0)
+        reason = "no event " + name + " to compare in the sources";
+    else
+        reason = name + " names " + std::to_string(found) + " events of the sources: name one as SOURCE:" + name;
+    return false;
+}
+
+// Whether `name` names the event: its EventID, or "SOURCE:EventID" for a
+// source that holds it, SOURCE as the command line names it or its file's name.
+bool CReportBuilder::Names(const EventRecord& event, const std::vector<std::size_t>& holders,
+                           const std::string& name) const
+{
+    if (name == event.eventId)
+        return true;
+    if (name.size() <= event.eventId.size() + 1 ||
+        name.compare(name.size() - event.eventId.size(), std::string::npos, event.eventId) != 0 ||
+        name[name.size() - event.eventId.size() - 1] != ':')
+        return false;
+    const std::string source = name.substr(0, name.size() - event.eventId.size() - 1);
+    for (const std::size_t holder : holders) {
+        const std::string& given = sources_.Name(holder);
+        const std::string::size_type slash = given.find_last_of("/\\");
+        if (source == given || (slash != std::string::npos && source == given.substr(slash + 1)))
+            return true;
+    }
+    return false;
 }
 
 void CReportBuilder::TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after)
 {
     if (!comparison_)
         return;
-    if (event == comparison_->first)
+    const EventPlace place{machine_, event};
+    if (place == comparison_->first)
         comparison_->firstSnapshot = comparison_->firstBefore ? before : after;
-    if (event == comparison_->second)
+    if (place == comparison_->second)
         comparison_->secondSnapshot = after;
 }
 
 EventComparison CReportBuilder::CompareTheTwo() const
 {
     EventComparison compared;
-    compared.first = NameOf(comparison_->first);
+    compared.first = comparison_->firstEvent;
     compared.firstBefore = comparison_->firstBefore;
-    compared.second = NameOf(comparison_->second);
+    compared.second = comparison_->secondEvent;
     if (!comparison_->firstSnapshot.present)
-        compared.missing = comparison_->firstId + " has no snapshot " +
+        compared.missing = comparison_->firstName + " has no snapshot " +
                            (comparison_->firstBefore ? "before" : "after") + " the install";
     else if (!comparison_->secondSnapshot.present)
-        compared.missing = comparison_->secondId + " has no snapshot after the install";
+        compared.missing = comparison_->secondName + " has no snapshot after the install";
     else
         compared.changes = CompareSnapshots(comparison_->firstSnapshot, comparison_->secondSnapshot);
     return compared;
@@ -238,8 +279,13 @@ EventComparison CReportBuilder::CompareTheTwo() const
 
 EventName CReportBuilder::NameOf(std::size_t event) const
 {
-    const EventRecord& record = (*events_)[event];
-    return EventName{record.eventId, CopyGroupOf(record)};
+    return NameOf(events_->events[event]);
+}
+
+// In a report over several sources, an event is named with its source too.
+EventName CReportBuilder::NameOf(const EventRecord& event) const
+{
+    return EventName{event.eventId, CopyGroupOf(event), sources_.Count() > 1 ? sources_.Name(event.source) : ""};
 }
 
 std::vector<EventName> CReportBuilder::NamesOf(const std::vector<std::size_t>& events) const
@@ -254,18 +300,24 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
                                       SnapshotSection& computer, HistoryReport& history)
 {
     EventReport report;
-    report.place = static_cast<std::size_t>(&event - events_->data());
+    report.place = static_cast<std::size_t>(&event - events_->events.data());
+    report.machine = machine_;
     report.record = event;
+    if (sources_.Count() > 1) {
+        for (const std::size_t holder : events_->holders[report.place])
+            report.sources.push_back(sources_.Name(holder));
+    }
+    const CHistorySource& source = sources_.Source(event.source);
     report.outcome = OutcomeOf(event);
     report.durationSeconds = SecondsBetween(event.startTime, event.endTime);
-    report.eventLogName = FindEventLog(source_, event);
-    report.installerLogs = InstallerLogsOf(source_, event, report.eventLogName);
+    report.eventLogName = FindEventLog(source, event);
+    report.installerLogs = InstallerLogsOf(source, event, report.eventLogName);
     if (report.eventLogName.empty()) {
         report.notes.push_back("the event log is not in the source");
         return report;
     }
     CEventLogReader log(event.eventId, sectionMemo_);
-    ReadEventLog(report, log);
+    ReadEventLog(source, report, log);
     report.notes.insert(report.notes.end(), log.notes.begin(), log.notes.end());
     report.messages = std::move(log.messages);
     report.messagesLeftOut = log.messagesLeftOut;
@@ -282,25 +334,18 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
 
 // The event log streamed line by line into the reader, with notes of what
 // stood in the way: damage, lines cut at their limit, the file's limit.
-void CReportBuilder::ReadEventLog(EventReport& report, CEventLogReader& log) const
+void CReportBuilder::ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const
 {
-    std::uint64_t total = 0;
-    CLineSplitter lines([&log, &lines](const std::string& line) { log.Line(line, lines.BytesCutOfLine()); });
-    const bool whole = source_.Stream(report.eventLogName, [&lines, &total](const char* bytes, std::size_t size) {
-        lines.Feed(bytes, size);
-        total += size;
-    });
-    lines.Finish();
-    log.Finish();
-    if (!whole && source_.IsArchive())
+    const EventLogReading reading = StreamEventLog(source, report.eventLogName, log);
+    if (!reading.whole && source.IsArchive())
         report.notes.push_back("the archive's entry " + report.eventLogName +
                                " is damaged: what could be read of it is shown");
-    else if (!whole)
+    else if (!reading.whole)
         report.notes.push_back("the event log can't be read whole: what could be read of it is shown");
-    if (lines.CutLines() != 0)
-        report.notes.push_back(std::to_string(lines.CutLines()) + " lines of the event log longer than " +
+    if (reading.cutLines != 0)
+        report.notes.push_back(std::to_string(reading.cutLines) + " lines of the event log longer than " +
                                std::to_string(CLineSplitter::kDefaultLineLimit) + " bytes were cut there");
-    if (total >= CHistorySource::kFileLimit)
+    if (reading.bytes >= CHistorySource::kFileLimit)
         report.notes.push_back("the event log reaches " + std::to_string(CHistorySource::kFileLimit) +
                                " bytes, the most that the report reads of a file: the rest is not read");
 }

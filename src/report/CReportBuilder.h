@@ -1,5 +1,6 @@
-// Builds the report from a history source: the events of History.ini in the
-// groups of the summary, and for each event, its log streamed once. The logs
+// Builds the report from its sources, one machine at a time: the events of
+// the machine's History.ini in the groups of the summary, and for each
+// event, its log streamed once from the source that it is read from. The logs
 // are read in the order of the events' starts on the machine, so that each
 // event's before snapshot is compared with the snapshot that the machine had
 // last before it, whichever event took it. At any time the builder holds the
@@ -16,6 +17,7 @@
 
 #include "report/CEventLogReader.h"
 #include "report/CHistorySource.h"
+#include "report/CReportSources.h"
 #include "report/CSectionMemo.h"
 #include "report/HistoryEvents.h"
 #include "report/MachineTimeline.h"
@@ -26,22 +28,23 @@ class CReportBuilder {
 public:
     // Texts of a history written on Windows are decoded from `ansiCodePage`;
     // of one written on Linux from UTF-8.
-    CReportBuilder(const CHistorySource& source, std::string sourceName,
-                   int ansiCodePage = CTextDecoder::kWindows1252);
+    explicit CReportBuilder(const CReportSources& sources, int ansiCodePage = CTextDecoder::kWindows1252);
 
     // Called with each event as soon as it is whole, in the order in which
     // the events are read; what it leaves of the event stays in the report.
     using EventHandler = std::function<void(EventReport& event)>;
 
-    // Compares two events by their EventIDs as well: the first one's after
-    // snapshot, or with `firstBefore` its before snapshot, against the second
-    // one's after snapshot. The two snapshots are kept as their events are read.
-    void Compare(std::string firstEventId, std::string secondEventId, bool firstBefore);
+    // Compares two events as well: the first one's after snapshot, or with
+    // `firstBefore` its before snapshot, against the second one's after
+    // snapshot. An event is named by its EventID, or, where several sources
+    // hold events of that EventID, "SOURCE:EventID", SOURCE as the command
+    // line names it or its file's name. The two snapshots are kept as their
+    // events are read.
+    void Compare(std::string firstName, std::string secondName, bool firstBefore);
 
-    // False, with a one-line reason, if the source has no History.ini that
-    // can be read, or holds no event that Compare names; every other damage
-    // is told in the report.
-    bool Build(HistoryReport& report, std::string& reason, const EventHandler& onEvent = nullptr);
+    // False, with a one-line reason, if Compare names no event of the
+    // sources, or more than one; every damage is told in the report.
+    bool Build(ReportOfSources& report, std::string& reason, const EventHandler& onEvent = nullptr);
 
 private:
     // A snapshot kept for the events that start after it was taken.
@@ -57,40 +60,58 @@ private:
         SnapshotSection report;
     };
 
-    // The two events to compare, their places in History.ini and the
+    // An event of the report: its machine's place and its own in the machine.
+    struct EventPlace {
+        std::size_t machine = 0;
+        std::size_t event = 0;
+        bool operator==(const EventPlace& other) const
+        {
+            return machine == other.machine && event == other.event;
+        }
+    };
+
+    // The two events to compare, as they were named, their places, and the
     // snapshots taken of them so far.
     struct Comparison {
-        std::string firstId;
-        std::string secondId;
+        std::string firstName;
+        std::string secondName;
         bool firstBefore = false;
-        std::size_t first = 0;
-        std::size_t second = 0;
+        EventPlace first;
+        EventPlace second;
+        EventName firstEvent;
+        EventName secondEvent;
         Snapshot firstSnapshot;
         Snapshot secondSnapshot;
     };
 
-    bool ReadEvents(std::vector<EventRecord>& events, std::vector<std::string>& notes) const;
-    bool FindCompared(const std::vector<EventRecord>& events, std::string& reason);
+    void BuildMachine(const MachineEvents& machine, HistoryReport& report, const EventHandler& onEvent);
+    bool FindCompared(const std::vector<MachineEvents>& machines, std::string& reason);
+    bool FindEvent(const std::vector<MachineEvents>& machines, const std::string& name, EventPlace& place,
+                   std::string& reason) const;
+    bool Names(const EventRecord& event, const std::vector<std::size_t>& holders, const std::string& name) const;
     void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after);
     EventComparison CompareTheTwo() const;
     void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
-    void ReadEventLog(EventReport& report, CEventLogReader& log) const;
+    void ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
     void TakeAfterSnapshotsUntil(long long time);
     void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);
     void Keep(std::size_t event, Snapshot& before, Snapshot& after);
     EventName NameOf(std::size_t event) const;
+    EventName NameOf(const EventRecord& event) const;
     std::vector<EventName> NamesOf(const std::vector<std::size_t>& events) const;
     void TakeMachine(const CEventLogReader& log, const EventRecord& event, HistoryReport& report);
     void TakeTimes(const EventRecord& event, HistoryReport& report) const;
 
-    const CHistorySource& source_;
-    std::string sourceName_;
+    const CReportSources& sources_;
     int ansiCodePage_;
-    CTextDecoder decoder_;
-    const std::vector<EventRecord>* events_ = nullptr;
+    // Each machine's decoder, as its history is read.
+    std::vector<CTextDecoder> decoders_;
+    // The machine being read: its place and its events.
+    std::size_t machine_ = 0;
+    const MachineEvents* events_ = nullptr;
     std::optional<MachineTimeline> timeline_;
     // The History.ini place of the event whose computer report the report
     // shows: the first one that has one.

@@ -133,11 +133,13 @@ void DecodeHistoryTexts(HistoryReport& report, const CTextDecoder& decoder)
     DecodeAll(report.notes, decoder);
     for (CopyReport& copy : report.copies)
         Decode(copy.name, decoder);
-    if (!report.comparison)
-        return;
-    DecodeNames(report.comparison->first, decoder);
-    DecodeNames(report.comparison->second, decoder);
-    Decode(report.comparison->missing, decoder);
-    if (report.comparison->changes)
-        DecodeChanges(*report.comparison->changes, decoder);
+}
+
+void DecodeComparison(EventComparison& comparison, const CTextDecoder& first, const CTextDecoder& second)
+{
+    DecodeNames(comparison.first, first);
+    DecodeNames(comparison.second, second);
+    Decode(comparison.missing, first);
+    if (comparison.changes)
+        DecodeChanges(*comparison.changes, first);
 }

@@ -12,5 +12,8 @@
 CTextDecoder DecoderOf(const std::vector<EventRecord>& events, int ansiCodePage);
 
 void DecodeEventTexts(EventReport& event, const CTextDecoder& decoder);
-// The machine, the copies' names and the notes on the source.
+// The machine, the copies' names and the notes on the sources.
 void DecodeHistoryTexts(HistoryReport& report, const CTextDecoder& decoder);
+// The two events that -compare names, each as its machine's history was
+// written; the names of things and their values as the first one's.
+void DecodeComparison(EventComparison& comparison, const CTextDecoder& first, const CTextDecoder& second);

@@ -16,6 +16,7 @@ const char kStyle[] = R"(
 body { font-family: "DejaVu Sans", Arial, sans-serif; margin: 2em; color: #222; max-width: 70em; }
 h1 { font-size: 1.6em; margin-bottom: 0.2em; }
 h2 { font-size: 1.3em; border-bottom: 2px solid #456; margin-top: 2em; }
+h2.computer { font-size: 1.5em; background: #e4e8f0; padding: 0.2em 0.4em; border-bottom-width: 4px; }
 h3 { font-size: 1.1em; margin: 1.2em 0 0.4em; }
 h4 { font-size: 1em; margin: 0.8em 0 0.3em; color: #345; }
 table { border-collapse: collapse; margin: 0.4em 0; }
@@ -77,7 +78,7 @@ void WriteMachine(const HistoryReport& report, std::ostream& out)
     out << "<table class=\"facts\">\n";
     WriteFact(out, "Computer", report.computerName);
     WriteFact(out, "Operating system", report.operatingSystem);
-    WriteFact(out, "Source", report.sourceName);
+    WriteFact(out, report.sources.size() == 1 ? "Source" : "Sources", JoinedNames(report.sources));
     WriteFact(out, "Texts written in", report.textEncoding);
     WriteFact(out, "Events", std::to_string(report.eventCount));
     WriteFact(out, "Copies", std::to_string(report.copies.size()));
@@ -264,6 +265,22 @@ void WriteFiles(const EventReport& event, std::ostream& out)
 
 }  // namespace
 
+namespace {
+
+// In a report over several sources: the source that the event is read from,
+// and the others that hold it.
+void WriteSources(const EventReport& event, std::ostream& out)
+{
+    if (event.sources.empty())
+        return;
+    out << "<p>Read from " << HtmlText(event.sources.front());
+    if (event.sources.size() > 1)
+        out << "; also in " << HtmlText(JoinedNames({event.sources.begin() + 1, event.sources.end()}));
+    out << ".</p>\n";
+}
+
+}  // namespace
+
 void WriteHtmlEvent(const EventReport& event, std::ostream& out)
 {
     out << "<section class=\"event\" id=\"" << EventAnchor(event) << "\">\n<h3>" << HtmlText(event.record.eventId)
@@ -272,6 +289,7 @@ void WriteHtmlEvent(const EventReport& event, std::ostream& out)
         << HtmlText(OutcomeText(event)) << "</span></h3>\n";
     for (const std::string& note : event.notes)
         out << "<p class=\"note\">Note: " << HtmlText(note) << ".</p>\n";
+    WriteSources(event, out);
     WriteFiles(event, out);
     WriteMessages(event, out);
     if (event.changes)
@@ -290,8 +308,8 @@ namespace {
 
 void WriteComparison(const EventComparison& comparison, std::ostream& out)
 {
-    out << "<h2 id=\"" << kComparisonAnchor << "\">Comparison of " << HtmlText(comparison.first.eventId)
-        << " and " << HtmlText(comparison.second.eventId) << "</h2>\n";
+    out << "<h2 id=\"" << kComparisonAnchor << "\">Comparison of " << HtmlText(EventNameText(comparison.first))
+        << " and " << HtmlText(EventNameText(comparison.second)) << "</h2>\n";
     const std::string title = "What changed from " + HtmlText(ComparisonTitle(comparison));
     if (comparison.changes)
         WriteChanges(title, *comparison.changes, out);
@@ -300,9 +318,10 @@ void WriteComparison(const EventComparison& comparison, std::ostream& out)
             << ".</p>\n";
 }
 
-void WriteCopy(const CopyReport& copy, std::size_t index, std::ostream& out, const EventWriter& writeEvent)
+void WriteCopy(const CopyReport& copy, std::size_t machine, std::size_t index, std::ostream& out,
+               const EventWriter& writeEvent)
 {
-    out << "<h2 id=\"" << CopyAnchor(index) << "\">" << CopyTitle(copy) << "</h2>\n";
+    out << "<h2 id=\"" << CopyAnchor(machine, index) << "\">" << CopyTitle(copy) << "</h2>\n";
     WriteCopyTimeline(copy, out);
     for (const EventReport& event : copy.events)
         writeEvent(event, out);
@@ -328,17 +347,57 @@ std::string HtmlText(const std::string& utf8Text)
     return escaped;
 }
 
-void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
+namespace {
+
+void WriteCopies(const HistoryReport& machine, std::ostream& out, const EventWriter& writeEvent)
+{
+    for (std::size_t c = 0; c < machine.copies.size(); ++c)
+        WriteCopy(machine.copies[c], machine.machine, c, out, writeEvent);
+}
+
+// A report over one source: its machine's facts, the contents, the machine's
+// timeline, the comparison and the copies.
+void WriteOneSource(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
+{
+    const HistoryReport& machine = report.machines.front();
+    WriteMachine(machine, out);
+    WriteContents(report, out);
+    WriteMachineTimeline(machine, out);
+    if (report.comparison)
+        WriteComparison(*report.comparison, out);
+    WriteCopies(machine, out, writeEvent);
+}
+
+// A report over several sources: the sources, the contents, the comparison,
+// then each machine under its computer's heading.
+void WriteSeveralSources(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
+{
+    out << "<table class=\"facts\">\n";
+    WriteFact(out, "Sources", JoinedNames(report.sources));
+    WriteFact(out, "Computers", std::to_string(report.machines.size()));
+    out << "</table>\n";
+    WriteContents(report, out);
+    if (report.comparison)
+        WriteComparison(*report.comparison, out);
+    for (const HistoryReport& machine : report.machines) {
+        out << "<h2 class=\"computer\" id=\"" << ComputerAnchor(machine.machine) << "\">" << ComputerTitle(machine)
+            << "</h2>\n";
+        WriteMachine(machine, out);
+        WriteMachineTimeline(machine, out);
+        WriteCopies(machine, out, writeEvent);
+    }
+}
+
+}  // namespace
+
+void WriteHtmlReport(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
 {
     out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
            "<title>ZOR installation history report</title>\n<style>"
         << kStyle << "</style>\n</head>\n<body>\n<h1>ZOR installation history report</h1>\n";
-    WriteMachine(report, out);
-    WriteContents(report, out);
-    WriteMachineTimeline(report, out);
-    if (report.comparison)
-        WriteComparison(*report.comparison, out);
-    for (std::size_t c = 0; c < report.copies.size(); ++c)
-        WriteCopy(report.copies[c], c, out, writeEvent);
+    if (report.SeveralSources())
+        WriteSeveralSources(report, out, writeEvent);
+    else
+        WriteOneSource(report, out, writeEvent);
     out << "</body>\n</html>\n";
 }

@@ -10,7 +10,7 @@
 
 // One event's part of the page.
 void WriteHtmlEvent(const EventReport& event, std::ostream& out);
-void WriteHtmlReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent = WriteHtmlEvent);
+void WriteHtmlReport(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent = WriteHtmlEvent);
 
 // The class that colours an outcome's word: "failed", "never-ended"...
 const char* OutcomeClass(EventOutcome outcome);

@@ -61,7 +61,7 @@ void WriteMachineTimeline(const HistoryReport& report, std::ostream& out)
             copies[event.place] = &copy.name;
         }
     }
-    out << "<h2 id=\"" << kMachineTimelineAnchor << "\">What happened on the machine, in order</h2>\n";
+    out << "<h2 id=\"" << MachineTimelineAnchor(report.machine) << "\">What happened on the machine, in order</h2>\n";
     WriteHeading(out, true);
     for (const std::size_t place : report.machineOrder) {
         if (place < events.size() && events[place] != nullptr)

@@ -121,7 +121,10 @@ json ChangesJson(const std::optional<SnapshotChanges>& changes)
 
 json EventNameJson(const EventName& event)
 {
-    return {{"eventId", Text(event.eventId)}, {"copy", Text(event.copy)}};
+    json name = {{"eventId", Text(event.eventId)}, {"copy", Text(event.copy)}};
+    if (!event.source.empty())
+        name["source"] = Text(event.source);
+    return name;
 }
 
 json EventNamesJson(const std::vector<EventName>& events)
@@ -183,6 +186,13 @@ json TimeJson(const std::string& stamp)
     return time ? json(*time) : json(nullptr);
 }
 
+// Where an event's object stands: in a report over one source, at depth 8;
+// over several, where its event names the sources that hold it, at depth 12.
+std::size_t EventIndent(const EventReport& event)
+{
+    return event.sources.empty() ? 8 : 12;
+}
+
 json EventJson(const EventReport& event)
 {
     const EventRecord& record = event.record;
@@ -209,6 +219,8 @@ json EventJson(const EventReport& event)
         {"sincePrevious", SinceJson(event.sincePrevious)},
         {"computerChanges", ComputerJson(event.computer)},
     };
+    if (!event.sources.empty())
+        value["sources"] = Names(event.sources);
     return value;
 }
 
@@ -243,40 +255,96 @@ json ComparisonJson(const std::optional<EventComparison>& comparison)
             {"changes", ChangesJson(comparison->changes)}};
 }
 
+// A machine's facts, as the head of its document or of its object.
+json MachineJson(const HistoryReport& history)
+{
+    return {{"machine", {{"computer", Text(history.computerName)}, {"os", Text(history.operatingSystem)}}}};
+}
+
+void AddHistoryFacts(json& value, const HistoryReport& history)
+{
+    value["textEncoding"] = history.textEncoding;
+    value["eventCount"] = history.eventCount;
+    value["copyCount"] = history.copies.size();
+    value["firstTime"] = TimeJson(history.firstTime);
+    value["lastTime"] = TimeJson(history.lastTime);
+    value["notes"] = Names(history.notes);
+}
+
+// The object's text without its closing brace, to go on with more members.
+std::string OpenObject(const json& value, std::size_t indent)
+{
+    const std::string text = Indented(value, indent);
+    return text.substr(0, text.size() - 2 - indent);
+}
+
+// The machine's copies with their events, as the member "copies" of an
+// object at depth `indent`.
+void WriteCopies(const HistoryReport& history, std::size_t indent, std::ostream& out, const EventWriter& writeEvent)
+{
+    const std::string at(indent, ' ');
+    out << ",\n" << at << "  \"copies\": [";
+    for (std::size_t c = 0; c < history.copies.size(); ++c) {
+        const CopyReport& copy = history.copies[c];
+        out << (c == 0 ? "\n" : ",\n") << at << "    {\n" << at << "      \"copy\": " << Text(copy.name).dump() << ",\n"
+            << at << "      \"events\": [";
+        for (std::size_t e = 0; e < copy.events.size(); ++e) {
+            out << (e == 0 ? "\n" : ",\n") << at << "        ";
+            writeEvent(copy.events[e], out);
+        }
+        out << (copy.events.empty() ? "]" : "\n" + at + "      ]") << "\n" << at << "    }";
+    }
+    out << (history.copies.empty() ? "]" : "\n" + at + "  ]") << "\n" << at << "}";
+}
+
+// A report over one source: the machine's facts and copies at the top.
+void WriteOneSource(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
+{
+    const HistoryReport& history = report.machines.front();
+    json head = {{"schemaVersion", kJsonSchemaVersion}};
+    head.update(MachineJson(history));
+    head["source"] = Text(report.sources.front());
+    AddHistoryFacts(head, history);
+    head["comparison"] = ComparisonJson(report.comparison);
+    out << OpenObject(head, 0);
+    WriteCopies(history, 0, out, writeEvent);
+}
+
+// A report over several sources: each machine an object of its facts, its
+// sources and its copies.
+void WriteSeveralSources(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
+{
+    const json head = {{"schemaVersion", kJsonSchemaVersion},
+                       {"sources", Names(report.sources)},
+                       {"computerCount", report.machines.size()},
+                       {"comparison", ComparisonJson(report.comparison)}};
+    out << OpenObject(head, 0) << ",\n  \"machines\": [";
+    for (std::size_t m = 0; m < report.machines.size(); ++m) {
+        const HistoryReport& history = report.machines[m];
+        json machine = MachineJson(history);
+        machine["sources"] = Names(history.sources);
+        AddHistoryFacts(machine, history);
+        out << (m == 0 ? "\n    " : ",\n    ") << OpenObject(machine, 4);
+        WriteCopies(history, 4, out, writeEvent);
+    }
+    out << (report.machines.empty() ? "]" : "\n  ]") << "\n}";
+}
+
 }  // namespace
 
 void WriteJsonEvent(const EventReport& event, std::ostream& out)
 {
-    out << Indented(EventJson(event), 8);
+    out << Indented(EventJson(event), EventIndent(event));
 }
 
 // The document as json's dump with an indent of 2 would write it, written
 // one copy and one event at a time so that no more than one event's value is
 // ever held.
-void WriteJsonReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
+void WriteJsonReport(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
 {
-    const json head = {
-        {"schemaVersion", kJsonSchemaVersion},
-        {"machine", {{"computer", Text(report.computerName)}, {"os", Text(report.operatingSystem)}}},
-        {"source", Text(report.sourceName)},
-        {"textEncoding", report.textEncoding},
-        {"eventCount", report.eventCount},
-        {"copyCount", report.copies.size()},
-        {"firstTime", TimeJson(report.firstTime)},
-        {"lastTime", TimeJson(report.lastTime)},
-        {"notes", Names(report.notes)},
-        {"comparison", ComparisonJson(report.comparison)},
-    };
-    const std::string headText = head.dump(2);
-    out << headText.substr(0, headText.size() - 2) << ",\n  \"copies\": [";
-    for (std::size_t c = 0; c < report.copies.size(); ++c) {
-        const CopyReport& copy = report.copies[c];
-        out << (c == 0 ? "\n" : ",\n") << "    {\n      \"copy\": " << Text(copy.name).dump() << ",\n      \"events\": [";
-        for (std::size_t e = 0; e < copy.events.size(); ++e) {
-            out << (e == 0 ? "\n        " : ",\n        ");
-            writeEvent(copy.events[e], out);
-        }
-        out << (copy.events.empty() ? "]" : "\n      ]") << "\n    }";
-    }
-    out << (report.copies.empty() ? "]" : "\n  ]") << "\n}\n";
+    if (report.SeveralSources())
+        WriteSeveralSources(report, out, writeEvent);
+    else
+        WriteOneSource(report, out, writeEvent);
+    out << "\n";
 }

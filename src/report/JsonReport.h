@@ -8,4 +8,4 @@
 // One event's object, indented to its place in the document.
 void WriteJsonEvent(const EventReport& event, std::ostream& out);
 // The document is written as it goes, one event after the other.
-void WriteJsonReport(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent = WriteJsonEvent);
+void WriteJsonReport(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent = WriteJsonEvent);

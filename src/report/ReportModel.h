@@ -43,6 +43,8 @@ struct EventRecord {
     // False for an event known only by its log in a damaged archive that
     // lacks History.ini: how it ended is unknown.
     bool inHistoryIni = true;
+    // The place among the report's sources of the one it is read from.
+    std::size_t source = 0;
 };
 
 // The changes of one section: things added, things removed, and things whose
@@ -114,10 +116,12 @@ struct InstallerLog {
     std::uint64_t bytesCut = 0;
 };
 
-// An event as the report names it elsewhere: its EventID and its group.
+// An event as the report names it elsewhere: its EventID and its group, and
+// in a report over several sources, the source it is read from.
 struct EventName {
     std::string eventId;
     std::string copy;
+    std::string source;
 };
 
 // What changed on the machine from the snapshot taken last before an event's
@@ -141,9 +145,15 @@ struct ComputerChanges {
 };
 
 struct EventReport {
-    // The event's place among the events of History.ini.
+    // The event's place among the events of its machine's History.ini (or of
+    // their union, where several sources hold the machine's history), and
+    // its machine's place among the report's machines.
     std::size_t place = 0;
+    std::size_t machine = 0;
     EventRecord record;
+    // In a report over several sources, the sources that hold the event: the
+    // one that it is read from first.
+    std::vector<std::string> sources;
     EventOutcome outcome = EventOutcome::NeverEnded;
     // Seconds from start to end, if both times can be read.
     std::optional<long long> durationSeconds;
@@ -193,8 +203,11 @@ struct CopyReport {
 // or from what was written of it before it was let go.
 using EventWriter = std::function<void(const EventReport& event, std::ostream& out)>;
 
+// The history of one machine, as one source or several hold it.
 struct HistoryReport {
-    std::string sourceName;
+    // Its place among the report's machines.
+    std::size_t machine = 0;
+    std::vector<std::string> sources;
     // The code page that the history's texts were decoded from: "utf-8",
     // "windows-1252", ...
     std::string textEncoding;
@@ -210,5 +223,15 @@ struct HistoryReport {
     // The events' places in History.ini, in the order of their starts on
     // the machine; those without a time that can be read last.
     std::vector<std::size_t> machineOrder;
+};
+
+// The report over the sources that the command line names: the machines
+// whose histories they hold, in the order of the first source of each, and
+// the two events that -compare names.
+struct ReportOfSources {
+    std::vector<std::string> sources;
+    std::vector<HistoryReport> machines;
     std::optional<EventComparison> comparison;
+
+    bool SeveralSources() const { return sources.size() > 1; }
 };

@@ -3,20 +3,23 @@
 #include "report/TextDecoding.h"
 
 const char* const kReportUsage =
-    "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]\n"
-    "                        [-compare E1 E2 [-before]]\n"
+    "Usage: ZORHistoryReport SOURCE [SOURCE...] [-o report.html] [-json report.json]\n"
+    "                        [-codepage N] [-compare E1 E2 [-before]]\n"
     "\n"
     "Compares the snapshots of the machine that every recorded install keeps,\n"
     "before and after the install, and tells what each install changed.\n"
     "\n"
-    "  SOURCE          an archive written by ZORGetInstallLog -f, or a history folder\n"
+    "  SOURCE          an archive written by ZORGetInstallLog -f, or a history folder;\n"
+    "                  several make one report, grouped by computer, in which the\n"
+    "                  sources of one computer make one history\n"
     "  -o report.html  write the report as one HTML page to this file\n"
     "  -json file      write the same facts as JSON to this file\n"
     "  -codepage N     the ANSI code page of the Windows system that wrote the\n"
     "                  history: 1252 (the default), 1250, 1251 or 437; a history\n"
     "                  written on Linux is read as UTF-8 whatever N is\n"
     "  -compare E1 E2  compare the snapshot after event E1 with the snapshot\n"
-    "                  after event E2, on the console and on the page\n"
+    "                  after event E2, on the console and on the page; with\n"
+    "                  several sources, name an event SOURCE:EventID\n"
     "  -before         with -compare, take the snapshot before E1 instead\n"
     "  -h              show this text\n"
     "\n"
@@ -108,14 +111,11 @@ bool ParseReportOptions(const std::vector<std::string>& arguments, ReportOptions
         } else if (!argument.empty() && argument[0] == '-') {
             error = "unknown option " + argument;
             return false;
-        } else if (options.source.empty()) {
-            options.source = argument;
         } else {
-            error = "only one source can be given";
-            return false;
+            options.sources.push_back(argument);
         }
     }
-    if (options.source.empty()) {
+    if (options.sources.empty()) {
         error = "no source given";
         return false;
     }

@@ -1,13 +1,14 @@
 // The command line of ZORHistoryReport:
-//     ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]
-//                      [-compare E1 E2 [-before]]
+//     ZORHistoryReport SOURCE [SOURCE...] [-o report.html] [-json report.json]
+//                      [-codepage N] [-compare E1 E2 [-before]]
 #pragma once
 
 #include <string>
 #include <vector>
 
 struct ReportOptions {
-    std::string source;
+    // The sources in the order given; at least one.
+    std::vector<std::string> sources;
     std::string htmlPath;
     std::string jsonPath;
     // The ANSI code page of the Windows system that wrote the history.

@@ -103,8 +103,21 @@ std::size_t TotalOf(const ChangeCounts& counts)
 std::string ComparisonTitle(const EventComparison& comparison)
 {
     const auto snapshot = [](const char* which, const EventName& event) {
-        return std::string("the ") + which + " snapshot of " + event.eventId + " (copy " + event.copy + ")";
+        return std::string("the ") + which + " snapshot of " + EventNameText(event) + " (copy " + event.copy + ")";
     };
     return snapshot(comparison.firstBefore ? "before" : "after", comparison.first) + " against " +
            snapshot("after", comparison.second);
+}
+
+std::string EventNameText(const EventName& event)
+{
+    return event.source.empty() ? event.eventId : event.source + ":" + event.eventId;
+}
+
+std::string JoinedNames(const std::vector<std::string>& names)
+{
+    std::string joined;
+    for (const std::string& name : names)
+        joined += (joined.empty() ? "" : ", ") + name;
+    return joined;
 }

@@ -40,3 +40,10 @@ std::size_t TotalOf(const ChangeCounts& counts);
 // What -compare compared: "the after snapshot of E1 (copy C1) against the
 // after snapshot of E2 (copy C2)".
 std::string ComparisonTitle(const EventComparison& comparison);
+
+// An event as -compare names it: "E1", or in a report over several sources
+// "week1.zip:E1".
+std::string EventNameText(const EventName& event);
+
+// The names one after the other: "a.zip, b.zip".
+std::string JoinedNames(const std::vector<std::string>& names);

@@ -62,14 +62,18 @@ void WriteSummaryEvent(const EventReport& event, std::ostream& out)
         << ConsoleText(OutcomeText(event)) << " | " << InstallChangesText(event) << '\n';
 }
 
-void WriteTextSummary(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
+namespace {
+
+// The machine's lines: its computer, its events and copies and where they
+// come from, the notes on its sources, and a line for each event.
+void WriteMachine(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
 {
     out << "Computer " << ConsoleText(report.computerName);
     if (!report.operatingSystem.empty())
         out << ", " << ConsoleText(report.operatingSystem);
     out << '\n';
     out << report.eventCount << " events of " << report.copies.size() << " copies in "
-        << ConsoleText(report.sourceName) << '\n';
+        << ConsoleText(JoinedNames(report.sources)) << '\n';
     for (const std::string& note : report.notes)
         out << "Note: " << ConsoleText(note) << '\n';
     for (const CopyReport& copy : report.copies) {
@@ -78,6 +82,17 @@ void WriteTextSummary(const HistoryReport& report, std::ostream& out, const Even
             writeEvent(event, out);
         }
     }
+}
+
+}  // namespace
+
+void WriteTextSummary(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
+{
+    if (report.SeveralSources())
+        out << report.machines.size() << (report.machines.size() == 1 ? " computer" : " computers") << " in "
+            << report.sources.size() << " sources\n";
+    for (const HistoryReport& machine : report.machines)
+        WriteMachine(machine, out, writeEvent);
     if (report.comparison)
         WriteComparison(*report.comparison, out);
 }

@@ -10,8 +10,8 @@
 
 #include "platform/FileSystem.h"
 #include "report/CEventForms.h"
-#include "report/CHistorySource.h"
 #include "report/CReportBuilder.h"
+#include "report/CReportSources.h"
 #include "report/HtmlReport.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
@@ -27,7 +27,7 @@ constexpr int kUsageError = 2;
 // page embeds installer logs, which may be owner-only copies), and put in
 // place whole; a failed write leaves no file.
 template <typename Writer>
-bool WriteFile(const std::string& path, const HistoryReport& report, Writer write, const EventWriter& writeEvent,
+bool WriteFile(const std::string& path, const ReportOfSources& report, Writer write, const EventWriter& writeEvent,
                const CEventForms& forms)
 {
     std::string temporary;
@@ -51,7 +51,7 @@ bool WriteFile(const std::string& path, const HistoryReport& report, Writer writ
     return platform::PutFileInPlace(temporary, path);
 }
 
-bool WriteOutputs(const ReportOptions& options, const HistoryReport& report, CEventForms& forms)
+bool WriteOutputs(const ReportOptions& options, const ReportOfSources& report, CEventForms& forms)
 {
     if (!options.htmlPath.empty() && !WriteFile(options.htmlPath, report, WriteHtmlReport, forms.Html(), forms)) {
         std::cerr << options.htmlPath << ": the report can't be written" << std::endl;
@@ -65,8 +65,8 @@ bool WriteOutputs(const ReportOptions& options, const HistoryReport& report, CEv
 }
 
 // The report, each event's forms kept beside the first output as it is read.
-bool BuildReport(const ReportOptions& options, const CHistorySource& source, CEventForms& forms,
-                 HistoryReport& report)
+bool BuildReport(const ReportOptions& options, const CReportSources& sources, CEventForms& forms,
+                 ReportOfSources& report)
 {
     const std::string& first = options.htmlPath.empty() ? options.jsonPath : options.htmlPath;
     if (!forms.Open(first, !options.htmlPath.empty(), !options.jsonPath.empty())) {
@@ -74,7 +74,7 @@ bool BuildReport(const ReportOptions& options, const CHistorySource& source, CEv
         return false;
     }
     std::string reason;
-    CReportBuilder builder(source, options.source, options.codePage);
+    CReportBuilder builder(sources, options.codePage);
     if (!options.compareFirst.empty())
         builder.Compare(options.compareFirst, options.compareSecond, options.compareBefore);
     if (!builder.Build(report, reason, [&forms](EventReport& event) { forms.Take(event); })) {
@@ -85,16 +85,18 @@ bool BuildReport(const ReportOptions& options, const CHistorySource& source, CEv
 }
 
 // Why the outputs can't be written where they are named, or empty: an output
-// must not be the source archive, lie inside the source folder, or be the
-// other output, however the names are spelt.
+// must not be a source archive, lie inside a source folder, or be the other
+// output, however the names are spelt.
 std::string OutputConflict(const ReportOptions& options)
 {
-    const bool sourceIsFolder = platform::StatPath(platform::SystemPath(options.source)).directory;
-    for (const std::string* path : {&options.htmlPath, &options.jsonPath}) {
-        if (path->empty())
-            continue;
-        if (sourceIsFolder ? platform::LiesWithin(*path, options.source) : platform::SameEntry(*path, options.source))
-            return *path + ": the report can't be written over its source";
+    for (const std::string& source : options.sources) {
+        const bool sourceIsFolder = platform::StatPath(platform::SystemPath(source)).directory;
+        for (const std::string* path : {&options.htmlPath, &options.jsonPath}) {
+            if (path->empty())
+                continue;
+            if (sourceIsFolder ? platform::LiesWithin(*path, source) : platform::SameEntry(*path, source))
+                return *path + ": the report can't be written over its source";
+        }
     }
     if (!options.htmlPath.empty() && !options.jsonPath.empty() &&
         platform::SameEntry(options.htmlPath, options.jsonPath))
@@ -104,19 +106,19 @@ std::string OutputConflict(const ReportOptions& options)
 
 int Run(const ReportOptions& options)
 {
-    CHistorySource source;
+    CReportSources sources;
     std::string reason = OutputConflict(options);
     if (!reason.empty()) {
         std::cerr << reason << std::endl;
         return kCantRead;
     }
-    if (!source.Open(options.source, reason)) {
+    if (!sources.Open(options.sources, reason)) {
         std::cerr << reason << std::endl;
         return kCantRead;
     }
     CEventForms forms;
-    HistoryReport report;
-    if (!BuildReport(options, source, forms, report))
+    ReportOfSources report;
+    if (!BuildReport(options, sources, forms, report))
         return kCantRead;
     WriteTextSummary(report, std::cout, forms.Summary());
     if (!WriteOutputs(options, report, forms))

@@ -28,7 +28,7 @@ FIXTURE_ROOT = "HKLM\\SOFTWARE\\TAQ"
 SERVICE = "ZORReportSvc"
 SERVICE_DISPLAY_NAME = "ZOR Report Test Service"
 
-USAGE_LINE = "Usage: ZORHistoryReport SOURCE [-o report.html] [-json report.json] [-codepage N]"
+USAGE_LINE = "Usage: ZORHistoryReport SOURCE [SOURCE...] [-o report.html] [-json report.json]"
 SECTION_KEYS = ["users", "software", "processes", "services", "zorProducts", "odbcDrivers"]
 NO_CHANGE = {"added": [], "removed": [], "changed": [], "addedLeftOut": 0, "removedLeftOut": 0, "changedLeftOut": 0}
 PROCESS_HEADING = "3) Current Running Processes:"

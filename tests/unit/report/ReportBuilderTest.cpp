@@ -10,6 +10,7 @@
 #include "report/CEventForms.h"
 #include "report/CHistorySource.h"
 #include "report/CReportBuilder.h"
+#include "report/CReportSources.h"
 #include "report/HtmlReport.h"
 #include "report/JsonReport.h"
 #include "report/TextSummary.h"
@@ -20,6 +21,24 @@
 using namespace reportlogs;
 
 namespace {
+
+ReportOfSources BuildOf(const std::vector<std::string>& sourcePaths)
+{
+    CReportSources sources;
+    std::string reason;
+    EXPECT_TRUE(sources.Open(sourcePaths, reason)) << reason;
+    ReportOfSources report;
+    EXPECT_TRUE(CReportBuilder(sources).Build(report, reason)) << reason;
+    return report;
+}
+
+// The history of the one machine that the source holds.
+HistoryReport Build(const std::string& sourcePath)
+{
+    ReportOfSources report = BuildOf({sourcePath});
+    EXPECT_EQ(report.machines.size(), 1u);
+    return report.machines.empty() ? HistoryReport() : report.machines.front();
+}
 
 std::vector<std::string> Added(const std::optional<SectionChanges>& changes)
 {
@@ -97,15 +116,6 @@ protected:
                        StartHead("E3", "VM", "XP") + StartSnapshot("E3", "Install", Machine()));
     }
 
-    HistoryReport Build(const std::string& sourcePath)
-    {
-        CHistorySource source;
-        std::string reason;
-        EXPECT_TRUE(source.Open(sourcePath, reason)) << reason;
-        HistoryReport report;
-        EXPECT_TRUE(CReportBuilder(source, sourcePath).Build(report, reason)) << reason;
-        return report;
-    }
 
     void ExpectTheHistory(const HistoryReport& report)
     {
@@ -208,26 +218,26 @@ TEST_F(ReportBuilderTest, AnArchiveOfTheFolderGivesTheSameReport)
 // disk as the event was read: byte for byte the same.
 TEST_F(ReportBuilderTest, TheFormsKeptOnDiskForEachEventGiveTheSameReport)
 {
-    const HistoryReport whole = Build(history_);
+    const ReportOfSources whole = BuildOf({history_});
     std::ostringstream html, json, text;
     WriteHtmlReport(whole, html);
     WriteJsonReport(whole, json);
     WriteTextSummary(whole, text);
 
-    CHistorySource source;
+    CReportSources sources;
     std::string reason;
-    ASSERT_TRUE(source.Open(history_, reason));
+    ASSERT_TRUE(sources.Open({history_}, reason));
     CEventForms forms;
     ASSERT_TRUE(forms.Open(machine_.Root() + "\\report.html", true, true));
     std::size_t taken = 0;
-    HistoryReport light;
-    ASSERT_TRUE(CReportBuilder(source, history_).Build(light, reason, [&](EventReport& event) {
+    ReportOfSources light;
+    ASSERT_TRUE(CReportBuilder(sources).Build(light, reason, [&](EventReport& event) {
         forms.Take(event);
         ++taken;
     }));
     EXPECT_EQ(taken, 4u);
-    EXPECT_TRUE(light.copies[0].events[0].messages.empty());
-    EXPECT_FALSE(light.copies[0].events[0].changes.has_value());
+    EXPECT_TRUE(light.machines[0].copies[0].events[0].messages.empty());
+    EXPECT_FALSE(light.machines[0].copies[0].events[0].changes.has_value());
     std::ostringstream lightHtml, lightJson, lightText;
     WriteHtmlReport(light, lightHtml, forms.Html());
     WriteJsonReport(light, lightJson, forms.Json());
@@ -256,12 +266,10 @@ TEST_F(ReportBuilderTest, ASourceWithoutHistoryIniCantBeRead)
 {
     const std::string empty = machine_.Root() + "\\empty";
     MakeFolders(empty);
-    CHistorySource source;
+    CReportSources sources;
     std::string reason;
-    ASSERT_TRUE(source.Open(empty, reason));
-    HistoryReport report;
-    EXPECT_FALSE(CReportBuilder(source, "empty").Build(report, reason));
-    EXPECT_EQ(reason, "empty: no History.ini that can be read in it");
+    EXPECT_FALSE(sources.Open({empty}, reason));
+    EXPECT_EQ(reason, empty + ": no History.ini that can be read in it");
 }
 
 TEST_F(ReportBuilderTest, AFileThatIsNoZipOrNothingAtAllCantBeOpened)
@@ -339,11 +347,7 @@ TEST(ReportBuilderMachine, ChangesSinceTheMachinesLastSnapshotAreDriftOnlyWhenNo
     stopped.services[0].state = "Stopped";
     WriteFinishedEvent(history, "A4", "CA", stopped, stopped);
 
-    CHistorySource source;
-    std::string reason;
-    ASSERT_TRUE(source.Open(history, reason)) << reason;
-    HistoryReport report;
-    ASSERT_TRUE(CReportBuilder(source, "h").Build(report, reason)) << reason;
+    const HistoryReport report = Build(history);
     ASSERT_EQ(report.copies.size(), 3u);
     const std::vector<EventReport>& ca = report.copies[0].events;
     ASSERT_EQ(ca.size(), 4u);
@@ -370,4 +374,177 @@ TEST(ReportBuilderMachine, ChangesSinceTheMachinesLastSnapshotAreDriftOnlyWhenNo
     EXPECT_TRUE(ca[3].sincePrevious->ranBetween.empty());
     ASSERT_EQ(ca[3].sincePrevious->changes[3]->changed.size(), 1u);
     EXPECT_EQ(ca[3].sincePrevious->changes[3]->changed[0].after, "Stopped");
+}
+
+namespace {
+
+// A history folder of `computer` with the events of History.ini `ini`: each
+// of `finished` in copy CA with both snapshots of `state`, and `open`, if
+// named, with its before snapshot alone.
+std::string WriteHistoryOf(const std::string& folder, const std::string& computer, const std::string& ini,
+                           const std::vector<std::pair<std::string, SnapshotContent>>& finished,
+                           const std::string& open = "")
+{
+    MakeFolders(folder);
+    WriteWholeFile(folder + "\\History.ini", ini);
+    for (const auto& [id, state] : finished) {
+        MakeFolders(folder + "\\CA\\" + id);
+        WriteWholeFile(folder + "\\CA\\" + id + "\\ZORInstallEvent.Log",
+                       StartHead(id, computer, "XP") + StartSnapshot(id, "Install", state) +
+                           EndSnapshot(id, "Install", state) + EndTail("Install"));
+    }
+    if (!open.empty()) {
+        MakeFolders(folder + "\\" + open);
+        WriteWholeFile(folder + "\\" + open + "\\ZORInstallEvent.Log",
+                       StartHead(open, computer, "XP") + StartSnapshot(open, "Install", Machine()));
+    }
+    return folder;
+}
+
+std::string Finished(const std::string& id, const std::string& start, const std::string& end)
+{
+    return "[" + id + "]\r\nCopy_Name=CA\r\nComplete_Flag=TRUE\r\nResult=0\r\nStart_Time=" + start +
+           "\r\nEnd_Time=" + end + "\r\n";
+}
+
+// Two archives of the computer VM taken a week apart, and one of VM2.
+class ReportOfSeveralSources : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        SnapshotContent changed = Machine();
+        changed.software.push_back({"TAQ Inc.", "Late Tool", "1.0"});
+        week1_ = WriteHistoryOf(machine_.Root() + "\\week1", "VM",
+                                "[History]\r\n" + Finished("A1", "20261101 10:00:00", "20261101 10:10:00") +
+                                    "[A2]\r\nCopy_Name=(Unknown)\r\nComplete_Flag=FALSE\r\n"
+                                    "Start_Time=20261102 10:00:00\r\n",
+                                {{"A1", Machine()}}, "A2");
+        week2_ = WriteHistoryOf(machine_.Root() + "\\week2", "vm",
+                                "[History]\r\n" + Finished("A1", "20261101 10:00:00", "20261101 10:10:00") +
+                                    Finished("A2", "20261102 10:00:00", "20261102 10:20:00") +
+                                    Finished("A3", "20261108 10:00:00", "20261108 10:10:00"),
+                                {{"A1", Machine()}, {"A2", Machine()}, {"A3", changed}});
+        other_ = WriteHistoryOf(machine_.Root() + "\\other", "VM2",
+                                "[History]\r\n" + Finished("A1", "20261105 10:00:00", "20261105 10:10:00"),
+                                {{"A1", changed}});
+    }
+
+    bool Build(ReportOfSources& report, std::string& reason, const std::string& first = "",
+               const std::string& second = "")
+    {
+        CReportSources sources;
+        if (!sources.Open({week1_, other_, week2_}, reason))
+            return false;
+        CReportBuilder builder(sources);
+        if (!first.empty())
+            builder.Compare(first, second, false);
+        return builder.Build(report, reason);
+    }
+
+    TestMachine machine_;
+    std::string week1_;
+    std::string week2_;
+    std::string other_;
+};
+
+const EventReport& EventOf(const HistoryReport& machine, const std::string& id)
+{
+    for (const CopyReport& copy : machine.copies) {
+        for (const EventReport& event : copy.events) {
+            if (event.record.eventId == id)
+                return event;
+        }
+    }
+    throw std::runtime_error("no event " + id);
+}
+
+}  // namespace
+
+TEST_F(ReportOfSeveralSources, TheSourcesOfOneComputerMakeOneHistoryAndEachComputerIsAMachine)
+{
+    ReportOfSources report;
+    std::string reason;
+    ASSERT_TRUE(Build(report, reason)) << reason;
+    EXPECT_EQ(report.sources, (std::vector<std::string>{week1_, other_, week2_}));
+    ASSERT_EQ(report.machines.size(), 2u);
+    const HistoryReport& vm = report.machines[0];
+    EXPECT_EQ(vm.computerName, "VM");
+    EXPECT_EQ(vm.sources, (std::vector<std::string>{week1_, week2_}));
+    EXPECT_EQ(vm.eventCount, 3u);
+    // A2 never ended when the first archive was taken: the second tells how it ended.
+    const EventReport& a2 = EventOf(vm, "A2");
+    EXPECT_EQ(a2.outcome, EventOutcome::Succeeded);
+    EXPECT_EQ(a2.sources, (std::vector<std::string>{week2_, week1_}));
+    EXPECT_EQ(EventOf(vm, "A1").sources, (std::vector<std::string>{week1_, week2_}));
+    // A3, of the second archive alone, is compared with A2's after snapshot,
+    // read from the second archive: the tool came outside any recorded install.
+    const EventReport& a3 = EventOf(vm, "A3");
+    ASSERT_TRUE(a3.sincePrevious.has_value());
+    EXPECT_EQ(a3.sincePrevious->event.eventId, "A2");
+    EXPECT_EQ(a3.sincePrevious->event.source, week2_);
+    EXPECT_TRUE(a3.sincePrevious->ranBetween.empty());
+    EXPECT_EQ(Added(a3.sincePrevious->changes[1]), (std::vector<std::string>{"Late Tool"}));
+    const HistoryReport& vm2 = report.machines[1];
+    EXPECT_EQ(vm2.computerName, "VM2");
+    EXPECT_EQ(vm2.machine, 1u);
+    EXPECT_EQ(EventOf(vm2, "A1").machine, 1u);
+    EXPECT_EQ(EventOf(vm2, "A1").sources, (std::vector<std::string>{other_}));
+}
+
+TEST_F(ReportOfSeveralSources, AnEventIsComparedByItsSourceAndEventIdAcrossMachines)
+{
+    ReportOfSources report;
+    std::string reason;
+    ASSERT_TRUE(Build(report, reason, "week2:A2", "other:A1")) << reason;
+    ASSERT_TRUE(report.comparison.has_value());
+    EXPECT_EQ(report.comparison->first.source, week2_);
+    EXPECT_EQ(report.comparison->second.source, other_);
+    ASSERT_TRUE(report.comparison->changes.has_value());
+    EXPECT_EQ(Added((*report.comparison->changes)[1]), (std::vector<std::string>{"Late Tool"}));
+    // The archive's path as given names it too, and an EventID that one
+    // event of the sources has is enough.
+    ASSERT_TRUE(Build(report, reason, week1_ + ":A1", "A3")) << reason;
+    EXPECT_EQ(report.comparison->first.eventId, "A1");
+    EXPECT_EQ(report.comparison->second.eventId, "A3");
+}
+
+TEST_F(ReportOfSeveralSources, ANameOfNoEventOrOfSeveralIsRefused)
+{
+    ReportOfSources report;
+    std::string reason;
+    EXPECT_FALSE(Build(report, reason, "A1", "A3"));
+    EXPECT_EQ(reason, "A1 names 2 events of the sources: name one as SOURCE:A1");
+    EXPECT_FALSE(Build(report, reason, "other:A3", "A3"));
+    EXPECT_EQ(reason, "no event other:A3 to compare in the sources");
+}
+
+// Each machine's events kept on disk as they are read give the report that
+// the whole events give.
+TEST_F(ReportOfSeveralSources, TheFormsKeptOnDiskGiveTheSameReport)
+{
+    ReportOfSources whole;
+    std::string reason;
+    ASSERT_TRUE(Build(whole, reason)) << reason;
+    std::ostringstream html, json, text;
+    WriteHtmlReport(whole, html);
+    WriteJsonReport(whole, json);
+    WriteTextSummary(whole, text);
+
+    CReportSources sources;
+    ASSERT_TRUE(sources.Open({week1_, other_, week2_}, reason));
+    CEventForms forms;
+    ASSERT_TRUE(forms.Open(machine_.Root() + "\\report.html", true, true));
+    ReportOfSources light;
+    ASSERT_TRUE(CReportBuilder(sources).Build(light, reason, [&](EventReport& event) { forms.Take(event); }));
+    std::ostringstream lightHtml, lightJson, lightText;
+    WriteHtmlReport(light, lightHtml, forms.Html());
+    WriteJsonReport(light, lightJson, forms.Json());
+    WriteTextSummary(light, lightText, forms.Summary());
+    EXPECT_TRUE(forms.Good());
+    EXPECT_EQ(lightHtml.str(), html.str());
+    EXPECT_EQ(lightJson.str(), json.str());
+    EXPECT_EQ(lightText.str(), text.str());
+    EXPECT_EQ(nlohmann::ordered_json::parse(json.str()).dump(2) + "\n", json.str());
+    EXPECT_NE(html.str().find("id=\"m1-event-0\""), std::string::npos);
+    EXPECT_NE(html.str().find("<h2 class=\"computer\" id=\"computer-1\">Computer VM2</h2>"), std::string::npos);
 }

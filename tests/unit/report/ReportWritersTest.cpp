@@ -29,10 +29,19 @@ ItemChange Changed(std::string name, std::string before, std::string after, Item
                       std::move(valuesBefore)};
 }
 
+// The report over one source that holds the machine's history.
+ReportOfSources OneSource(HistoryReport machine)
+{
+    ReportOfSources report;
+    report.sources = machine.sources;
+    report.machines.push_back(std::move(machine));
+    return report;
+}
+
 HistoryReport SmallReport()
 {
     HistoryReport report;
-    report.sourceName = "x.zip";
+    report.sources = {"x.zip"};
     report.computerName = "VM";
     report.operatingSystem = "Microsoft Windows XP Home Edition";
     report.eventCount = 2;
@@ -102,7 +111,7 @@ HistoryReport SmallReport()
 TEST(ReportWriters, TheTextSummaryHasOneLineForEachEvent)
 {
     std::ostringstream out;
-    WriteTextSummary(SmallReport(), out);
+    WriteTextSummary(OneSource(SmallReport()), out);
     EXPECT_EQ(out.str(),
               "Computer VM, Microsoft Windows XP Home Edition\n"
               "2 events of 1 copies in x.zip\n"
@@ -120,7 +129,7 @@ TEST(ReportWriters, ControlBytesFromTheHistoryReachTheConsoleAsQuestionMarks)
     report.copies[0].events[0].record.action = "Install\x7f";
     report.copies[0].events[0].record.result = "16\n03";
     std::ostringstream out;
-    WriteTextSummary(report, out);
+    WriteTextSummary(OneSource(report), out);
     EXPECT_EQ(out.str(),
               "Computer VM?]0;owned?, Microsoft Windows XP Home Edition\n"
               "2 events of 1 copies in x.zip\n"
@@ -132,7 +141,7 @@ TEST(ReportWriters, ControlBytesFromTheHistoryReachTheConsoleAsQuestionMarks)
 TEST(ReportWriters, TheJsonHasTheAgreedShape)
 {
     std::ostringstream out;
-    WriteJsonReport(SmallReport(), out);
+    WriteJsonReport(OneSource(SmallReport()), out);
     const nlohmann::json json = nlohmann::json::parse(out.str());
     EXPECT_EQ(json["schemaVersion"], 1);
     EXPECT_EQ(json["firstTime"], "2006-10-12T10:00:00");
@@ -183,7 +192,7 @@ TEST(ReportWriters, TheJsonIsUtf8WhateverTheBytesGivenIt)
     HistoryReport report = SmallReport();
     report.computerName = "M\xC3\xA4schine\xE4\x01";
     std::ostringstream out;
-    WriteJsonReport(report, out);
+    WriteJsonReport(OneSource(report), out);
     const nlohmann::json json = nlohmann::json::parse(out.str());
     EXPECT_EQ(json["machine"]["computer"], "M\xC3\xA4schine\xEF\xBF\xBD\xEF\xBF\xBD");
 }
@@ -193,14 +202,14 @@ TEST(ReportWriters, TheConsoleGetsNoC1ControlOfUtf8)
     HistoryReport report = SmallReport();
     report.computerName = "VM\xC2\x9B" "2J\xC2\xA0";
     std::ostringstream out;
-    WriteTextSummary(report, out);
+    WriteTextSummary(OneSource(report), out);
     EXPECT_EQ(out.str().substr(0, out.str().find('\n')), "Computer VM?2J\xC2\xA0, Microsoft Windows XP Home Edition");
 }
 
 TEST(ReportWriters, TheHtmlEscapesEveryTextFromTheMachine)
 {
     std::ostringstream out;
-    WriteHtmlReport(SmallReport(), out);
+    WriteHtmlReport(OneSource(SmallReport()), out);
     const std::string html = out.str();
     EXPECT_EQ(html.find("<script"), std::string::npos);
     EXPECT_NE(html.find("&lt;script&gt;document.title=&#39;x&#39;&lt;/script&gt;"), std::string::npos);
@@ -215,7 +224,7 @@ TEST(ReportWriters, TheHtmlEscapesEveryTextFromTheMachine)
 TEST(ReportWriters, TheHtmlOpensTheSectionsWithChangesAndSaysSoInOneLineForTheOthers)
 {
     std::ostringstream out;
-    WriteHtmlReport(SmallReport(), out);
+    WriteHtmlReport(OneSource(SmallReport()), out);
     const std::string html = out.str();
     EXPECT_NE(html.find("<details open>\n<summary>Current Running Processes: 1 added, 0 removed, 1 changed</summary>"),
               std::string::npos);
@@ -227,7 +236,7 @@ TEST(ReportWriters, TheHtmlOpensTheSectionsWithChangesAndSaysSoInOneLineForTheOt
 TEST(ReportWriters, TheHtmlShowsTheValuesOfWhatCameOrWentAndWhatCameWithIt)
 {
     std::ostringstream out;
-    WriteHtmlReport(SmallReport(), out);
+    WriteHtmlReport(OneSource(SmallReport()), out);
     const std::string html = out.str();
     EXPECT_NE(html.find("<li class=\"removed\">&lt;b&gt;Old &amp; odd&lt;/b&gt;: Stopped</li>"), std::string::npos);
     EXPECT_NE(html.find("<li class=\"added\">copy C1\n<ul class=\"details\">\n<li>instance PROD</li>\n"
@@ -238,7 +247,7 @@ TEST(ReportWriters, TheHtmlShowsTheValuesOfWhatCameOrWentAndWhatCameWithIt)
 TEST(ReportWriters, TheHtmlNamesTheEventsThatRanSinceTheSnapshotBeforeAndMarksDrift)
 {
     std::ostringstream out;
-    WriteHtmlReport(SmallReport(), out);
+    WriteHtmlReport(OneSource(SmallReport()), out);
     const std::string html = out.str();
     EXPECT_NE(html.find("<h4>What changed since the after snapshot of E1 (copy C1), while these recorded events "
                         "ran: E7 (copy C2)</h4>"),
@@ -270,7 +279,7 @@ HistoryReport CutReport()
 TEST(ReportWriters, ThePageSaysWhatWasCutAndHowMuch)
 {
     std::ostringstream out;
-    WriteHtmlReport(CutReport(), out);
+    WriteHtmlReport(OneSource(CutReport()), out);
     const std::string html = out.str();
     EXPECT_NE(html.find("<li>long <span class=\"cut\">(123456 bytes cut)</span></li>"), std::string::npos);
     EXPECT_NE(html.find("<li class=\"added\">zorsrv.exe: 1 <span class=\"cut\">(42 bytes cut)</span></li>\n"
@@ -284,7 +293,7 @@ TEST(ReportWriters, ThePageSaysWhatWasCutAndHowMuch)
 TEST(ReportWriters, TheJsonSaysWhatWasCutAndHowMuch)
 {
     std::ostringstream out;
-    WriteJsonReport(CutReport(), out);
+    WriteJsonReport(OneSource(CutReport()), out);
     const nlohmann::json e1 = nlohmann::json::parse(out.str())["copies"][0]["events"][0];
     EXPECT_EQ(e1["messagesCut"], nlohmann::json::parse(R"([{"index": 1, "bytesCut": 123456}])"));
     EXPECT_EQ(e1["changes"]["processes"]["addedLeftOut"], 7);
@@ -300,7 +309,7 @@ TEST(ReportOptionsTest, ASourceAloneWritesReportHtml)
     ReportOptions options;
     std::string error;
     ASSERT_TRUE(ParseReportOptions({"x.zip"}, options, error));
-    EXPECT_EQ(options.source, "x.zip");
+    EXPECT_EQ(options.sources, std::vector<std::string>{"x.zip"});
     EXPECT_EQ(options.htmlPath, "report.html");
     EXPECT_EQ(options.jsonPath, "");
 }
@@ -310,7 +319,7 @@ TEST(ReportOptionsTest, JsonAloneWritesNoHtml)
     ReportOptions options;
     std::string error;
     ASSERT_TRUE(ParseReportOptions({"-json", "r.json", "store"}, options, error));
-    EXPECT_EQ(options.source, "store");
+    EXPECT_EQ(options.sources, std::vector<std::string>{"store"});
     EXPECT_EQ(options.htmlPath, "");
     EXPECT_EQ(options.jsonPath, "r.json");
 }
@@ -321,8 +330,6 @@ TEST(ReportOptionsTest, UsageErrorsAreTold)
     std::string error;
     EXPECT_FALSE(ParseReportOptions({}, options, error));
     EXPECT_EQ(error, "no source given");
-    EXPECT_FALSE(ParseReportOptions({"a", "b"}, options, error));
-    EXPECT_EQ(error, "only one source can be given");
     EXPECT_FALSE(ParseReportOptions({"a", "-o"}, options, error));
     EXPECT_EQ(error, "the option -o needs a file name");
     EXPECT_FALSE(ParseReportOptions({"a", "-x"}, options, error));
@@ -377,6 +384,6 @@ TEST(ReportWriters, TheTextSummaryLeavesOutAnOperatingSystemThatNoReportTold)
     HistoryReport report = SmallReport();
     report.operatingSystem.clear();
     std::ostringstream out;
-    WriteTextSummary(report, out);
+    WriteTextSummary(OneSource(report), out);
     EXPECT_EQ(out.str().substr(0, out.str().find('\n')), "Computer VM");
 }

@@ -1,0 +1,20 @@
+// An event log streamed from its source, line by line, into its reader.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "report/CEventLogReader.h"
+#include "report/CHistorySource.h"
+
+// How the log was read: whole or not, how many bytes were handed over, and
+// how many of its lines were cut at the splitter's limit.
+struct EventLogReading {
+    bool whole = false;
+    std::uint64_t bytes = 0;
+    std::size_t cutLines = 0;
+};
+
+// Feeds the log named `name` in the source to the reader, and finishes it.
+EventLogReading StreamEventLog(const CHistorySource& source, const std::string& name, CEventLogReader& log);

@@ -1,0 +1,124 @@
+"""ZORHistoryReport over several archives, as a support engineer gets them
+from several machines of one customer: one report, grouped by computer. Two
+archives of one machine taken apart merge into one history, in which an event
+that both hold is one event, and the later archive tells how an event that
+was still running in the first one ended; an archive of another computer is
+a machine of its own, even where its EventIDs are the same. An event is
+named SOURCE:EventID for -compare, and the page's contents lead to every
+machine, copy and event."""
+import re
+import zipfile
+
+from e2e_support import expect_equal, main
+from test_report import collect, error_lines, make_report, next_second, read_json, record, run_report
+from test_report_page import chromium, rendered_text
+
+COMPUTER_LABEL = "Computer Name       :"
+OTHER_COMPUTER = "OTHERPC"
+
+
+def record_two_weeks(env):
+    """week1.zip: A1 of CopyA done, A2 still running; week2.zip: A2 ended as
+    CopyA, and A3 of CopyB done."""
+    record(env, "-start", "A1", "-Action", "Install")
+    record(env, "-end", "A1", "-CopyName", "CopyA", "-Result", "0")
+    next_second()
+    record(env, "-start", "A2", "-Action", "Upgrade")
+    collect(env, "week1.zip")
+    record(env, "-end", "A2", "-CopyName", "CopyA", "-Result", "0")
+    next_second()
+    record(env, "-start", "A3", "-Action", "Install")
+    record(env, "-end", "A3", "-CopyName", "CopyB", "-Result", "0")
+    collect(env, "week2.zip")
+
+
+def as_another_computer(env, source, target):
+    """A copy of the archive whose event logs name another computer."""
+    with zipfile.ZipFile(env.work / source) as archive, zipfile.ZipFile(env.work / target, "w") as copy:
+        for entry in archive.infolist():
+            data = archive.read(entry)
+            if entry.filename.replace("\\", "/").endswith("/ZORInstallEvent.Log"):
+                data = re.sub(re.escape(COMPUTER_LABEL.encode()) + rb"[^\r\n]*",
+                              (COMPUTER_LABEL + OTHER_COMPUTER).encode(), data)
+            copy.writestr(entry, data, compress_type=zipfile.ZIP_DEFLATED)
+
+
+def machine_with(document, computer):
+    found = [machine for machine in document["machines"] if machine["machine"]["computer"] == computer]
+    expect_equal(len(found), 1, f"machines of computer {computer!r}")
+    return found[0]
+
+
+def events_of(machine):
+    return {event["eventId"]: event for copy in machine["copies"] for event in copy["events"]}
+
+
+def report_three_archives(env, *args):
+    record_two_weeks(env)
+    as_another_computer(env, "week1.zip", "other.zip")
+    return make_report(env, "week1.zip", "other.zip", "week2.zip", "-o", "r.html", "-json", "r.json", *args)
+
+
+def test_archives_of_one_machine_merge_and_another_computer_stands_apart(env):
+    out = report_three_archives(env)
+    document = read_json(env.work / "r.json")
+    expect_equal((document["sources"], document["computerCount"]),
+                 (["week1.zip", "other.zip", "week2.zip"], 2), "sources and computers of the report")
+    here = document["machines"][0]
+    expect_equal(here["sources"], ["week1.zip", "week2.zip"], "sources of this machine's history")
+    events = events_of(here)
+    expect_equal(sorted(events), ["A1", "A2", "A3"], "events of this machine, each once")
+    expect_equal((events["A2"]["result"], events["A2"]["copy"], events["A2"]["sources"]),
+                 ("succeeded", "CopyA", ["week2.zip", "week1.zip"]),
+                 "A2, running in the first archive, as the second tells it")
+    expect_equal(events["A1"]["sources"], ["week1.zip", "week2.zip"], "the archives that hold A1")
+    expect_equal(events["A3"]["sources"], ["week2.zip"], "the archives that hold A3")
+    other = machine_with(document, OTHER_COMPUTER)
+    expect_equal(other["sources"], ["other.zip"], "sources of the other computer")
+    expect_equal((sorted(events_of(other)), events_of(other)["A2"]["result"]), (["A1", "A2"], "never ended"),
+                 "the other computer's events")
+    lines = out.splitlines()
+    expect_equal(lines[0], "2 computers in 3 sources", "the summary's first line")
+    expect_equal([line for line in lines if " copies in " in line],
+                 ["3 events of 2 copies in week1.zip, week2.zip", "2 events of 2 copies in other.zip"],
+                 "each machine's line of events and sources")
+    expect_equal(lines.index(f"Computer {OTHER_COMPUTER}, {other['machine']['os']}") >
+                 lines.index("3 events of 2 copies in week1.zip, week2.zip"), True,
+                 "the other computer's lines come after this machine's")
+
+
+def test_events_of_several_sources_are_compared_by_source_and_eventid(env):
+    out = report_three_archives(env, "-compare", "week2.zip:A3", "other.zip:A1")
+    title = ("Compared the after snapshot of week2.zip:A3 (copy CopyB) against the after snapshot of "
+             "other.zip:A1 (copy CopyA)")
+    assert title in out.splitlines(), out
+    comparison = read_json(env.work / "r.json")["comparison"]
+    expect_equal((comparison["first"], comparison["second"]),
+                 ({"eventId": "A3", "copy": "CopyB", "source": "week2.zip", "snapshot": "after"},
+                  {"eventId": "A1", "copy": "CopyA", "source": "other.zip", "snapshot": "after"}),
+                 "the compared events in the JSON form")
+    code, out, err = run_report(env, "week1.zip", "other.zip", "week2.zip", "-compare", "A1", "A3")
+    expect_equal((code, error_lines(env, err)), (1, ["A1 names 2 events of the sources: name one as SOURCE:A1"]),
+                 "exit code and error of a name that two computers' events have")
+
+
+def test_the_page_leads_to_every_machine_copy_and_event(env):
+    report_three_archives(env)
+    dom = chromium("--dump-dom", (env.work / "r.html").as_uri())
+    contents = dom[dom.index('<nav class="contents">'):dom.index("</nav>")]
+    links = re.findall(r'<a href="#([^"]+)">(.*?)</a>', contents)
+    ids = re.findall(r'\sid="([^"]+)"', dom)
+    expect_equal(len(ids), len(set(ids)), "anchors named twice on the page")
+    for anchor, text in links:
+        assert anchor in ids, f"the link to {text} leads to no anchor ({anchor!r})"
+    texts = [text for _, text in links]
+    assert texts[0].startswith("Computer ") and f"Computer {OTHER_COMPUTER}" in texts, texts
+    expect_equal(texts.count("What happened on the machine, in order"), 2, "timelines in the contents")
+    expect_equal(texts.count("A1"), 2, "links to the two computers' A1")
+    text = " ".join(rendered_text(dom).split())
+    assert "Read from week2.zip; also in week1.zip." in text, "A2 doesn't say which archives hold it"
+    assert "Sources week1.zip, other.zip, week2.zip" in text, "the page doesn't name its sources"
+
+
+if __name__ == "__main__":
+    main(globals())
