@@ -326,14 +326,20 @@ void CheckJsonChanges(const nlohmann::json& value, const std::optional<SnapshotC
     }
 }
 
-void CheckJson(const std::string& text, const HistoryReport& report)
+nlohmann::json ParsedJson(const std::string& text)
 {
-    nlohmann::json document;
     try {
-        document = nlohmann::json::parse(text);
+        return nlohmann::json::parse(text);
     } catch (const nlohmann::json::exception& error) {
         Require(false, std::string("the JSON parses back: ") + error.what());
     }
+    return nlohmann::json();
+}
+
+// The machine's part of the JSON form: the document over one source, or a
+// machine's object in the document over several.
+void CheckJson(const nlohmann::json& document, const HistoryReport& report)
+{
     Require(document.at("eventCount") == report.eventCount, "the JSON counts the events");
     const nlohmann::json& copies = document.at("copies");
     Require(copies.size() == report.copies.size(), "the JSON has every copy");
@@ -356,18 +362,56 @@ void CheckJson(const std::string& text, const HistoryReport& report)
     }
 }
 
+// The history twice, as two machines of a report over two sources.
+ReportOfSources TwoMachinesOf(const HistoryReport& report)
+{
+    ReportOfSources two;
+    two.sources = {"a.zip", "b.zip"};
+    for (std::size_t machine = 0; machine < 2; ++machine) {
+        HistoryReport history = report;
+        history.machine = machine;
+        history.sources = {two.sources[machine]};
+        for (CopyReport& copy : history.copies) {
+            for (EventReport& event : copy.events) {
+                event.machine = machine;
+                event.sources = history.sources;
+            }
+        }
+        two.machines.push_back(std::move(history));
+    }
+    return two;
+}
+
+void CheckSeveralSources(const HistoryReport& report)
+{
+    const ReportOfSources two = TwoMachinesOf(report);
+    std::ostringstream html;
+    WriteHtmlReport(two, html);
+    CheckHtml(html.str());
+    std::ostringstream json;
+    WriteJsonReport(two, json);
+    const nlohmann::json document = ParsedJson(json.str());
+    Require(document.at("machines").size() == 2, "the JSON over several sources has every machine");
+    for (const nlohmann::json& machine : document.at("machines"))
+        CheckJson(machine, report);
+}
+
 void CheckForms(const HistoryReport& report)
 {
+    ReportOfSources one;
+    one.sources = report.sources;
+    one.machines = {report};
     std::ostringstream html;
-    WriteHtmlReport(report, html);
+    WriteHtmlReport(one, html);
     CheckHtml(html.str());
 
     std::ostringstream json;
-    WriteJsonReport(report, json);
-    CheckJson(json.str(), report);
+    WriteJsonReport(one, json);
+    CheckJson(ParsedJson(json.str()), report);
+    CheckSeveralSources(report);
 
     std::ostringstream summary;
-    WriteTextSummary(report, summary);
+    WriteTextSummary(one, summary);
     std::size_t events = 0;
     bool oneLineEach = true;
     for (const CopyReport& copy : report.copies) {
@@ -380,7 +424,7 @@ void CheckForms(const HistoryReport& report)
     }
     oneLineEach = oneLineEach && report.computerName.find('\n') == std::string::npos &&
                   report.operatingSystem.find('\n') == std::string::npos &&
-                  report.sourceName.find('\n') == std::string::npos;
+                  report.sources.front().find('\n') == std::string::npos;
     const std::string text = summary.str();
     if (oneLineEach)
         Require(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) == events + 2,
@@ -462,7 +506,7 @@ void FuzzEventLog(const Input& input)
     // The log as two events of one copy: the second is compared with the
     // first's after snapshot, its snapshot before it on the machine.
     HistoryReport report;
-    report.sourceName = "fuzz.zip";
+    report.sources = {"fuzz.zip"};
     report.computerName = log.computerName;
     report.operatingSystem = log.operatingSystem;
     report.eventCount = 2;
@@ -474,7 +518,7 @@ void FuzzEventLog(const Input& input)
     EventReport second = EventOf(RecordOf("E2", "20240105 11:00:00", "20240105 11:30:00"), log);
     if (log.after.present && log.before.present) {
         ChangesSince since;
-        since.event = EventName{"E1", "COPY1"};
+        since.event = EventName{"E1", "COPY1", ""};
         since.afterSnapshot = true;
         since.changes = CompareSnapshots(log.after, log.before);
         CheckChanges(since.changes, log.after, log.before);
@@ -516,7 +560,7 @@ void FuzzHistoryIni(const Input& input)
         Require(count == 1, "every event is in exactly one group");
 
     HistoryReport report;
-    report.sourceName = "History.ini";
+    report.sources = {"History.ini"};
     report.eventCount = events.size();
     const CEventLogReader noLog(kEventId);
     for (const EventGroup& group : groups) {

@@ -120,5 +120,19 @@ def test_the_page_leads_to_every_machine_copy_and_event(env):
     assert "Sources week1.zip, other.zip, week2.zip" in text, "the page doesn't name its sources"
 
 
+def test_each_source_must_be_readable_and_no_output_overwrites_any(env):
+    record_two_weeks(env)
+    week2 = (env.work / "week2.zip").read_bytes()
+    code, out, err = run_report(env, "week1.zip", "missing.zip", "week2.zip")
+    expect_equal(code, 1, "exit code of a report with a source that isn't there")
+    expect_equal(len(error_lines(env, err)), 1, f"error lines: {err!r}")
+    assert "missing.zip" in error_lines(env, err)[0], err
+    code, out, err = run_report(env, "week1.zip", "week2.zip", "-json", "week2.zip")
+    expect_equal((code, error_lines(env, err)), (1, ["week2.zip: the report can't be written over its source"]),
+                 "exit code and error of an output over the second source")
+    expect_equal((env.work / "week2.zip").read_bytes(), week2, "the second source after the refused run")
+    assert not (env.work / "report.html").exists(), "a refused run wrote the page"
+
+
 if __name__ == "__main__":
     main(globals())

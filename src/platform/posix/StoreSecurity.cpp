@@ -10,7 +10,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdint>
-#include <cstring>
 #include <random>
 #include <string>
 
@@ -44,11 +43,6 @@ void SetModeIfOwnedAndOpen(int descriptor, mode_t mode)
     struct stat status;
     if (fstat(descriptor, &status) == 0 && OwnedAndWritableByOthers(status))
         fchmod(descriptor, mode);
-}
-
-bool IsPlainName(const char* name)
-{
-    return std::strcmp(name, ".") != 0 && std::strcmp(name, "..") != 0;
 }
 
 bool SetAsidePlanted(int folder, const char* name);
