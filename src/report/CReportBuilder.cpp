@@ -197,11 +197,8 @@ bool CReportBuilder::FindCompared(const std::vector<MachineEvents>& machines, st
     if (!FindEvent(machines, comparison_->firstName, comparison_->first, reason) ||
         !FindEvent(machines, comparison_->secondName, comparison_->second, reason))
         return false;
-    events_ = &machines[comparison_->first.machine];
-    comparison_->firstEvent = NameOf(comparison_->first.event);
-    events_ = &machines[comparison_->second.machine];
-    comparison_->secondEvent = NameOf(comparison_->second.event);
-    events_ = nullptr;
+    comparison_->firstEvent = NameOf(machines[comparison_->first.machine].events[comparison_->first.event]);
+    comparison_->secondEvent = NameOf(machines[comparison_->second.machine].events[comparison_->second.event]);
     return true;
 }
 

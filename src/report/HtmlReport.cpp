@@ -263,10 +263,6 @@ void WriteFiles(const EventReport& event, std::ostream& out)
     out << "</ul>\n";
 }
 
-}  // namespace
-
-namespace {
-
 // In a report over several sources: the source that the event is read from,
 // and the others that hold it.
 void WriteSources(const EventReport& event, std::ostream& out)
@@ -304,6 +300,24 @@ void WriteHtmlEvent(const EventReport& event, std::ostream& out)
     out << "</section>\n";
 }
 
+std::string HtmlText(const std::string& utf8Text)
+{
+    const std::string text = CleanUtf8(utf8Text);
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char c : text) {
+        switch (c) {
+        case '&': escaped += "&amp;"; break;
+        case '<': escaped += "&lt;"; break;
+        case '>': escaped += "&gt;"; break;
+        case '"': escaped += "&quot;"; break;
+        case '\'': escaped += "&#39;"; break;
+        default: escaped += c;
+        }
+    }
+    return escaped;
+}
+
 namespace {
 
 void WriteComparison(const EventComparison& comparison, std::ostream& out)
@@ -326,28 +340,6 @@ void WriteCopy(const CopyReport& copy, std::size_t machine, std::size_t index, s
     for (const EventReport& event : copy.events)
         writeEvent(event, out);
 }
-
-}  // namespace
-
-std::string HtmlText(const std::string& utf8Text)
-{
-    const std::string text = CleanUtf8(utf8Text);
-    std::string escaped;
-    escaped.reserve(text.size());
-    for (const char c : text) {
-        switch (c) {
-        case '&': escaped += "&amp;"; break;
-        case '<': escaped += "&lt;"; break;
-        case '>': escaped += "&gt;"; break;
-        case '"': escaped += "&quot;"; break;
-        case '\'': escaped += "&#39;"; break;
-        default: escaped += c;
-        }
-    }
-    return escaped;
-}
-
-namespace {
 
 void WriteCopies(const HistoryReport& machine, std::ostream& out, const EventWriter& writeEvent)
 {
