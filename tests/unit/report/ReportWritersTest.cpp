@@ -86,16 +86,16 @@ HistoryReport SmallReport()
     open.record.startTime = "2006-10-12 10:05";
     open.hasBefore = true;
     ChangesSince since;
-    since.event = {"E1", "C1"};
+    since.event = {"E1", "C1", ""};
     since.afterSnapshot = true;
-    since.ranBetween = {{"E7", "C2"}};
+    since.ranBetween = {{"E7", "C2", ""}};
     for (auto& section : since.changes)
         section = SectionChanges();
     since.changes[1]->added = {
         Listed("Tool", "2.0", {"software", {TextField("name", "Tool")}, {TextField("version", "2.0")}})};
     open.sincePrevious = since;
     ComputerChanges computer;
-    computer.since = {"E1", "C1"};
+    computer.since = {"E1", "C1", ""};
     computer.changes.changed = {
         Changed("Service Pack", "Service Pack 1", "Service Pack 2",
                 {"computerLine", {TextField("label", "Service Pack")}, {TextField("text", "Service Pack 2")}},
