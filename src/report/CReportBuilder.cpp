@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/common/AsciiCase.h"
 #include "report/CEventLogReader.h"
 #include "report/CLineSplitter.h"
 #include "report/DecodedTexts.h"
@@ -23,6 +24,13 @@ void UpdateLatest(std::string& latest, const std::string& time)
 {
     if (!time.empty() && time > latest)
         latest = time;
+}
+
+std::string WithoutEndSeparators(std::string path)
+{
+    while (path.size() > 1 && (path.back() == '/' || path.back() == '\\'))
+        path.pop_back();
+    return path;
 }
 
 }  // namespace
@@ -85,6 +93,9 @@ void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& r
     running_.clear();
     lastComputer_.reset();
     sectionMemo_ = std::make_shared<CSectionMemo>();
+    placesById_.clear();
+    for (std::size_t event = 0; sources_.Count() > 1 && event < events.size(); ++event)
+        placesById_[events[event].eventId].push_back(event);
     std::vector<EventReport> reports(events.size());
     report.machineOrder = timeline_->Order();
     for (const std::size_t event : report.machineOrder) {
@@ -169,7 +180,7 @@ void CReportBuilder::CompareComputers(std::size_t event, SnapshotSection& comput
     if (lastComputer_ && lastComputer_->report.complete && computer.complete) {
         ComputerChanges changes;
         changes.since = NameOf(lastComputer_->event);
-        changes.ranBetween = NamesOf(timeline_->RanBetween(lastComputer_->time, event));
+        changes.ranBetween = NamesOf(timeline_->RanFromStartOf(lastComputer_->event, event));
         changes.changes = CompareSections(lastComputer_->report, computer);
         report.computer = std::move(changes);
     }
@@ -221,25 +232,28 @@ bool CReportBuilder::FindEvent(const std::vector<MachineEvents>& machines, const
         reason = sources_.Name(0) + ": no event " + name + " to compare in it";
     else if (found == 0)
         reason = "no event " + name + " to compare in the sources";
-    else
+    else if (name.find(':') == std::string::npos)
         reason = name + " names " + std::to_string(found) + " events of the sources: name one as SOURCE:" + name;
+    else
+        reason = name + " names " + std::to_string(found) +
+                 " events of the sources: name its source as the command line gives it";
     return false;
 }
 
 // Whether `name` names the event: its EventID, or "SOURCE:EventID" for a
-// source that holds it, SOURCE as the command line names it or its file's name.
+// source that holds it, SOURCE as the command line gives it or its file's
+// name, without regard to the case of ASCII letters or a separator at its end.
 bool CReportBuilder::Names(const EventRecord& event, const std::vector<std::size_t>& holders,
                            const std::string& name) const
 {
     if (name == event.eventId)
         return true;
-    if (name.size() <= event.eventId.size() + 1 ||
-        name.compare(name.size() - event.eventId.size(), std::string::npos, event.eventId) != 0 ||
-        name[name.size() - event.eventId.size() - 1] != ':')
+    const std::size_t idAt = name.size() - std::min(name.size(), event.eventId.size());
+    if (idAt < 2 || name.compare(idAt, std::string::npos, event.eventId) != 0 || name[idAt - 1] != ':')
         return false;
-    const std::string source = name.substr(0, name.size() - event.eventId.size() - 1);
+    const std::string source = platform::FoldedAsciiText(WithoutEndSeparators(name.substr(0, idAt - 1)));
     for (const std::size_t holder : holders) {
-        const std::string& given = sources_.Name(holder);
+        const std::string given = platform::FoldedAsciiText(WithoutEndSeparators(sources_.Name(holder)));
         const std::string::size_type slash = given.find_last_of("/\\");
         if (source == given || (slash != std::string::npos && source == given.substr(slash + 1)))
             return true;
@@ -304,6 +318,7 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
         for (const std::size_t holder : events_->holders[report.place])
             report.sources.push_back(sources_.Name(holder));
     }
+    NoteTheSameEventId(report);
     const CHistorySource& source = sources_.Source(event.source);
     report.outcome = OutcomeOf(event);
     report.durationSeconds = SecondsBetween(event.startTime, event.endTime);
@@ -327,6 +342,22 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
     computer = std::move(log.computer);
     TakeMachine(log, event, history);
     return report;
+}
+
+// Sources of one machine can hold an EventID with two starts: the section
+// that an installer used again between the times they were taken.
+void CReportBuilder::NoteTheSameEventId(EventReport& report) const
+{
+    const auto same = placesById_.find(report.record.eventId);
+    if (same == placesById_.end())
+        return;
+    for (const std::size_t other : same->second) {
+        if (other == report.place)
+            continue;
+        const EventRecord& record = events_->events[other];
+        report.notes.push_back("the EventID is also recorded with the start " + record.startTime + ", in " +
+                               sources_.Name(record.source) + ": an installer used it again");
+    }
 }
 
 // The event log streamed line by line into the reader, with notes of what

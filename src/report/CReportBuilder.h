@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -94,6 +95,7 @@ private:
     void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
+    void NoteTheSameEventId(EventReport& report) const;
     void ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
     void TakeAfterSnapshotsUntil(long long time);
@@ -112,6 +114,8 @@ private:
     // The machine being read: its place and its events.
     std::size_t machine_ = 0;
     const MachineEvents* events_ = nullptr;
+    // With several sources, the places of the machine's events by EventID.
+    std::map<std::string, std::vector<std::size_t>> placesById_;
     std::optional<MachineTimeline> timeline_;
     // The History.ini place of the event whose computer report the report
     // shows: the first one that has one.

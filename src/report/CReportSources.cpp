@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/FileSystem.h"
 #include "report/CEventLogReader.h"
 #include "report/EventFacts.h"
 #include "report/EventLogStream.h"
@@ -21,6 +22,10 @@ bool CReportSources::Open(const std::vector<std::string>& paths, std::string& re
 {
     sources_.clear();
     for (const std::string& path : paths) {
+        if (GivenBefore(path)) {
+            reason = path + ": the source is given twice";
+            return false;
+        }
         Opened opened;
         opened.name = path;
         opened.source = std::make_unique<CHistorySource>();
@@ -37,9 +42,30 @@ bool CReportSources::Open(const std::vector<std::string>& paths, std::string& re
     }
     if (sources_.size() > 1) {
         for (Opened& opened : sources_)
-            opened.events.computer = ComputerOf(opened);
+            TellWhatItHolds(opened);
     }
     return true;
+}
+
+bool CReportSources::GivenBefore(const std::string& path) const
+{
+    for (const Opened& opened : sources_) {
+        if (platform::SameEntry(opened.name, path))
+            return true;
+    }
+    return false;
+}
+
+// What the merge of several sources weighs: the computer, which event logs
+// the source holds, and whether it is whole.
+void CReportSources::TellWhatItHolds(Opened& opened)
+{
+    SourceEvents& events = opened.events;
+    events.computer = ComputerOf(opened);
+    events.whole = opened.notes.empty();
+    events.logsHeld.clear();
+    for (const EventRecord& event : events.events)
+        events.logsHeld.push_back(!FindEventLog(*opened.source, event).empty());
 }
 
 std::vector<MachineEvents> CReportSources::Machines() const
@@ -72,17 +98,20 @@ bool CReportSources::ReadEvents(Opened& opened) const
     return true;
 }
 
-// The computer that the source's first event log naming one names.
+// The computer as the event log of the source's last event that names one
+// names it: the machine's name when the source was taken, which a machine
+// cloned from another's image, history and all, doesn't share with it.
 std::string CReportSources::ComputerOf(const Opened& opened)
 {
     std::size_t asked = 0;
-    for (const EventRecord& event : opened.events.events) {
-        const std::string log = FindEventLog(*opened.source, event);
+    const std::vector<EventRecord>& events = opened.events.events;
+    for (auto event = events.rbegin(); event != events.rend(); ++event) {
+        const std::string log = FindEventLog(*opened.source, *event);
         if (log.empty())
             continue;
         if (asked++ == kLogsAskedForTheComputer)
             break;
-        CEventLogReader reader(event.eventId);
+        CEventLogReader reader(event->eventId);
         StreamEventLog(*opened.source, log, reader);
         if (!reader.computerName.empty())
             return reader.computerName;

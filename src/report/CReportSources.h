@@ -15,7 +15,8 @@
 class CReportSources {
 public:
     // False, with a one-line reason, at the first source that is neither a
-    // folder nor an archive that can be read, or that holds no events.
+    // folder nor an archive that can be read, that holds no events, or that
+    // is given twice (however its name is spelt).
     bool Open(const std::vector<std::string>& paths, std::string& reason);
 
     std::size_t Count() const { return sources_.size(); }
@@ -37,7 +38,9 @@ private:
         SourceEvents events;
     };
 
+    bool GivenBefore(const std::string& path) const;
     bool ReadEvents(Opened& opened) const;
+    static void TellWhatItHolds(Opened& opened);
     static std::string ComputerOf(const Opened& opened);
 
     std::vector<Opened> sources_;

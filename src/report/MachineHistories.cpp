@@ -1,64 +1,149 @@
 #include "report/MachineHistories.h"
 
+#include <algorithm>
 #include <map>
+#include <optional>
+#include <tuple>
 #include <utility>
 
 #include "platform/common/AsciiCase.h"
 
 namespace {
 
-// How much a copy of an event tells: whether History.ini holds it, and
-// whether it ended.
-std::pair<bool, bool> WhatItTells(const EventRecord& event)
+// How much a copy of an event tells, in the order in which it counts.
+using Telling = std::tuple<bool, bool, bool, bool>;
+
+Telling WhatItTells(const SourceEvents& source, std::size_t event)
 {
-    return {event.inHistoryIni, !event.endTime.empty()};
+    const EventRecord& record = source.events[event];
+    const bool logHeld = event < source.logsHeld.size() && source.logsHeld[event];
+    return {record.inHistoryIni, !record.endTime.empty(), logHeld, source.whole};
 }
 
-// Adds the source's events to the machine: an event the machine has already
-// (its EventID and start) gains a holder, and the copy that tells more.
-void Merge(MachineEvents& machine, std::map<std::pair<std::string, std::string>, std::size_t>& places,
-           std::size_t source, const std::vector<EventRecord>& events)
-{
-    machine.sources.push_back(source);
-    for (const EventRecord& event : events) {
-        const auto found = places.emplace(std::make_pair(event.eventId, event.startTime), machine.events.size());
-        if (found.second) {
-            machine.events.push_back(event);
-            machine.events.back().source = source;
-            machine.holders.push_back({source});
-            continue;
+// A machine's history as its sources are added, with where each event
+// stands by its EventID and start, and by its EventID alone.
+class MachineMerge {
+public:
+    // The place of the event that the record is a copy of, or none.
+    std::optional<std::size_t> Find(const EventRecord& record) const
+    {
+        if (!record.startTime.empty()) {
+            const auto found = places_.find({record.eventId, record.startTime});
+            if (found != places_.end())
+                return found->second;
         }
-        const std::size_t place = found.first->second;
-        std::vector<std::size_t>& holders = machine.holders[place];
-        if (holders.back() == source)
-            continue;
-        if (WhatItTells(event) > WhatItTells(machine.events[place])) {
-            machine.events[place] = event;
-            machine.events[place].source = source;
-            holders.insert(holders.begin(), source);
-        } else {
-            holders.push_back(source);
+        const auto same = byId_.find(record.eventId);
+        if (same == byId_.end())
+            return std::nullopt;
+        for (const std::size_t place : same->second) {
+            if (record.startTime.empty() || events_.events[place].startTime.empty())
+                return place;
         }
+        return std::nullopt;
     }
+
+    // Whether the machine holds every event of the source.
+    bool HoldsAll(const SourceEvents& source) const
+    {
+        for (const EventRecord& record : source.events) {
+            if (!Find(record))
+                return false;
+        }
+        return !source.events.empty();
+    }
+
+    void Add(std::size_t place, const SourceEvents& source)
+    {
+        events_.sources.push_back(place);
+        for (std::size_t event = 0; event < source.events.size(); ++event)
+            AddEvent(place, source, event);
+    }
+
+    // The place of its first source.
+    std::size_t FirstSource() const { return *std::min_element(events_.sources.begin(), events_.sources.end()); }
+
+    MachineEvents Take() { return std::move(events_); }
+
+private:
+    void AddEvent(std::size_t place, const SourceEvents& source, std::size_t event)
+    {
+        const EventRecord& record = source.events[event];
+        const std::optional<std::size_t> found = Find(record);
+        if (!found) {
+            Place(events_.events.size(), record);
+            events_.events.push_back(record);
+            events_.events.back().source = place;
+            events_.holders.push_back({place});
+            tellings_.push_back(WhatItTells(source, event));
+            return;
+        }
+        std::vector<std::size_t>& holders = events_.holders[*found];
+        if (std::find(holders.begin(), holders.end(), place) != holders.end())
+            return;
+        const Telling telling = WhatItTells(source, event);
+        if (telling <= tellings_[*found]) {
+            holders.push_back(place);
+            return;
+        }
+        events_.events[*found] = record;
+        events_.events[*found].source = place;
+        tellings_[*found] = telling;
+        holders.insert(holders.begin(), place);
+        Place(*found, record);
+    }
+
+    void Place(std::size_t place, const EventRecord& record)
+    {
+        if (!record.startTime.empty())
+            places_.emplace(std::make_pair(record.eventId, record.startTime), place);
+        std::vector<std::size_t>& same = byId_[record.eventId];
+        if (same.empty() || same.back() != place)
+            same.push_back(place);
+    }
+
+    MachineEvents events_;
+    std::vector<Telling> tellings_;
+    std::map<std::pair<std::string, std::string>, std::size_t> places_;
+    std::map<std::string, std::vector<std::size_t>> byId_;
+};
+
+// The machine that the source belongs to: its computer's, or for an unknown
+// computer, the first that holds all its events; `machines.size()` for a new one.
+std::size_t MachineOf(const SourceEvents& source, const std::vector<MachineMerge>& machines,
+                      std::map<std::string, std::size_t>& byComputer)
+{
+    if (!source.computer.empty())
+        return byComputer.emplace(platform::FoldedAsciiText(source.computer), machines.size()).first->second;
+    for (std::size_t machine = 0; machine < machines.size(); ++machine) {
+        if (machines[machine].HoldsAll(source))
+            return machine;
+    }
+    return machines.size();
 }
 
 }  // namespace
 
+// The sources of known computers are grouped first, so that a source of
+// an unknown one can join a machine that a later source names.
 std::vector<MachineEvents> MergeByComputer(const std::vector<SourceEvents>& sources)
 {
-    std::vector<MachineEvents> machines;
-    std::vector<std::map<std::pair<std::string, std::string>, std::size_t>> places;
-    std::map<std::string, std::size_t> machineOf;
-    for (std::size_t source = 0; source < sources.size(); ++source) {
-        const std::string& computer = sources[source].computer;
-        std::size_t machine = machines.size();
-        if (!computer.empty())
-            machine = machineOf.emplace(platform::FoldedAsciiText(computer), machines.size()).first->second;
-        if (machine == machines.size()) {
-            machines.emplace_back();
-            places.emplace_back();
+    std::vector<MachineMerge> merges;
+    std::map<std::string, std::size_t> byComputer;
+    for (const bool known : {true, false}) {
+        for (std::size_t source = 0; source < sources.size(); ++source) {
+            if (sources[source].computer.empty() == known)
+                continue;
+            const std::size_t machine = MachineOf(sources[source], merges, byComputer);
+            if (machine == merges.size())
+                merges.emplace_back();
+            merges[machine].Add(source, sources[source]);
         }
-        Merge(machines[machine], places[machine], source, sources[source].events);
     }
+    std::stable_sort(merges.begin(), merges.end(), [](const MachineMerge& one, const MachineMerge& other) {
+        return one.FirstSource() < other.FirstSource();
+    });
+    std::vector<MachineEvents> machines;
+    for (MachineMerge& merge : merges)
+        machines.push_back(merge.Take());
     return machines;
 }

@@ -10,12 +10,15 @@
 
 #include "report/ReportModel.h"
 
-// What one source holds: its events, each marked with the source's place,
-// and the computer whose history it is, as its first event log that names
-// one says, or empty.
+// What one source holds: its events, each marked with the source's place;
+// for each event, whether the source holds its event log; whether the
+// source is whole (not a damaged archive); and the computer whose history
+// it is, as its event logs name it, or empty.
 struct SourceEvents {
     std::string computer;
     std::vector<EventRecord> events;
+    std::vector<bool> logsHeld;
+    bool whole = true;
 };
 
 // One machine's history: the places of its sources, its events (those of
@@ -30,8 +33,13 @@ struct MachineEvents {
 
 // The machines in the order of their first sources. Sources of one computer
 // (its name compared without regard to the case of ASCII letters) are one
-// machine; a source whose computer is unknown is a machine of its own. Of
-// the copies of one event, the one that History.ini holds wins over one
-// known by its log alone, then one that ended over one that didn't, then
+// machine. A source whose computer is unknown joins the first machine that
+// holds every one of its events, else is a machine of its own.
+//
+// An event of one machine is one event in every source that holds it: the
+// same EventID and start, or the same EventID where a damaged archive
+// without History.ini knows the event by its log alone, without a start. Of
+// its copies, the one that History.ini holds wins, then one that ended,
+// then one whose source holds its log, then one of a whole source, then
 // the first source's.
 std::vector<MachineEvents> MergeByComputer(const std::vector<SourceEvents>& sources);

@@ -55,11 +55,26 @@ std::optional<long long> MachineTimeline::AfterSnapshotTime(std::size_t event) c
 
 std::vector<std::size_t> MachineTimeline::RanBetween(long long since, std::size_t event) const
 {
+    return RanAfter(since, event, std::nullopt);
+}
+
+std::vector<std::size_t> MachineTimeline::RanFromStartOf(std::size_t earlier, std::size_t event) const
+{
+    if (!places_[earlier])
+        return {};
+    return RanAfter(spans_[*places_[earlier]].start, event, earlier);
+}
+
+// The events ahead of `event` that ran at some time after `since`, and
+// `also`, in the order of starts.
+std::vector<std::size_t> MachineTimeline::RanAfter(long long since, std::size_t event,
+                                                   std::optional<std::size_t> also) const
+{
     std::vector<std::size_t> ran;
     if (!places_[event])
         return ran;
     for (std::size_t i = 0; i < *places_[event]; ++i) {
-        if (spans_[i].until > since)
+        if (spans_[i].until > since || spans_[i].event == also)
             ran.push_back(spans_[i].event);
     }
     return ran;

@@ -28,6 +28,10 @@ public:
     // The events ahead of `event` in the order of starts that ran at some
     // time after `since`, in that order.
     std::vector<std::size_t> RanBetween(long long since, std::size_t event) const;
+    // From the start of `earlier` to that of `event`: `earlier` itself,
+    // however short, and the events ahead of `event` that ran at some time
+    // after that start, in the order of starts.
+    std::vector<std::size_t> RanFromStartOf(std::size_t earlier, std::size_t event) const;
 
 private:
     struct Span {
@@ -36,6 +40,8 @@ private:
         long long until = 0;
         std::optional<long long> end;
     };
+
+    std::vector<std::size_t> RanAfter(long long since, std::size_t event, std::optional<std::size_t> also) const;
 
     std::vector<Span> spans_;
     std::vector<std::size_t> untimed_;

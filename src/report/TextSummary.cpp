@@ -64,11 +64,15 @@ void WriteSummaryEvent(const EventReport& event, std::ostream& out)
 
 namespace {
 
-// The machine's lines: its computer, its events and copies and where they
+// The machine's lines: its computer ("Unknown computer" where no computer
+// report of its history names one), its events and copies and where they
 // come from, the notes on its sources, and a line for each event.
 void WriteMachine(const HistoryReport& report, std::ostream& out, const EventWriter& writeEvent)
 {
-    out << "Computer " << ConsoleText(report.computerName);
+    if (report.computerName.empty())
+        out << "Unknown computer";
+    else
+        out << "Computer " << ConsoleText(report.computerName);
     if (!report.operatingSystem.empty())
         out << ", " << ConsoleText(report.operatingSystem);
     out << '\n';

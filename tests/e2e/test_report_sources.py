@@ -6,11 +6,16 @@ was still running in the first one ended; an archive of another computer is
 a machine of its own, even where its EventIDs are the same. An event is
 named SOURCE:EventID for -compare, and the page's contents lead to every
 machine, copy and event."""
+import copy
+import json
 import re
 import zipfile
 
+import jsonschema
+
 from e2e_support import expect_equal, main
-from test_report import collect, error_lines, make_report, next_second, read_json, record, run_report
+from test_report import (JSON_SCHEMA, collect, error_lines, make_report, next_second, read_json, record,
+                         run_report)
 from test_report_page import chromium, rendered_text
 
 COMPUTER_LABEL = "Computer Name       :"
@@ -87,6 +92,26 @@ def test_archives_of_one_machine_merge_and_another_computer_stands_apart(env):
                  "the other computer's lines come after this machine's")
 
 
+def test_the_schema_holds_each_form_to_its_own_fields(env):
+    """An event over several sources names its sources, one over one source
+    doesn't; the schema refuses either the other way."""
+    report_three_archives(env, "-compare", "week2.zip:A3", "other.zip:A1")
+    several = read_json(env.work / "r.json")
+    make_report(env, "week2.zip", "-json", "one.json")
+    one = read_json(env.work / "one.json")
+    validator = jsonschema.Draft202012Validator(json.loads(JSON_SCHEMA.read_text(encoding="utf-8")))
+    without_sources = copy.deepcopy(several)
+    del without_sources["machines"][0]["copies"][0]["events"][0]["sources"]
+    without_source = copy.deepcopy(several)
+    del without_source["comparison"]["first"]["source"]
+    with_sources = copy.deepcopy(one)
+    with_sources["copies"][0]["events"][0]["sources"] = ["week2.zip"]
+    for name, document in (("an event without its sources", without_sources),
+                           ("a compared event without its source", without_source),
+                           ("an event of one source with sources", with_sources)):
+        assert not validator.is_valid(document), f"the schema takes {name}"
+
+
 def test_events_of_several_sources_are_compared_by_source_and_eventid(env):
     out = report_three_archives(env, "-compare", "week2.zip:A3", "other.zip:A1")
     title = ("Compared the after snapshot of week2.zip:A3 (copy CopyB) against the after snapshot of "
@@ -120,6 +145,45 @@ def test_the_page_leads_to_every_machine_copy_and_event(env):
     assert "Sources week1.zip, other.zip, week2.zip" in text, "the page doesn't name its sources"
 
 
+def without_entry(env, source, target, ending):
+    """A copy of the archive without the entry whose name ends so."""
+    with zipfile.ZipFile(env.work / source) as archive, zipfile.ZipFile(env.work / target, "w") as copy_:
+        for entry in archive.infolist():
+            if not entry.filename.replace("\\", "/").endswith(ending):
+                copy_.writestr(entry, archive.read(entry), compress_type=zipfile.ZIP_DEFLATED)
+
+
+def test_an_event_is_read_from_the_archive_that_holds_its_log(env):
+    record_two_weeks(env)
+    without_entry(env, "week1.zip", "nolog.zip", "CopyA/A1/ZORInstallEvent.Log")
+    make_report(env, "nolog.zip", "week2.zip", "-json", "r.json")
+    a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
+    expect_equal((a1["sources"], a1["snapshotBefore"], a1["snapshotAfter"]),
+                 (["week2.zip", "nolog.zip"], True, True), "A1, whose log the first archive lacks")
+
+
+def test_an_archive_cut_off_anywhere_adds_no_event_twice(env):
+    """week2.zip cut off at many places, each reported with week1.zip: no
+    event of the machine stands twice, whatever the cut left of
+    History.ini and of the logs that name the computer."""
+    record_two_weeks(env)
+    whole = (env.work / "week2.zip").read_bytes()
+    reported = 0
+    for cut in range(len(whole) // 8, len(whole), len(whole) // 8):
+        (env.work / "cut.zip").write_bytes(whole[:cut])
+        code, out, err = run_report(env, "week1.zip", "cut.zip", "-json", "r.json")
+        if code != 0:
+            expect_equal(error_lines(env, err), ["cut.zip: no History.ini that can be read in it"],
+                         f"error of the archive cut at {cut}")
+            continue
+        reported += 1
+        document = read_json(env.work / "r.json")
+        ids = [event["eventId"] for copy_ in document["machines"][0]["copies"] for event in copy_["events"]]
+        expect_equal(sorted(ids), sorted(set(ids)), f"events of the machine with the archive cut at {cut}")
+        assert {"A1", "A2"} <= set(ids), f"events of week1.zip with the archive cut at {cut}: {ids}"
+    assert reported >= 4, f"only {reported} cuts could be reported"
+
+
 def test_each_source_must_be_readable_and_no_output_overwrites_any(env):
     record_two_weeks(env)
     week2 = (env.work / "week2.zip").read_bytes()
@@ -131,6 +195,9 @@ def test_each_source_must_be_readable_and_no_output_overwrites_any(env):
     expect_equal((code, error_lines(env, err)), (1, ["week2.zip: the report can't be written over its source"]),
                  "exit code and error of an output over the second source")
     expect_equal((env.work / "week2.zip").read_bytes(), week2, "the second source after the refused run")
+    code, out, err = run_report(env, "week1.zip", "week2.zip", "./week1.zip")
+    expect_equal((code, error_lines(env, err)), (1, ["./week1.zip: the source is given twice"]),
+                 "exit code and error of a source given twice")
     assert not (env.work / "report.html").exists(), "a refused run wrote the page"
 
 

@@ -15,6 +15,24 @@ EventRecord Event(std::string id, std::string start, std::string end = "")
     return event;
 }
 
+// A whole source of the computer that holds the events and their logs.
+SourceEvents Source(std::string computer, std::vector<EventRecord> events)
+{
+    SourceEvents source;
+    source.computer = std::move(computer);
+    source.events = std::move(events);
+    source.logsHeld.assign(source.events.size(), true);
+    return source;
+}
+
+// An event that a damaged archive without History.ini knows by its log alone.
+EventRecord ByItsLog(std::string id)
+{
+    EventRecord event = Event(std::move(id), "");
+    event.inHistoryIni = false;
+    return event;
+}
+
 std::vector<std::string> IdsOf(const MachineEvents& machine)
 {
     std::vector<std::string> ids;
@@ -27,11 +45,11 @@ std::vector<std::string> IdsOf(const MachineEvents& machine)
 
 TEST(MergeByComputer, TwoArchivesOfOneMachineAWeekApartMakeOneHistory)
 {
-    const SourceEvents week1{"VM1", {Event("E1", "20261101 10:00:00", "20261101 10:05:00"),
-                                     Event("E2", "20261102 10:00:00")}};
-    const SourceEvents week2{"vm1", {Event("E1", "20261101 10:00:00", "20261101 10:05:00"),
-                                     Event("E2", "20261102 10:00:00", "20261102 10:30:00"),
-                                     Event("E3", "20261108 09:00:00", "20261108 09:10:00")}};
+    const SourceEvents week1 = Source("VM1", {Event("E1", "20261101 10:00:00", "20261101 10:05:00"),
+                                              Event("E2", "20261102 10:00:00")});
+    const SourceEvents week2 = Source("vm1", {Event("E1", "20261101 10:00:00", "20261101 10:05:00"),
+                                              Event("E2", "20261102 10:00:00", "20261102 10:30:00"),
+                                              Event("E3", "20261108 09:00:00", "20261108 09:10:00")});
     const std::vector<MachineEvents> machines = MergeByComputer({week1, week2});
     ASSERT_EQ(machines.size(), 1u);
     const MachineEvents& machine = machines[0];
@@ -51,7 +69,7 @@ TEST(MergeByComputer, TwoArchivesOfOneMachineAWeekApartMakeOneHistory)
 TEST(MergeByComputer, AnEventIdOfAnotherStartIsAnotherEvent)
 {
     const std::vector<MachineEvents> machines = MergeByComputer(
-        {{"VM1", {Event("E1", "20261101 10:00:00")}}, {"VM1", {Event("E1", "20261109 10:00:00")}}});
+        {Source("VM1", {Event("E1", "20261101 10:00:00")}), Source("VM1", {Event("E1", "20261109 10:00:00")})});
     ASSERT_EQ(machines.size(), 1u);
     EXPECT_EQ(IdsOf(machines[0]), (std::vector<std::string>{"E1", "E1"}));
     EXPECT_EQ(machines[0].events[1].source, 1u);
@@ -60,9 +78,9 @@ TEST(MergeByComputer, AnEventIdOfAnotherStartIsAnotherEvent)
 TEST(MergeByComputer, EachComputerIsAMachineInTheOrderOfItsFirstSource)
 {
     const std::vector<MachineEvents> machines =
-        MergeByComputer({{"VM1", {Event("A", "20261101 10:00:00")}},
-                         {"VM2", {Event("A", "20261101 10:00:00")}},
-                         {"VM1", {Event("B", "20261103 10:00:00")}}});
+        MergeByComputer({Source("VM1", {Event("A", "20261101 10:00:00")}),
+                         Source("VM2", {Event("A", "20261101 10:00:00")}),
+                         Source("VM1", {Event("B", "20261103 10:00:00")})});
     ASSERT_EQ(machines.size(), 2u);
     EXPECT_EQ(machines[0].sources, (std::vector<std::size_t>{0, 2}));
     EXPECT_EQ(IdsOf(machines[0]), (std::vector<std::string>{"A", "B"}));
@@ -72,33 +90,67 @@ TEST(MergeByComputer, EachComputerIsAMachineInTheOrderOfItsFirstSource)
     EXPECT_EQ(machines[1].events[0].source, 1u);
 }
 
-TEST(MergeByComputer, SourcesOfAnUnknownComputerStandAlone)
+TEST(MergeByComputer, ASourceOfAnUnknownComputerJoinsTheMachineThatHoldsAllItsEvents)
 {
-    const std::vector<MachineEvents> machines = MergeByComputer(
-        {{"", {Event("A", "20261101 10:00:00")}}, {"", {Event("A", "20261101 10:00:00")}}});
+    // A truncated archive, given first, without History.ini and without a
+    // log that names its computer: its events are known by their logs alone.
+    SourceEvents truncated = Source("", {ByItsLog("E2"), ByItsLog("E1")});
+    truncated.whole = false;
+    const std::vector<MachineEvents> machines =
+        MergeByComputer({truncated, Source("VM2", {Event("E1", "20261101 10:00:00")}),
+                         Source("VM1", {Event("E1", "20261101 10:00:00", "20261101 10:05:00"),
+                                        Event("E2", "20261102 10:00:00", "20261102 10:05:00")})});
     ASSERT_EQ(machines.size(), 2u);
+    EXPECT_EQ(machines[0].sources, (std::vector<std::size_t>{2, 0}));
+    EXPECT_EQ(IdsOf(machines[0]), (std::vector<std::string>{"E1", "E2"}));
+    EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{2, 0}));
+    EXPECT_EQ(machines[0].events[1].startTime, "20261102 10:00:00");
+    EXPECT_EQ(machines[1].sources, (std::vector<std::size_t>{1}));
+}
+
+TEST(MergeByComputer, SourcesOfAnUnknownComputerThatNoMachineHoldsStandAlone)
+{
+    const std::vector<MachineEvents> machines =
+        MergeByComputer({Source("", {Event("A", "20261101 10:00:00")}), Source("VM1", {Event("B", "20261101 10:00:00")}),
+                         Source("", {})});
+    ASSERT_EQ(machines.size(), 3u);
     EXPECT_EQ(machines[0].sources, (std::vector<std::size_t>{0}));
     EXPECT_EQ(machines[1].sources, (std::vector<std::size_t>{1}));
+    EXPECT_EQ(machines[2].sources, (std::vector<std::size_t>{2}));
 }
 
 TEST(MergeByComputer, WhatHistoryIniHoldsWinsOverAnEventKnownByItsLogAlone)
 {
-    EventRecord byLog = Event("E1", "");
-    byLog.inHistoryIni = false;
-    EventRecord inIni = Event("E1", "");
+    EventRecord inIni = Event("E1", "20261101 10:00:00");
     inIni.action = "Install";
-    const std::vector<MachineEvents> machines = MergeByComputer({{"VM1", {byLog}}, {"VM1", {inIni}}});
+    const std::vector<MachineEvents> machines =
+        MergeByComputer({Source("VM1", {ByItsLog("E1")}), Source("VM1", {inIni})});
     ASSERT_EQ(machines.size(), 1u);
     ASSERT_EQ(machines[0].events.size(), 1u);
     EXPECT_TRUE(machines[0].events[0].inHistoryIni);
     EXPECT_EQ(machines[0].events[0].action, "Install");
     EXPECT_EQ(machines[0].events[0].source, 1u);
+    EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{1, 0}));
+}
+
+TEST(MergeByComputer, ACopyWhoseLogTheSourceHoldsWinsThenOneOfAWholeSource)
+{
+    const EventRecord e1 = Event("E1", "20261101 10:00:00", "20261101 10:05:00");
+    SourceEvents withoutLog = Source("VM1", {e1});
+    withoutLog.logsHeld = {false};
+    SourceEvents damaged = Source("VM1", {e1});
+    damaged.whole = false;
+    const SourceEvents whole = Source("VM1", {e1});
+    const std::vector<MachineEvents> machines = MergeByComputer({withoutLog, damaged, whole});
+    ASSERT_EQ(machines.size(), 1u);
+    EXPECT_EQ(machines[0].events[0].source, 2u);
+    EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{2, 1, 0}));
 }
 
 TEST(MergeByComputer, OneSourceIsItsHistoryAsItStands)
 {
     const std::vector<MachineEvents> machines =
-        MergeByComputer({{"", {Event("B", "20261102 10:00:00"), Event("A", "20261101 10:00:00")}}});
+        MergeByComputer({Source("", {Event("B", "20261102 10:00:00"), Event("A", "20261101 10:00:00")})});
     ASSERT_EQ(machines.size(), 1u);
     EXPECT_EQ(IdsOf(machines[0]), (std::vector<std::string>{"B", "A"}));
 }

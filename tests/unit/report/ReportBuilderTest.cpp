@@ -13,6 +13,7 @@
 #include "report/CReportSources.h"
 #include "report/HtmlReport.h"
 #include "report/JsonReport.h"
+#include "report/MachineTimeline.h"
 #include "report/TextSummary.h"
 #include "support/TestFiles.h"
 #include "support/TestMachine.h"
@@ -542,4 +543,58 @@ TEST_F(ReportOfSeveralSources, TheFormsKeptOnDiskGiveTheSameReport)
     WriteHtmlReport(whole, html);
     EXPECT_NE(html.str().find("id=\"m1-event-0\""), std::string::npos);
     EXPECT_NE(html.str().find("<h2 class=\"computer\" id=\"computer-1\">Computer VM2</h2>"), std::string::npos);
+}
+
+TEST_F(ReportOfSeveralSources, ASourceIsNamedWithoutRegardToCaseOrASeparatorAtItsEnd)
+{
+    ReportOfSources report;
+    std::string reason;
+    ASSERT_TRUE(Build(report, reason, "WEEK2:A3", week1_ + "\\:A1")) << reason;
+    EXPECT_EQ(report.comparison->first.eventId, "A3");
+    EXPECT_EQ(report.comparison->second.eventId, "A1");
+    EXPECT_EQ(report.comparison->second.copy, "CA");
+}
+
+TEST_F(ReportOfSeveralSources, AnEventIdThatAnInstallerUsedAgainIsTwoEventsThatSaySo)
+{
+    const std::string week3 = WriteHistoryOf(
+        machine_.Root() + "\\week3", "VM", "[History]\r\n" + Finished("A1", "20261110 10:00:00", "20261110 10:10:00"),
+        {{"A1", Machine()}});
+    CReportSources sources;
+    std::string reason;
+    ASSERT_TRUE(sources.Open({week2_, week3}, reason)) << reason;
+    ReportOfSources report;
+    ASSERT_TRUE(CReportBuilder(sources).Build(report, reason)) << reason;
+    ASSERT_EQ(report.machines.size(), 1u);
+    std::vector<std::vector<std::string>> notes;
+    for (const EventReport& event : report.machines[0].copies[0].events) {
+        if (event.record.eventId == "A1")
+            notes.push_back(event.notes);
+    }
+    EXPECT_EQ(notes, (std::vector<std::vector<std::string>>{
+                         {"the EventID is also recorded with the start 20261110 10:00:00, in " + week3 +
+                          ": an installer used it again"},
+                         {"the EventID is also recorded with the start 20261101 10:00:00, in " + week2_ +
+                          ": an installer used it again"}}));
+}
+
+TEST_F(ReportOfSeveralSources, ASourceGivenTwiceIsRefused)
+{
+    CReportSources sources;
+    std::string reason;
+    EXPECT_FALSE(sources.Open({week1_, week2_, week1_ + "\\"}, reason));
+    EXPECT_EQ(reason, week1_ + "\\: the source is given twice");
+}
+
+// The computer report is written at each start: the event that wrote the
+// earlier one ran from it, however short it was.
+TEST(MachineTimelineTest, AnEventOfNoTimeRanFromItsOwnStart)
+{
+    std::vector<EventRecord> events(2);
+    events[0].startTime = events[0].endTime = "20261101 10:00:00";
+    events[0].completeFlag = "TRUE";
+    events[1].startTime = "20261101 11:00:00";
+    const MachineTimeline timeline(events);
+    EXPECT_EQ(timeline.RanBetween(*timeline.Start(0), 1), std::vector<std::size_t>{});
+    EXPECT_EQ(timeline.RanFromStartOf(0, 1), std::vector<std::size_t>{0});
 }

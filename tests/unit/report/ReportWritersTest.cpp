@@ -387,3 +387,13 @@ TEST(ReportWriters, TheTextSummaryLeavesOutAnOperatingSystemThatNoReportTold)
     WriteTextSummary(OneSource(report), out);
     EXPECT_EQ(out.str().substr(0, out.str().find('\n')), "Computer VM");
 }
+
+TEST(ReportWriters, TheTextSummarySaysSoWhereNoComputerReportNamedTheComputer)
+{
+    HistoryReport report = SmallReport();
+    report.computerName.clear();
+    report.operatingSystem.clear();
+    std::ostringstream out;
+    WriteTextSummary(OneSource(report), out);
+    EXPECT_EQ(out.str().substr(0, out.str().find('\n')), "Unknown computer");
+}
