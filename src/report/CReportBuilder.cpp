@@ -111,6 +111,8 @@ void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& r
             copy.events.push_back(std::move(reports[static_cast<std::size_t>(event - events.data())]));
         report.copies.push_back(std::move(copy));
     }
+    if (several && !machine.computer.empty())
+        report.computerName = machine.computer;
     DecodeHistoryTexts(report, decoder);
 }
 
@@ -216,15 +218,21 @@ bool CReportBuilder::FindCompared(const std::vector<MachineEvents>& machines, st
 bool CReportBuilder::FindEvent(const std::vector<MachineEvents>& machines, const std::string& name,
                                EventPlace& place, std::string& reason) const
 {
+    // A source named as the command line gives it wins over one named by its
+    // file's name, which two sources may share.
     std::size_t found = 0;
-    for (std::size_t machine = 0; machine < machines.size(); ++machine) {
-        const std::vector<EventRecord>& events = machines[machine].events;
-        for (std::size_t event = 0; event < events.size(); ++event) {
-            if (Names(events[event], machines[machine].holders[event], name)) {
-                place = EventPlace{machine, event};
-                ++found;
+    for (const Naming naming : {Naming::Exactly, Naming::ByFileName}) {
+        for (std::size_t machine = 0; machine < machines.size(); ++machine) {
+            const std::vector<EventRecord>& events = machines[machine].events;
+            for (std::size_t event = 0; event < events.size(); ++event) {
+                if (Names(events[event], machines[machine].holders[event], name) == naming) {
+                    place = EventPlace{machine, event};
+                    ++found;
+                }
             }
         }
+        if (found != 0)
+            break;
     }
     if (found == 1)
         return true;
@@ -240,25 +248,29 @@ bool CReportBuilder::FindEvent(const std::vector<MachineEvents>& machines, const
     return false;
 }
 
-// Whether `name` names the event: its EventID, or "SOURCE:EventID" for a
-// source that holds it, SOURCE as the command line gives it or its file's
-// name, without regard to the case of ASCII letters or a separator at its end.
-bool CReportBuilder::Names(const EventRecord& event, const std::vector<std::size_t>& holders,
-                           const std::string& name) const
+// How `name` names the event: exactly, as its EventID or "SOURCE:EventID"
+// with SOURCE as the command line gives a source that holds it, or by that
+// source's file's name; without regard to the case of ASCII letters in
+// SOURCE or a separator at its end.
+CReportBuilder::Naming CReportBuilder::Names(const EventRecord& event, const std::vector<std::size_t>& holders,
+                                             const std::string& name) const
 {
     if (name == event.eventId)
-        return true;
+        return Naming::Exactly;
     const std::size_t idAt = name.size() - std::min(name.size(), event.eventId.size());
     if (idAt < 2 || name.compare(idAt, std::string::npos, event.eventId) != 0 || name[idAt - 1] != ':')
-        return false;
+        return Naming::Not;
     const std::string source = platform::FoldedAsciiText(WithoutEndSeparators(name.substr(0, idAt - 1)));
+    Naming naming = Naming::Not;
     for (const std::size_t holder : holders) {
         const std::string given = platform::FoldedAsciiText(WithoutEndSeparators(sources_.Name(holder)));
         const std::string::size_type slash = given.find_last_of("/\\");
-        if (source == given || (slash != std::string::npos && source == given.substr(slash + 1)))
-            return true;
+        if (source == given)
+            return Naming::Exactly;
+        if (slash != std::string::npos && source == given.substr(slash + 1))
+            naming = Naming::ByFileName;
     }
-    return false;
+    return naming;
 }
 
 void CReportBuilder::TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after)
@@ -319,29 +331,50 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
             report.sources.push_back(sources_.Name(holder));
     }
     NoteTheSameEventId(report);
-    const CHistorySource& source = sources_.Source(event.source);
     report.outcome = OutcomeOf(event);
     report.durationSeconds = SecondsBetween(event.startTime, event.endTime);
-    report.eventLogName = FindEventLog(source, event);
-    report.installerLogs = InstallerLogsOf(source, event, report.eventLogName);
-    if (report.eventLogName.empty()) {
-        report.notes.push_back("the event log is not in the source");
+    std::optional<CEventLogReader> log;
+    ReadTheBestLog(event, report, log);
+    if (!log)
         return report;
-    }
-    CEventLogReader log(event.eventId, sectionMemo_);
-    ReadEventLog(source, report, log);
-    report.notes.insert(report.notes.end(), log.notes.begin(), log.notes.end());
-    report.messages = std::move(log.messages);
-    report.messagesLeftOut = log.messagesLeftOut;
-    report.messagesCut = std::move(log.messagesCut);
-    report.hasBefore = log.before.present;
-    report.hasAfter = log.after.present;
-    before = std::move(log.before);
-    after = std::move(log.after);
+    report.notes.insert(report.notes.end(), log->notes.begin(), log->notes.end());
+    report.messages = std::move(log->messages);
+    report.messagesLeftOut = log->messagesLeftOut;
+    report.messagesCut = std::move(log->messagesCut);
+    report.hasBefore = log->before.present;
+    report.hasAfter = log->after.present;
+    before = std::move(log->before);
+    after = std::move(log->after);
     before.usersByGroupsAlone = after.usersByGroupsAlone = RecordedOnLinux(event);
-    computer = std::move(log.computer);
-    TakeMachine(log, event, history);
+    computer = std::move(log->computer);
+    TakeMachine(*log, event, history);
     return report;
+}
+
+// The event log and the installer's files from the source that the event is
+// read from; where that source lacks the log or holds it damaged, from the
+// next that holds it, in the order of the event's sources. Without any, the
+// report says so and `log` stays empty.
+void CReportBuilder::ReadTheBestLog(const EventRecord& event, EventReport& report,
+                                    std::optional<CEventLogReader>& log) const
+{
+    const EventReport base = report;
+    for (const std::size_t holder : events_->holders[report.place]) {
+        const CHistorySource& source = sources_.Source(holder);
+        const std::string name = FindEventLog(source, event);
+        if (name.empty())
+            continue;
+        report = base;
+        report.eventLogName = name;
+        report.installerLogs = InstallerLogsOf(source, event, name);
+        log.emplace(event.eventId, sectionMemo_);
+        if (ReadEventLog(source, report, *log))
+            return;
+    }
+    if (log)
+        return;
+    report.installerLogs = InstallerLogsOf(sources_.Source(event.source), event, std::string());
+    report.notes.push_back("the event log is not in the source");
 }
 
 // Sources of one machine can hold an EventID with two starts: the section
@@ -361,8 +394,9 @@ void CReportBuilder::NoteTheSameEventId(EventReport& report) const
 }
 
 // The event log streamed line by line into the reader, with notes of what
-// stood in the way: damage, lines cut at their limit, the file's limit.
-void CReportBuilder::ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const
+// stood in the way: damage, lines cut at their limit, the file's limit;
+// false if it can't be read whole.
+bool CReportBuilder::ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const
 {
     const EventLogReading reading = StreamEventLog(source, report.eventLogName, log);
     if (!reading.whole && source.IsArchive())
@@ -376,6 +410,7 @@ void CReportBuilder::ReadEventLog(const CHistorySource& source, EventReport& rep
     if (reading.bytes >= CHistorySource::kFileLimit)
         report.notes.push_back("the event log reaches " + std::to_string(CHistorySource::kFileLimit) +
                                " bytes, the most that the report reads of a file: the rest is not read");
+    return reading.whole;
 }
 
 // The machine as the first event of History.ini that has a computer report

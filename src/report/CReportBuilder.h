@@ -89,14 +89,16 @@ private:
     bool FindCompared(const std::vector<MachineEvents>& machines, std::string& reason);
     bool FindEvent(const std::vector<MachineEvents>& machines, const std::string& name, EventPlace& place,
                    std::string& reason) const;
-    bool Names(const EventRecord& event, const std::vector<std::size_t>& holders, const std::string& name) const;
+    enum class Naming { Not, ByFileName, Exactly };
+    Naming Names(const EventRecord& event, const std::vector<std::size_t>& holders, const std::string& name) const;
     void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after);
     EventComparison CompareTheTwo() const;
     void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
     EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
                           HistoryReport& history);
     void NoteTheSameEventId(EventReport& report) const;
-    void ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const;
+    void ReadTheBestLog(const EventRecord& event, EventReport& report, std::optional<CEventLogReader>& log) const;
+    bool ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
     void TakeAfterSnapshotsUntil(long long time);
     void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);

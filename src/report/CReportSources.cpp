@@ -1,5 +1,6 @@
 #include "report/CReportSources.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/FileSystem.h"
@@ -98,14 +99,20 @@ bool CReportSources::ReadEvents(Opened& opened) const
     return true;
 }
 
-// The computer as the event log of the source's last event that names one
-// names it: the machine's name when the source was taken, which a machine
-// cloned from another's image, history and all, doesn't share with it.
+// The computer as the event log of the source's last event by its start
+// that names one names it: the machine's name when the source was taken,
+// which a machine cloned from another's image, history and all, doesn't
+// share with it.
 std::string CReportSources::ComputerOf(const Opened& opened)
 {
     std::size_t asked = 0;
-    const std::vector<EventRecord>& events = opened.events.events;
-    for (auto event = events.rbegin(); event != events.rend(); ++event) {
+    std::vector<const EventRecord*> events;
+    for (const EventRecord& event : opened.events.events)
+        events.push_back(&event);
+    std::stable_sort(events.begin(), events.end(), [](const EventRecord* one, const EventRecord* other) {
+        return one->startTime > other->startTime;
+    });
+    for (const EventRecord* event : events) {
         const std::string log = FindEventLog(*opened.source, *event);
         if (log.empty())
             continue;

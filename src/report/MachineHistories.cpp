@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/common/AsciiCase.h"
+#include "report/EventFacts.h"
 
 namespace {
 
@@ -17,7 +18,14 @@ Telling WhatItTells(const SourceEvents& source, std::size_t event)
 {
     const EventRecord& record = source.events[event];
     const bool logHeld = event < source.logsHeld.size() && source.logsHeld[event];
-    return {record.inHistoryIni, !record.endTime.empty(), logHeld, source.whole};
+    return {record.inHistoryIni, source.whole, !record.endTime.empty(), logHeld};
+}
+
+// The event's start where it can be read, else empty: a start cut off in a
+// damaged History.ini tells nothing.
+std::string StartOf(const EventRecord& record)
+{
+    return SecondsOfStamp(record.startTime) ? record.startTime : std::string();
 }
 
 // A machine's history as its sources are added, with where each event
@@ -27,8 +35,9 @@ public:
     // The place of the event that the record is a copy of, or none.
     std::optional<std::size_t> Find(const EventRecord& record) const
     {
-        if (!record.startTime.empty()) {
-            const auto found = places_.find({record.eventId, record.startTime});
+        const std::string start = StartOf(record);
+        if (!start.empty()) {
+            const auto found = places_.find({record.eventId, start});
             if (found != places_.end())
                 return found->second;
         }
@@ -36,7 +45,7 @@ public:
         if (same == byId_.end())
             return std::nullopt;
         for (const std::size_t place : same->second) {
-            if (record.startTime.empty() || events_.events[place].startTime.empty())
+            if (start.empty() || StartOf(events_.events[place]).empty())
                 return place;
         }
         return std::nullopt;
@@ -54,6 +63,8 @@ public:
 
     void Add(std::size_t place, const SourceEvents& source)
     {
+        if (events_.computer.empty())
+            events_.computer = source.computer;
         events_.sources.push_back(place);
         for (std::size_t event = 0; event < source.events.size(); ++event)
             AddEvent(place, source, event);
@@ -62,7 +73,11 @@ public:
     // The place of its first source.
     std::size_t FirstSource() const { return *std::min_element(events_.sources.begin(), events_.sources.end()); }
 
-    MachineEvents Take() { return std::move(events_); }
+    MachineEvents Take()
+    {
+        std::sort(events_.sources.begin(), events_.sources.end());
+        return std::move(events_);
+    }
 
 private:
     void AddEvent(std::size_t place, const SourceEvents& source, std::size_t event)
@@ -94,8 +109,9 @@ private:
 
     void Place(std::size_t place, const EventRecord& record)
     {
-        if (!record.startTime.empty())
-            places_.emplace(std::make_pair(record.eventId, record.startTime), place);
+        const std::string start = StartOf(record);
+        if (!start.empty())
+            places_.emplace(std::make_pair(record.eventId, start), place);
         std::vector<std::size_t>& same = byId_[record.eventId];
         if (same.empty() || same.back() != place)
             same.push_back(place);

@@ -26,6 +26,10 @@ struct SourceEvents {
 // the earlier ones lack), and for each event, the sources that hold it, the
 // one that it is read from first.
 struct MachineEvents {
+    // The computer as the first of the machine's sources that names one
+    // names it, or empty.
+    std::string computer;
+    // In the order of the command line.
     std::vector<std::size_t> sources;
     std::vector<EventRecord> events;
     std::vector<std::vector<std::size_t>> holders;
@@ -37,9 +41,9 @@ struct MachineEvents {
 // holds every one of its events, else is a machine of its own.
 //
 // An event of one machine is one event in every source that holds it: the
-// same EventID and start, or the same EventID where a damaged archive
-// without History.ini knows the event by its log alone, without a start. Of
-// its copies, the one that History.ini holds wins, then one that ended,
-// then one whose source holds its log, then one of a whole source, then
-// the first source's.
+// same EventID and start, or the same EventID where a damaged source knows
+// the event without a start that can be read (by its log alone, or from a
+// History.ini cut off in its section). Of its copies, the one that
+// History.ini holds wins, then one of a whole source, then one that ended,
+// then one whose source holds its log, then the first source's.
 std::vector<MachineEvents> MergeByComputer(const std::vector<SourceEvents>& sources);

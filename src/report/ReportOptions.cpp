@@ -19,7 +19,7 @@ const char* const kReportUsage =
     "                  written on Linux is read as UTF-8 whatever N is\n"
     "  -compare E1 E2  compare the snapshot after event E1 with the snapshot\n"
     "                  after event E2, on the console and on the page; with\n"
-    "                  several sources, name an event SOURCE:EventID\n"
+    "                  several sources, SOURCE:EventID names an event of one\n"
     "  -before         with -compare, take the snapshot before E1 instead\n"
     "  -h              show this text\n"
     "\n"

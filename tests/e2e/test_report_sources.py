@@ -37,12 +37,14 @@ def record_two_weeks(env):
     collect(env, "week2.zip")
 
 
-def as_another_computer(env, source, target):
-    """A copy of the archive whose event logs name another computer."""
+def as_another_computer(env, source, target, logs_of=("",)):
+    """A copy of the archive whose event logs name another computer: all, or
+    those of the events named."""
     with zipfile.ZipFile(env.work / source) as archive, zipfile.ZipFile(env.work / target, "w") as copy:
         for entry in archive.infolist():
             data = archive.read(entry)
-            if entry.filename.replace("\\", "/").endswith("/ZORInstallEvent.Log"):
+            name = entry.filename.replace("\\", "/")
+            if any(name.endswith(f"{event}/ZORInstallEvent.Log") for event in logs_of):
                 data = re.sub(re.escape(COMPUTER_LABEL.encode()) + rb"[^\r\n]*",
                               (COMPUTER_LABEL + OTHER_COMPUTER).encode(), data)
             copy.writestr(entry, data, compress_type=zipfile.ZIP_DEFLATED)
@@ -153,13 +155,51 @@ def without_entry(env, source, target, ending):
                 copy_.writestr(entry, archive.read(entry), compress_type=zipfile.ZIP_DEFLATED)
 
 
-def test_an_event_is_read_from_the_archive_that_holds_its_log(env):
+def with_entry_damaged(env, source, target, ending):
+    """A copy of the archive with bytes inside the deflated data of the entry
+    whose name ends so changed."""
+    data = bytearray((env.work / source).read_bytes())
+    with zipfile.ZipFile(env.work / source) as archive:
+        entry = next(e for e in archive.infolist() if e.filename.replace("\\", "/").endswith(ending))
+    header = entry.header_offset
+    name_size, extra_size = int.from_bytes(data[header + 26:header + 28], "little"), \
+        int.from_bytes(data[header + 28:header + 30], "little")
+    middle = header + 30 + name_size + extra_size + entry.compress_size // 2
+    for at in range(middle, middle + 8):
+        data[at] ^= 0x5A
+    (env.work / target).write_bytes(bytes(data))
+
+
+def test_an_event_is_read_from_the_archive_that_holds_its_log_whole(env):
     record_two_weeks(env)
     without_entry(env, "week1.zip", "nolog.zip", "CopyA/A1/ZORInstallEvent.Log")
-    make_report(env, "nolog.zip", "week2.zip", "-json", "r.json")
-    a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
-    expect_equal((a1["sources"], a1["snapshotBefore"], a1["snapshotAfter"]),
-                 (["week2.zip", "nolog.zip"], True, True), "A1, whose log the first archive lacks")
+    with_entry_damaged(env, "week1.zip", "bad.zip", "CopyA/A1/ZORInstallEvent.Log")
+    for first in ("nolog.zip", "bad.zip"):
+        make_report(env, first, "week2.zip", "-json", "r.json")
+        a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
+        expect_equal((a1["snapshotBefore"], a1["snapshotAfter"], a1["notes"], sorted(a1["sources"])),
+                     (True, True, [], sorted([first, "week2.zip"])), f"A1, whose log {first} lacks whole")
+
+
+def test_a_machine_cloned_and_renamed_is_a_machine_of_its_own_under_its_name(env):
+    """A clone of this machine's image, history and all, named SHOP-PC
+    before its latest event: its archive shares the events before."""
+    record_two_weeks(env)
+    as_another_computer(env, "week2.zip", "clone.zip", logs_of=("A3",))
+    make_report(env, "week1.zip", "clone.zip", "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    expect_equal([(machine["machine"]["computer"] == OTHER_COMPUTER, machine["sources"])
+                  for machine in document["machines"]],
+                 [(False, ["week1.zip"]), (True, ["clone.zip"])], "machines and their sources")
+
+
+def test_a_source_named_as_given_wins_over_one_of_the_same_file_name(env):
+    record_two_weeks(env)
+    (env.work / "y").mkdir()
+    as_another_computer(env, "week1.zip", "y/week1.zip")
+    out = make_report(env, "week1.zip", "y/week1.zip", "-compare", "week1.zip:A1", "y/week1.zip:A1")
+    assert ("Compared the after snapshot of week1.zip:A1 (copy CopyA) against the after snapshot of "
+            "y/week1.zip:A1 (copy CopyA)") in out.splitlines(), out
 
 
 def test_an_archive_cut_off_anywhere_adds_no_event_twice(env):

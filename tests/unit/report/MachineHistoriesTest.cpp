@@ -101,7 +101,8 @@ TEST(MergeByComputer, ASourceOfAnUnknownComputerJoinsTheMachineThatHoldsAllItsEv
                          Source("VM1", {Event("E1", "20261101 10:00:00", "20261101 10:05:00"),
                                         Event("E2", "20261102 10:00:00", "20261102 10:05:00")})});
     ASSERT_EQ(machines.size(), 2u);
-    EXPECT_EQ(machines[0].sources, (std::vector<std::size_t>{2, 0}));
+    EXPECT_EQ(machines[0].sources, (std::vector<std::size_t>{0, 2}));
+    EXPECT_EQ(machines[0].computer, "VM1");
     EXPECT_EQ(IdsOf(machines[0]), (std::vector<std::string>{"E1", "E2"}));
     EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{2, 0}));
     EXPECT_EQ(machines[0].events[1].startTime, "20261102 10:00:00");
@@ -133,7 +134,9 @@ TEST(MergeByComputer, WhatHistoryIniHoldsWinsOverAnEventKnownByItsLogAlone)
     EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{1, 0}));
 }
 
-TEST(MergeByComputer, ACopyWhoseLogTheSourceHoldsWinsThenOneOfAWholeSource)
+// A damaged source's copy may be cut off anywhere: a whole source's wins,
+// and of those, one whose source holds the event's log.
+TEST(MergeByComputer, ACopyOfAWholeSourceWinsThenOneWhoseSourceHoldsItsLog)
 {
     const EventRecord e1 = Event("E1", "20261101 10:00:00", "20261101 10:05:00");
     SourceEvents withoutLog = Source("VM1", {e1});
@@ -144,7 +147,18 @@ TEST(MergeByComputer, ACopyWhoseLogTheSourceHoldsWinsThenOneOfAWholeSource)
     const std::vector<MachineEvents> machines = MergeByComputer({withoutLog, damaged, whole});
     ASSERT_EQ(machines.size(), 1u);
     EXPECT_EQ(machines[0].events[0].source, 2u);
-    EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{2, 1, 0}));
+    EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{2, 0, 1}));
+}
+
+TEST(MergeByComputer, AStartCutOffInADamagedHistoryIniIsNoStart)
+{
+    SourceEvents cut = Source("VM1", {Event("E1", "20")});
+    cut.whole = false;
+    const std::vector<MachineEvents> machines =
+        MergeByComputer({Source("VM1", {Event("E1", "20261101 10:00:00")}), cut});
+    ASSERT_EQ(machines.size(), 1u);
+    EXPECT_EQ(IdsOf(machines[0]), (std::vector<std::string>{"E1"}));
+    EXPECT_EQ(machines[0].holders[0], (std::vector<std::size_t>{0, 1}));
 }
 
 TEST(MergeByComputer, OneSourceIsItsHistoryAsItStands)
