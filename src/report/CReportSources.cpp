@@ -1,9 +1,11 @@
 #include "report/CReportSources.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "platform/FileSystem.h"
+#include "platform/common/AsciiCase.h"
 #include "report/CEventLogReader.h"
 #include "report/EventFacts.h"
 #include "report/EventLogStream.h"
@@ -16,6 +18,20 @@ const char kHistoryIniName[] = "History.ini";
 // one of an unknown computer: a log without it is damaged, and a source of
 // damaged logs mustn't cost a second reading of them all.
 constexpr std::size_t kLogsAskedForTheComputer = 4;
+
+// The events whose logs a damaged archive holds that the part of History.ini
+// that could be read lacks (its sections past the damage), known by their
+// logs alone.
+void AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std::string>& entryNames)
+{
+    std::set<std::string> known;
+    for (const EventRecord& event : events)
+        known.insert(platform::FoldedAsciiText(event.eventId));
+    for (EventRecord& event : EventsOfTheLogs(entryNames)) {
+        if (known.insert(platform::FoldedAsciiText(event.eventId)).second)
+            events.push_back(std::move(event));
+    }
+}
 
 }  // namespace
 
@@ -87,8 +103,10 @@ bool CReportSources::ReadEvents(Opened& opened) const
     const bool whole = source.Contains(kHistoryIniName) && source.ReadProfile(kHistoryIniName, historyIni);
     if (whole || !historyIni.empty()) {
         opened.events.events = ReadHistoryEvents(historyIni);
-        if (!whole)
+        if (!whole) {
             opened.notes.push_back("History.ini is damaged: the events that could be read of it are shown");
+            AddEventsOfTheLogs(opened.events.events, source.DamagedArchiveFiles());
+        }
         return true;
     }
     opened.events.events = EventsOfTheLogs(source.DamagedArchiveFiles());

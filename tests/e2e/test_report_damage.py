@@ -95,6 +95,21 @@ def test_an_archive_cut_off_in_history_ini_reports_what_stands_of_it(env):
     assert first["changes"] is not None, f"{EVENTS[0]} was not compared"
 
 
+def test_events_past_the_cut_in_history_ini_are_known_by_their_logs(env):
+    archive, history, logs = recorded_archive(env)
+    cut_at = data_offset(archive, history) + history.compress_size // 4
+    assert all(data_offset(archive, log) + log.compress_size <= cut_at for log in logs), \
+        "the logs stand behind History.ini in the archive"
+    archive.write_bytes(archive.read_bytes()[:cut_at])
+    make_report(env, archive, "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    events = {event["eventId"]: event for copy in document["copies"] for event in copy["events"]}
+    expect_equal(sorted(events), sorted(EVENTS), "events of History.ini cut off and of the logs")
+    for event in events.values():
+        expect_equal((event["snapshotBefore"], event["snapshotAfter"]), (True, True),
+                     f"snapshots of {event['eventId']}")
+
+
 def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):
     archive, _, logs = recorded_archive(env)
     hurt = logs[0]
