@@ -254,7 +254,7 @@ void CEventLogReader::ComputerLine(const std::string& line)
         std::string name = label;
         name.pop_back();
         computer.present = true;
-        computer.fieldsRule = [](const SnapshotSection&, const std::string& label, const SnapshotItem& item) {
+        computer.fieldsRule = [](const SnapshotSection&, std::string_view label, const SnapshotItem& item) {
             return NamedValueFields("computerLine", "label", "text", ItemField::Form::Text, label, item.value);
         };
         computer.Add(TrimmedRight(name), TextBehind(line, label));

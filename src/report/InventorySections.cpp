@@ -26,13 +26,13 @@ const char kGlobalProfilePrefix[] = "global profile ";
 constexpr std::size_t kRegistryText = kRegistryValueBufferSize - 1;
 constexpr std::size_t kRegistryName = kRegistryNameSize - 1;
 
-bool IsProductKeyName(const std::string& text)
+bool IsProductKeyName(std::string_view text)
 {
     return StartsWith(text, kProductKeyPrefix);
 }
 
 // The version column joins three values with a "." between each two.
-bool IsJoinedVersion(const std::string& text)
+bool IsJoinedVersion(std::string_view text)
 {
     return std::count(text.begin(), text.end(), '.') >= 2;
 }
@@ -183,8 +183,9 @@ private:
         const TableRows rows = FindTableRows(lines_, from, kProductRule, 2, kProductRule);
         RowSearchBudget budget;
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            const std::vector<std::string> fields =
+            const std::vector<std::string_view> views =
                 RecordedRowFields(lines_[i], kFields.data(), kFields.size(), budget);
+            const std::vector<std::string> fields(views.begin(), views.end());
             section_.Add(copy_ + ": product " + fields[0],
                          "version " + fields[2] + ", service level " + fields[3] + ", code " + fields[1] +
                              ", last modified " + fields[4],
@@ -233,7 +234,7 @@ private:
 // The fields of a value below its owner, which keeps none of its own: a
 // parameter of an instance or a driver, a global profile value of a copy.
 // It is named by its owner's fields and the text behind the owner's name.
-ItemFields BelowItsOwner(const SnapshotSection& section, const std::string& name, const SnapshotItem& item)
+ItemFields BelowItsOwner(const SnapshotSection& section, std::string_view name, const SnapshotItem& item)
 {
     if (name.size() < item.owner.size() + 2)
         return ItemFields();
@@ -242,13 +243,13 @@ ItemFields BelowItsOwner(const SnapshotSection& section, const std::string& name
     const auto owner = section.ownFields.find(item.owner);
     const ItemFields ownerFields =
         owner == section.ownFields.end() ? ItemFields{"copy", {TextField("copy", "")}, {}, 0} : owner->second;
-    std::string own = name.substr(item.owner.size() + 2);
+    std::string own(name.substr(item.owner.size() + 2));
     const char* kind = ownerFields.kind == "instance" ? "instanceParameter" : "driverParameter";
     if (ownerFields.kind == "copy" || ownerFields.kind == "copyBeforeV9") {
         kind = "globalProfileValue";
         own.erase(0, std::strlen(kGlobalProfilePrefix));
     }
-    ItemFields fields{kind, ownerFields.names, {TextField("value", item.value)}, 0};
+    ItemFields fields{kind, ownerFields.names, {TextField("value", std::string(item.value))}, 0};
     fields.names.push_back(TextField("name", own));
     return fields;
 }

@@ -13,9 +13,9 @@ constexpr std::size_t kRegistryText = kRegistryValueBufferSize - 1;
 // The language, an unsigned 32-bit number in decimal.
 constexpr std::size_t kLanguageDigits = 10;
 
-bool IsDecimalNumber(const std::string& text)
+bool IsDecimalNumber(std::string_view text)
 {
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 // Publisher, name, version, install date and language in their columns, the
@@ -51,7 +51,7 @@ std::string::size_type StateWordsAt(const std::string& row)
 
 void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
 {
-    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+    section.fieldsRule = [](const SnapshotSection&, std::string_view name, const SnapshotItem& item) {
         return NamedValueFields("software", "name", "version", ItemField::Form::Text, name, item.value);
     };
     using namespace texts::software;
@@ -59,14 +59,15 @@ void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
     RowSearchBudget budget;
     for (std::size_t i = rows.first; i < rows.end; ++i) {
-        const std::vector<std::string> fields = RecordedRowFields(lines[i], kFields.data(), kFields.size(), budget);
+        const std::vector<std::string_view> fields =
+            RecordedRowFields(lines[i], kFields.data(), kFields.size(), budget);
         section.Add(fields[1], fields[2]);
     }
 }
 
 void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
 {
-    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+    section.fieldsRule = [](const SnapshotSection&, std::string_view name, const SnapshotItem& item) {
         return NamedValueFields("process", "image", "count", ItemField::Form::Number, name, item.value);
     };
     using namespace texts::processes;
@@ -82,7 +83,7 @@ void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
 
 void ReadServicesSection(const SectionLines& lines, SnapshotSection& section)
 {
-    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+    section.fieldsRule = [](const SnapshotSection&, std::string_view name, const SnapshotItem& item) {
         return NamedValueFields("service", "displayName", "state", ItemField::Form::Text, name, item.value);
     };
     using namespace texts::services;

@@ -17,8 +17,13 @@ std::map<std::string, std::string> Values(const SnapshotSection& section)
 {
     std::map<std::string, std::string> values;
     for (const auto& item : section.items)
-        values[item.first] = item.second.value;
+        values[std::string(item.first)] = std::string(item.second.value);
     return values;
+}
+
+std::vector<std::string> Texts(const std::vector<std::string_view>& views)
+{
+    return std::vector<std::string>(views.begin(), views.end());
 }
 
 }  // namespace
@@ -470,23 +475,23 @@ TEST(SectionReaders, RowsThatNoReadingFitsAreCutAtTheirColumnsAndTheirSearchIsBo
     const RowField fields[] = {{30, 99, nullptr}, {65, 99, nullptr}, {20, 99, nullptr}, {11, 10, nullptr}, {0, 99, nullptr}};
     RowField numbered[5];
     std::copy(std::begin(fields), std::end(fields), numbered);
-    numbered[3].accepts = [](const std::string& text) { return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos; };
+    numbered[3].accepts = [](std::string_view text) { return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos; };
     const std::string row = Left("TAQ Inc.", 30) + Left(std::string(70, 'n'), 65) + Left("9.0", 20) + Left("", 11) + "C:\\";
     RowSearchBudget budget;
-    const std::vector<std::string> cut = RecordedRowFields(row, numbered, 5, budget);
+    const std::vector<std::string> cut = Texts(RecordedRowFields(row, numbered, 5, budget));
     EXPECT_EQ(cut, (std::vector<std::string>{"TAQ Inc.", std::string(65, 'n'), "nnnnn9.0", "", "C:\\"}));
     EXPECT_LT(budget.left, RowSearchBudget().left);
 
     RowSearchBudget spent;
     spent.left = 0;
-    EXPECT_EQ(RecordedRowFields(row, numbered, 5, spent), cut);
+    EXPECT_EQ(Texts(RecordedRowFields(row, numbered, 5, spent)), cut);
     // A row that fits its columns needs no search, budget or not.
     const std::string fitting = Left("TAQ Inc.", 30) + Left("ZOR Client", 65) + Left("9.0", 20) + Left("1033", 11) + "C:\\";
-    EXPECT_EQ(RecordedRowFields(fitting, numbered, 5, spent),
+    EXPECT_EQ(Texts(RecordedRowFields(fitting, numbered, 5, spent)),
               (std::vector<std::string>{"TAQ Inc.", "ZOR Client", "9.0", "1033", "C:\\"}));
     // With budget, the overflowing name is read whole.
     const std::string overflowing = Left("TAQ Inc.", 30) + std::string(70, 'n') + Left("9.0", 20) + Left("1033", 11) + "C:\\";
     RowSearchBudget fresh;
-    EXPECT_EQ(RecordedRowFields(overflowing, numbered, 5, fresh),
+    EXPECT_EQ(Texts(RecordedRowFields(overflowing, numbered, 5, fresh)),
               (std::vector<std::string>{"TAQ Inc.", std::string(70, 'n'), "9.0", "1033", "C:\\"}));
 }
