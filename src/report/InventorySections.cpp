@@ -55,36 +55,49 @@ std::vector<RowField> ProductFields()
 // behind it. A name that fills its column runs into the value with nothing
 // between them, so the two can't be told apart: the row's whole text then
 // names the parameter.
-void SplitParameter(const std::string& row, std::size_t width, std::string& name, std::string& value)
+void SplitParameter(std::string_view row, std::size_t width, std::string_view& name, std::string_view& value)
 {
     const bool columnFull = row.size() >= width && row.front() != ' ' && row[width - 1] != ' ';
     if (columnFull) {
         name = row;
-        value.clear();
+        value = std::string_view();
         return;
     }
-    name = TrimmedText(row.substr(0, std::min(width, row.size())));
-    value = width < row.size() ? row.substr(width) : std::string();
+    name = TrimmedView(row.substr(0, std::min(width, row.size())));
+    value = width < row.size() ? row.substr(width) : std::string_view();
 }
 
 // A global parameter row: the name and its ":" in a column of 30, the value
 // behind it. A name of 30 characters or more pushes the value along; the
 // first ":" from the column's end on then ends the name.
-void SplitGlobalParameter(const std::string& row, std::string& name, std::string& value)
+void SplitGlobalParameter(std::string_view row, std::string_view& name, std::string_view& value)
 {
     const std::size_t width = kGlobalNameWidth;
-    const std::string column = TrimmedText(row.substr(0, std::min(width, row.size())));
-    std::string::size_type colon = std::string::npos;
+    const std::string_view column = TrimmedView(row.substr(0, std::min(width, row.size())));
+    std::string_view::size_type colon = std::string_view::npos;
     if (row.size() >= width && !column.empty() && column.back() == ':') {
         name = column.substr(0, column.size() - 1);
         value = row.substr(width);
-    } else if ((colon = row.find(':', width - 1)) != std::string::npos) {
-        name = TrimmedText(row.substr(0, colon));
+    } else if ((colon = row.find(':', width - 1)) != std::string_view::npos) {
+        name = TrimmedView(row.substr(0, colon));
         value = row.substr(colon + 1);
     } else {
-        name = TrimmedText(row);
-        value.clear();
+        name = TrimmedView(row);
+        value = std::string_view();
     }
+}
+
+// A value below its owner, named by the owner's name, ": ", the kind's words
+// and its own name; the name is put together in `key`, which the reader keeps
+// from row to row rather than making a string for each.
+void AddBelow(SnapshotSection& section, std::string& key, const std::string& owner, const char* kindWords,
+              std::string_view name, std::string_view value)
+{
+    key.assign(owner);
+    key += ": ";
+    key += kindWords;
+    key += name;
+    section.Add(key, value, owner);
 }
 
 class ProductsReader {
@@ -169,10 +182,10 @@ private:
     {
         const TableRows rows = FindTableRows(lines_, from, kProfileRule, 1, kProfileRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            std::string name;
-            std::string value;
+            std::string_view name;
+            std::string_view value;
             SplitGlobalParameter(lines_[i], name, value);
-            section_.Add(copy_ + ": " + kGlobalProfilePrefix + name, value, copy_);
+            AddBelow(section_, key_, copy_, kGlobalProfilePrefix, name, value);
         }
         return rows.next;
     }
@@ -212,10 +225,10 @@ private:
         section_.Describe(instance, OfTheCopy("instance", {TextField("instance", instanceName)}, {}));
         const TableRows rows = FindTableRows(lines_, from, kParameterRule, 2, kParameterRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            std::string name;
-            std::string value;
+            std::string_view name;
+            std::string_view value;
             SplitParameter(lines_[i], kParameterNameWidth, name, value);
-            section_.Add(instance + ": " + name, value, instance);
+            AddBelow(section_, key_, instance, "", name, value);
         }
         return rows.next;
     }
@@ -226,6 +239,7 @@ private:
     bool v9Copies_ = false;
     int priorCopies_ = 0;
     std::string copy_ = "copy (no name)";
+    std::string key_;
     // The fields that name the copy that the lines are of; the copy without a
     // name has an empty one.
     std::vector<ItemField> copyFields_{TextField("copy", "")};
@@ -287,11 +301,12 @@ void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
             const std::string driverName = TextBehind(line, odbc::kDriverNameLabel);
             const std::string driver = MarkDriver(driverName, section);
             const TableRows rows = FindTableRows(lines, i, parameterRule, 2, parameterRule);
+            std::string key;
             for (std::size_t row = rows.first; row < rows.end; ++row) {
-                std::string name;
-                std::string value;
+                std::string_view name;
+                std::string_view value;
                 SplitParameter(lines[row], odbc::kParameterNameWidth, name, value);
-                section.Add(driver + ": " + name, value, driver);
+                AddBelow(section, key, driver, "", name, value);
             }
             i = rows.next;
         }

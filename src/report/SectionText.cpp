@@ -263,7 +263,12 @@ std::string TrimmedRight(std::string_view text)
 
 std::string TrimmedText(std::string_view text)
 {
-    return std::string(TrimmedPart(text, 0, text.size()));
+    return std::string(TrimmedView(text));
+}
+
+std::string_view TrimmedView(std::string_view text)
+{
+    return TrimmedPart(text, 0, text.size());
 }
 
 // Most lines differ from the start in their first byte: they cost no more.

@@ -8,6 +8,8 @@
 #include <vector>
 
 std::string TrimmedText(std::string_view text);
+// The same as a part of the text.
+std::string_view TrimmedView(std::string_view text);
 std::string TrimmedRight(std::string_view text);
 bool StartsWith(std::string_view text, const char* start);
 // The text behind `start`, which it must begin with.

@@ -42,13 +42,35 @@ void SnapshotSection::Add(std::string_view name, std::string_view value, std::st
         return;
     }
     SnapshotItem& item = at->second;
+    if (JoinsLater(name, owner, fields, item)) {
+        std::vector<std::string_view>& values = rowValues_[at->first];
+        if (values.empty())
+            values.push_back(item.value);
+        values.push_back(texts_.Keep(value));
+    } else {
+        JoinFields(name, item, value, owner, std::move(fields));
+    }
+    item.value = texts_.Join({item.value, ", ", value});
+}
+
+bool SnapshotSection::JoinsLater(std::string_view name, std::string_view owner, const ItemFields& fields,
+                                 const SnapshotItem& item) const
+{
+    return fields.kind.empty() && fieldsRule != nullptr && owner.empty() && item.owner.empty() &&
+           ownFields.find(name) == ownFields.end();
+}
+
+void SnapshotSection::JoinFields(std::string_view name, SnapshotItem& item, std::string_view value,
+                                 std::string_view owner, ItemFields fields)
+{
     if (fields.kind.empty() && fieldsRule != nullptr)
         fields = fieldsRule(*this, name, SnapshotItem{value, owner});
     auto own = ownFields.find(name);
-    if (own == ownFields.end())
+    if (own == ownFields.end()) {
         own = ownFields.emplace(name, FieldsOf(name, item)).first;
+        rowValues_.erase(name);
+    }
     JoinValues(own->second.values, fields.values);
-    item.value = texts_.Join({item.value, ", ", value});
 }
 
 void SnapshotSection::Mark(std::string_view name, std::string_view owner, ItemFields fields)
@@ -71,7 +93,17 @@ ItemFields SnapshotSection::FieldsOf(std::string_view name, const SnapshotItem& 
     const auto own = ownFields.find(name);
     if (own != ownFields.end())
         return own->second;
-    return fieldsRule == nullptr ? ItemFields() : fieldsRule(*this, name, item);
+    if (fieldsRule == nullptr)
+        return ItemFields();
+    const auto rows = rowValues_.find(name);
+    if (rows == rowValues_.end())
+        return fieldsRule(*this, name, item);
+    ItemFields fields = fieldsRule(*this, name, SnapshotItem{rows->second.front(), item.owner});
+    for (std::size_t row = 1; row < rows->second.size(); ++row) {
+        ItemFields more = fieldsRule(*this, name, SnapshotItem{rows->second[row], item.owner});
+        JoinValues(fields.values, more.values);
+    }
+    return fields;
 }
 
 ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,

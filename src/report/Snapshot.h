@@ -99,7 +99,19 @@ struct SnapshotSection {
     ItemFields FieldsOf(std::string_view name, const SnapshotItem& item) const;
 
 private:
+    // Whether a name listed again keeps its rows' values for its fields to be
+    // made from when asked for: a thing without an owner, whose fields the
+    // rule makes from its name and value alone, and which has none of its own.
+    bool JoinsLater(std::string_view name, std::string_view owner, const ItemFields& fields,
+                    const SnapshotItem& item) const;
+    void JoinFields(std::string_view name, SnapshotItem& item, std::string_view value, std::string_view owner,
+                    ItemFields fields);
+
     CTextStore texts_;
+    // The values of each row of a name listed more than once, in their order,
+    // where the fields are made when asked for: the software list names many
+    // products more than once, and few of them show in a change.
+    std::map<std::string_view, std::vector<std::string_view>> rowValues_;
 };
 
 // A machine's snapshots repeat most sections from one to the next (an install
