@@ -24,6 +24,8 @@ public:
     std::string_view Keep(std::string_view text);
     // The parts, one after another, kept as one text.
     std::string_view Join(std::initializer_list<std::string_view> parts);
+    // The blocks that the store holds, its own and those it shares.
+    std::size_t Blocks() const { return blocks_.size(); }
 
 private:
     // A text longer than a quarter of a block gets a block of its own, so

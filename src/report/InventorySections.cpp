@@ -114,7 +114,7 @@ public:
 private:
     std::size_t ReadLine(std::size_t i)
     {
-        const std::string& line = lines_[i++];
+        const std::string_view line = lines_[i++];
         if (line == kPartABanner)
             priorToV9_ = true;
         else if (line == kPartBBanner)
@@ -214,8 +214,8 @@ private:
     {
         const TableRows rows = FindTableRows(lines_, from, kInstanceRule, 2, kInstanceRule);
         for (std::size_t i = rows.first; i < rows.end; ++i)
-            section_.Mark(copy_ + ": instance " + lines_[i], copy_,
-                          OfTheCopy("instance", {TextField("instance", lines_[i])}, {}));
+            section_.Mark(copy_ + ": instance " + std::string(lines_[i]), copy_,
+                          OfTheCopy("instance", {TextField("instance", std::string(lines_[i]))}, {}));
         return rows.next;
     }
 
@@ -291,11 +291,11 @@ void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
     const std::string parameterRule(odbc::kParameterRuleLength, '-');
     section.fieldsRule = BelowItsOwner;
     for (std::size_t i = 0; i < lines.size();) {
-        const std::string& line = lines[i++];
+        const std::string_view line = lines[i++];
         if (line == odbc::kDriverListHeader) {
             const TableRows rows = FindTableRows(lines, i, driverRule, 1, driverRule);
             for (std::size_t row = rows.first; row < rows.end; ++row)
-                MarkDriver(lines[row], section);
+                MarkDriver(std::string(lines[row]), section);
             i = rows.next;
         } else if (StartsWith(line, odbc::kDriverNameLabel)) {
             const std::string driverName = TextBehind(line, odbc::kDriverNameLabel);

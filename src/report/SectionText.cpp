@@ -300,7 +300,7 @@ std::vector<std::string_view> RowColumns(std::string_view row, const int* widths
     return fields;
 }
 
-TableRows FindTableRows(const std::vector<std::string>& lines, std::size_t from, const std::string& rule,
+TableRows FindTableRows(const std::vector<std::string_view>& lines, std::size_t from, const std::string& rule,
                         int rulesBeforeRows, const std::string& closingRule)
 {
     TableRows rows;

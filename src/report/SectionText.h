@@ -62,5 +62,5 @@ struct TableRows {
     std::size_t next = 0;
     bool closed = false;
 };
-TableRows FindTableRows(const std::vector<std::string>& lines, std::size_t from, const std::string& rule,
+TableRows FindTableRows(const std::vector<std::string_view>& lines, std::size_t from, const std::string& rule,
                         int rulesBeforeRows, const std::string& closingRule);

@@ -106,6 +106,17 @@ ItemFields SnapshotSection::FieldsOf(std::string_view name, const SnapshotItem& 
     return fields;
 }
 
+void SnapshotSection::Forget(std::string_view name)
+{
+    const auto item = items.find(name);
+    if (item != items.end())
+        items.erase(item);
+    const auto own = ownFields.find(name);
+    if (own != ownFields.end())
+        ownFields.erase(own);
+    rowValues_.erase(name);
+}
+
 ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,
                             std::string_view name, std::string_view value)
 {

@@ -97,6 +97,11 @@ struct SnapshotSection {
     void Describe(std::string_view name, ItemFields fields);
     // The thing's fields: its own, or those that the rule gives it.
     ItemFields FieldsOf(std::string_view name, const SnapshotItem& item) const;
+    // Leaves the thing out, with its fields, as if it had never been added.
+    void Forget(std::string_view name);
+    // The blocks of text that the section holds, shared with the sections it
+    // was copied from.
+    std::size_t TextBlocks() const { return texts_.Blocks(); }
 
 private:
     // Whether a name listed again keeps its rows' values for its fields to be
