@@ -43,8 +43,8 @@ std::size_t PlaceIn(std::string_view row, std::string_view field)
     return field.empty() ? 0 : static_cast<std::size_t>(field.data() - row.data());
 }
 
-// More changed rows than this share of the table cost more to put into the
-// section read before than to read whole.
+// A table of which more than one row in this many changed costs more to put
+// into the section read before than to read whole.
 constexpr std::size_t kPatchShare = 8;
 
 }  // namespace
@@ -69,15 +69,16 @@ std::shared_ptr<SnapshotSection> CSoftwareTable::Read(const SectionLines& lines)
         }
     }
     const std::size_t changedRows = static_cast<std::size_t>(std::count(changed.begin(), changed.end(), true));
+    const std::size_t goneRows = rows_.size() > rows.size() ? rows_.size() - rows.size() : 0;
     std::shared_ptr<SnapshotSection> section;
-    if (readAlone_ && section_ != nullptr && section_->TextBlocks() <= kSharedBlockLimit &&
-        (changedRows + (rows_.size() > rows.size() ? rows_.size() - rows.size() : 0)) * kPatchShare <= rows.size())
+    if (Patchable(changedRows + goneRows, rows.size())) {
         section = Patched(rows, changed);
-    if (section == nullptr) {
+    } else {
         section = std::make_shared<SnapshotSection>();
         section->fieldsRule = SoftwareItemFields;
         for (const Row& row : rows)
             section->Add(row.Name(), row.Version());
+        wholeBlocks_ = section->TextBlocks();
     }
     texts_ = std::move(texts);
     rows_ = std::move(rows);
@@ -91,6 +92,13 @@ CSoftwareTable::Row CSoftwareTable::ReadRow(std::string_view text, RowSearchBudg
     static const std::vector<RowField> kFields = SoftwareFields();
     const std::vector<std::string_view> fields = RecordedRowFields(text, kFields.data(), kFields.size(), budget);
     return Row{text, PlaceIn(text, fields[1]), fields[1].size(), PlaceIn(text, fields[2]), fields[2].size()};
+}
+
+bool CSoftwareTable::Patchable(std::size_t changedRows, std::size_t rows) const
+{
+    constexpr std::size_t kFewBlocks = 8;
+    return readAlone_ && section_ != nullptr && section_->TextBlocks() < 2 * wholeBlocks_ + kFewBlocks &&
+           changedRows * kPatchShare <= rows;
 }
 
 // Whether the row stands where it stood in the table read before, as it

@@ -39,9 +39,12 @@ private:
 
     static Row ReadRow(std::string_view text, RowSearchBudget& budget);
 
-    // A section that shares more blocks of text than this with the ones it
-    // was made from is read whole again, so that what they hold stays bounded.
-    static constexpr std::size_t kSharedBlockLimit = 16;
+    // Whether the section read before may be the one that the changed rows
+    // are put into: each section so made shares the blocks of text of those
+    // it came from, and one that would share more than twice those of the
+    // last section read whole, and a few, is read whole again, so that what
+    // the sections hold stays bounded.
+    bool Patchable(std::size_t changedRows, std::size_t rows) const;
 
     bool Unchanged(std::size_t place, std::string_view text) const;
     std::vector<std::string_view> ChangedNames(const std::vector<Row>& rows, const std::vector<bool>& changed) const;
@@ -53,4 +56,5 @@ private:
     // the same whatever was searched for the rows before it.
     bool readAlone_ = false;
     std::shared_ptr<const SnapshotSection> section_;
+    std::size_t wholeBlocks_ = 0;
 };

@@ -271,16 +271,6 @@ std::string_view TrimmedView(std::string_view text)
     return TrimmedPart(text, 0, text.size());
 }
 
-// Most lines differ from the start in their first byte: they cost no more.
-bool StartsWith(std::string_view text, const char* start)
-{
-    if (start[0] == '\0')
-        return true;
-    if (text.empty() || text[0] != start[0])
-        return false;
-    return text.compare(0, std::strlen(start), start) == 0;
-}
-
 std::string TextBehind(std::string_view text, const char* start)
 {
     return std::string(text.substr(std::min(text.size(), std::strlen(start))));
