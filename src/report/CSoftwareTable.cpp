@@ -51,14 +51,31 @@ constexpr std::size_t kPatchShare = 8;
 
 std::shared_ptr<SnapshotSection> CSoftwareTable::Read(const SectionLines& lines)
 {
-    const TableRows table = FindTableRows(lines, 0, texts::software::kRule, 2, texts::software::kRule);
     CTextStore texts;
     std::vector<Row> rows;
     std::vector<bool> changed;
+    const bool readAlone = ReadRows(lines, texts, rows, changed);
+    const std::size_t changedRows = static_cast<std::size_t>(std::count(changed.begin(), changed.end(), true));
+    const std::size_t goneRows = rows_.size() > rows.size() ? rows_.size() - rows.size() : 0;
+    const std::shared_ptr<SnapshotSection> section =
+        Patchable(changedRows + goneRows, rows.size()) ? Patched(rows, changed) : Whole(rows);
+    texts_ = std::move(texts);
+    rows_ = std::move(rows);
+    readAlone_ = readAlone;
+    section_ = section;
+    return section;
+}
+
+// The table's rows, each kept in `kept`, and whether each changed; true if
+// none of them needed a search of its readings.
+bool CSoftwareTable::ReadRows(const SectionLines& lines, CTextStore& kept, std::vector<Row>& rows,
+                              std::vector<bool>& changed) const
+{
+    const TableRows table = FindTableRows(lines, 0, texts::software::kRule, 2, texts::software::kRule);
     RowSearchBudget budget;
     const std::size_t fullBudget = budget.left;
     for (std::size_t i = table.first; i < table.end; ++i) {
-        const std::string_view text = texts.Keep(lines[i]);
+        const std::string_view text = kept.Keep(lines[i]);
         const std::size_t place = i - table.first;
         changed.push_back(!Unchanged(place, text));
         if (changed.back()) {
@@ -68,22 +85,16 @@ std::shared_ptr<SnapshotSection> CSoftwareTable::Read(const SectionLines& lines)
             rows.back().text = text;
         }
     }
-    const std::size_t changedRows = static_cast<std::size_t>(std::count(changed.begin(), changed.end(), true));
-    const std::size_t goneRows = rows_.size() > rows.size() ? rows_.size() - rows.size() : 0;
-    std::shared_ptr<SnapshotSection> section;
-    if (Patchable(changedRows + goneRows, rows.size())) {
-        section = Patched(rows, changed);
-    } else {
-        section = std::make_shared<SnapshotSection>();
-        section->fieldsRule = SoftwareItemFields;
-        for (const Row& row : rows)
-            section->Add(row.Name(), row.Version());
-        wholeBlocks_ = section->TextBlocks();
-    }
-    texts_ = std::move(texts);
-    rows_ = std::move(rows);
-    readAlone_ = budget.left == fullBudget;
-    section_ = section;
+    return budget.left == fullBudget;
+}
+
+std::shared_ptr<SnapshotSection> CSoftwareTable::Whole(const std::vector<Row>& rows)
+{
+    auto section = std::make_shared<SnapshotSection>();
+    section->fieldsRule = SoftwareItemFields;
+    for (const Row& row : rows)
+        section->Add(row.Name(), row.Version());
+    wholeBlocks_ = section->TextBlocks();
     return section;
 }
 

@@ -37,7 +37,11 @@ private:
         std::string_view Version() const { return text.substr(versionAt, versionSize); }
     };
 
+    bool ReadRows(const SectionLines& lines, CTextStore& kept, std::vector<Row>& rows,
+                  std::vector<bool>& changed) const;
     static Row ReadRow(std::string_view text, RowSearchBudget& budget);
+    // The section of the rows read whole.
+    std::shared_ptr<SnapshotSection> Whole(const std::vector<Row>& rows);
 
     // Whether the section read before may be the one that the changed rows
     // are put into: each section so made shares the blocks of text of those

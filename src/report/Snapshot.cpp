@@ -60,6 +60,8 @@ bool SnapshotSection::JoinsLater(std::string_view name, std::string_view owner, 
            ownFields.find(name) == ownFields.end();
 }
 
+// The fields of a name listed again, joined at once: to its own, made first
+// from its rows so far where it has none.
 void SnapshotSection::JoinFields(std::string_view name, SnapshotItem& item, std::string_view value,
                                  std::string_view owner, ItemFields fields)
 {
