@@ -192,17 +192,17 @@ void CheckSnapshot(const Snapshot& snapshot)
 
 // ---- The comparison ----
 
-using Items = std::map<std::string, SnapshotItem>;
+using Items = SnapshotSection::Items;
 
-bool Has(const Items& items, const std::string& name)
+bool Has(const Items& items, std::string_view name)
 {
     return items.count(name) != 0;
 }
 
 // A text as a change tells it: cut to its limit.
-std::string Capped(const std::string& text)
+std::string Capped(std::string_view text)
 {
-    return text.substr(0, kItemTextLimit);
+    return std::string(text.substr(0, kItemTextLimit));
 }
 
 // What is told as added or removed is exactly the things on that side only,
@@ -215,7 +215,7 @@ void CheckOneSide(const std::vector<ListedItem>& listed, std::size_t leftOut, co
     for (auto item = side.begin(); item != side.end(); ++item) {
         if (Has(other, item->first))
             continue;
-        const std::string& owner = item->second.owner;
+        const std::string_view owner = item->second.owner;
         if (owner.empty() || !Has(side, owner) || Has(other, owner))
             expected.push_back(item);
     }

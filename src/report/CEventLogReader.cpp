@@ -47,12 +47,12 @@ bool IsSectionHeading(const std::string& line, SnapshotPart& part)
 }
 
 // The lines of a section's text, each of which ends with a line end.
-SectionLines LinesOf(const std::string& text)
+SectionLines LinesOf(std::string_view text)
 {
     SectionLines lines;
     for (std::size_t begin = 0, end; begin < text.size(); begin = end + 1) {
         end = text.find('\n', begin);
-        lines.emplace_back(text, begin, end - begin);
+        lines.push_back(text.substr(begin, end - begin));
     }
     return lines;
 }
@@ -254,7 +254,7 @@ void CEventLogReader::ComputerLine(const std::string& line)
         std::string name = label;
         name.pop_back();
         computer.present = true;
-        computer.fieldsRule = [](const SnapshotSection&, const std::string& label, const SnapshotItem& item) {
+        computer.fieldsRule = [](const SnapshotSection&, std::string_view label, const SnapshotItem& item) {
             return NamedValueFields("computerLine", "label", "text", ItemField::Form::Text, label, item.value);
         };
         computer.Add(TrimmedRight(name), TextBehind(line, label));
@@ -361,10 +361,16 @@ std::shared_ptr<const SnapshotSection> CEventLogReader::SectionRead(bool complet
 {
     if (std::shared_ptr<const SnapshotSection> known = memo_->Find(part_, sectionText_, complete))
         return known;
-    auto section = std::make_shared<SnapshotSection>();
+    const SectionLines lines = LinesOf(sectionText_);
+    std::shared_ptr<SnapshotSection> section;
+    if (part_ == SnapshotPart::Software) {
+        section = memo_->SoftwareTable().Read(lines);
+    } else {
+        section = std::make_shared<SnapshotSection>();
+        ReadSection(part_, lines, *section);
+    }
     section->present = true;
     section->complete = complete;
-    ReadSection(part_, LinesOf(sectionText_), *section);
     memo_->Keep(part_, std::move(sectionText_), section);
     return section;
 }

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "report/CSoftwareTable.h"
 #include "report/Snapshot.h"
 
 class CSectionMemo {
@@ -20,6 +21,8 @@ public:
     // The text (taken) and what was read of it, in place of the section's
     // text read before.
     void Keep(SnapshotPart part, std::string&& text, std::shared_ptr<const SnapshotSection> section);
+    // The software table as read last, which the next text of it is read from.
+    CSoftwareTable& SoftwareTable() { return softwareTable_; }
 
 private:
     struct Entry {
@@ -27,4 +30,5 @@ private:
         std::shared_ptr<const SnapshotSection> section;
     };
     std::array<Entry, kSnapshotPartCount> entries_;
+    CSoftwareTable softwareTable_;
 };

@@ -26,13 +26,13 @@ const char kGlobalProfilePrefix[] = "global profile ";
 constexpr std::size_t kRegistryText = kRegistryValueBufferSize - 1;
 constexpr std::size_t kRegistryName = kRegistryNameSize - 1;
 
-bool IsProductKeyName(const std::string& text)
+bool IsProductKeyName(std::string_view text)
 {
     return StartsWith(text, kProductKeyPrefix);
 }
 
 // The version column joins three values with a "." between each two.
-bool IsJoinedVersion(const std::string& text)
+bool IsJoinedVersion(std::string_view text)
 {
     return std::count(text.begin(), text.end(), '.') >= 2;
 }
@@ -55,36 +55,49 @@ std::vector<RowField> ProductFields()
 // behind it. A name that fills its column runs into the value with nothing
 // between them, so the two can't be told apart: the row's whole text then
 // names the parameter.
-void SplitParameter(const std::string& row, std::size_t width, std::string& name, std::string& value)
+void SplitParameter(std::string_view row, std::size_t width, std::string_view& name, std::string_view& value)
 {
     const bool columnFull = row.size() >= width && row.front() != ' ' && row[width - 1] != ' ';
     if (columnFull) {
         name = row;
-        value.clear();
+        value = std::string_view();
         return;
     }
-    name = TrimmedText(row.substr(0, std::min(width, row.size())));
-    value = width < row.size() ? row.substr(width) : std::string();
+    name = TrimmedView(row.substr(0, std::min(width, row.size())));
+    value = width < row.size() ? row.substr(width) : std::string_view();
 }
 
 // A global parameter row: the name and its ":" in a column of 30, the value
 // behind it. A name of 30 characters or more pushes the value along; the
 // first ":" from the column's end on then ends the name.
-void SplitGlobalParameter(const std::string& row, std::string& name, std::string& value)
+void SplitGlobalParameter(std::string_view row, std::string_view& name, std::string_view& value)
 {
     const std::size_t width = kGlobalNameWidth;
-    const std::string column = TrimmedText(row.substr(0, std::min(width, row.size())));
-    std::string::size_type colon = std::string::npos;
+    const std::string_view column = TrimmedView(row.substr(0, std::min(width, row.size())));
+    std::string_view::size_type colon = std::string_view::npos;
     if (row.size() >= width && !column.empty() && column.back() == ':') {
         name = column.substr(0, column.size() - 1);
         value = row.substr(width);
-    } else if ((colon = row.find(':', width - 1)) != std::string::npos) {
-        name = TrimmedText(row.substr(0, colon));
+    } else if ((colon = row.find(':', width - 1)) != std::string_view::npos) {
+        name = TrimmedView(row.substr(0, colon));
         value = row.substr(colon + 1);
     } else {
-        name = TrimmedText(row);
-        value.clear();
+        name = TrimmedView(row);
+        value = std::string_view();
     }
+}
+
+// A value below its owner, named by the owner's name, ": ", the kind's words
+// and its own name; the name is put together in `key`, which the reader keeps
+// from row to row rather than making a string for each.
+void AddBelow(SnapshotSection& section, std::string& key, const std::string& owner, const char* kindWords,
+              std::string_view name, std::string_view value)
+{
+    key.assign(owner);
+    key += ": ";
+    key += kindWords;
+    key += name;
+    section.Add(key, value, owner);
 }
 
 class ProductsReader {
@@ -101,7 +114,7 @@ public:
 private:
     std::size_t ReadLine(std::size_t i)
     {
-        const std::string& line = lines_[i++];
+        const std::string_view line = lines_[i++];
         if (line == kPartABanner)
             priorToV9_ = true;
         else if (line == kPartBBanner)
@@ -169,10 +182,10 @@ private:
     {
         const TableRows rows = FindTableRows(lines_, from, kProfileRule, 1, kProfileRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            std::string name;
-            std::string value;
+            std::string_view name;
+            std::string_view value;
             SplitGlobalParameter(lines_[i], name, value);
-            section_.Add(copy_ + ": " + kGlobalProfilePrefix + name, value, copy_);
+            AddBelow(section_, key_, copy_, kGlobalProfilePrefix, name, value);
         }
         return rows.next;
     }
@@ -183,8 +196,9 @@ private:
         const TableRows rows = FindTableRows(lines_, from, kProductRule, 2, kProductRule);
         RowSearchBudget budget;
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            const std::vector<std::string> fields =
+            const std::vector<std::string_view> views =
                 RecordedRowFields(lines_[i], kFields.data(), kFields.size(), budget);
+            const std::vector<std::string> fields(views.begin(), views.end());
             section_.Add(copy_ + ": product " + fields[0],
                          "version " + fields[2] + ", service level " + fields[3] + ", code " + fields[1] +
                              ", last modified " + fields[4],
@@ -200,8 +214,8 @@ private:
     {
         const TableRows rows = FindTableRows(lines_, from, kInstanceRule, 2, kInstanceRule);
         for (std::size_t i = rows.first; i < rows.end; ++i)
-            section_.Mark(copy_ + ": instance " + lines_[i], copy_,
-                          OfTheCopy("instance", {TextField("instance", lines_[i])}, {}));
+            section_.Mark(copy_ + ": instance " + std::string(lines_[i]), copy_,
+                          OfTheCopy("instance", {TextField("instance", std::string(lines_[i]))}, {}));
         return rows.next;
     }
 
@@ -211,10 +225,10 @@ private:
         section_.Describe(instance, OfTheCopy("instance", {TextField("instance", instanceName)}, {}));
         const TableRows rows = FindTableRows(lines_, from, kParameterRule, 2, kParameterRule);
         for (std::size_t i = rows.first; i < rows.end; ++i) {
-            std::string name;
-            std::string value;
+            std::string_view name;
+            std::string_view value;
             SplitParameter(lines_[i], kParameterNameWidth, name, value);
-            section_.Add(instance + ": " + name, value, instance);
+            AddBelow(section_, key_, instance, "", name, value);
         }
         return rows.next;
     }
@@ -225,6 +239,7 @@ private:
     bool v9Copies_ = false;
     int priorCopies_ = 0;
     std::string copy_ = "copy (no name)";
+    std::string key_;
     // The fields that name the copy that the lines are of; the copy without a
     // name has an empty one.
     std::vector<ItemField> copyFields_{TextField("copy", "")};
@@ -233,7 +248,7 @@ private:
 // The fields of a value below its owner, which keeps none of its own: a
 // parameter of an instance or a driver, a global profile value of a copy.
 // It is named by its owner's fields and the text behind the owner's name.
-ItemFields BelowItsOwner(const SnapshotSection& section, const std::string& name, const SnapshotItem& item)
+ItemFields BelowItsOwner(const SnapshotSection& section, std::string_view name, const SnapshotItem& item)
 {
     if (name.size() < item.owner.size() + 2)
         return ItemFields();
@@ -242,13 +257,13 @@ ItemFields BelowItsOwner(const SnapshotSection& section, const std::string& name
     const auto owner = section.ownFields.find(item.owner);
     const ItemFields ownerFields =
         owner == section.ownFields.end() ? ItemFields{"copy", {TextField("copy", "")}, {}, 0} : owner->second;
-    std::string own = name.substr(item.owner.size() + 2);
+    std::string own(name.substr(item.owner.size() + 2));
     const char* kind = ownerFields.kind == "instance" ? "instanceParameter" : "driverParameter";
     if (ownerFields.kind == "copy" || ownerFields.kind == "copyBeforeV9") {
         kind = "globalProfileValue";
         own.erase(0, std::strlen(kGlobalProfilePrefix));
     }
-    ItemFields fields{kind, ownerFields.names, {TextField("value", item.value)}, 0};
+    ItemFields fields{kind, ownerFields.names, {TextField("value", std::string(item.value))}, 0};
     fields.names.push_back(TextField("name", own));
     return fields;
 }
@@ -276,21 +291,22 @@ void ReadODBCDriversSection(const SectionLines& lines, SnapshotSection& section)
     const std::string parameterRule(odbc::kParameterRuleLength, '-');
     section.fieldsRule = BelowItsOwner;
     for (std::size_t i = 0; i < lines.size();) {
-        const std::string& line = lines[i++];
+        const std::string_view line = lines[i++];
         if (line == odbc::kDriverListHeader) {
             const TableRows rows = FindTableRows(lines, i, driverRule, 1, driverRule);
             for (std::size_t row = rows.first; row < rows.end; ++row)
-                MarkDriver(lines[row], section);
+                MarkDriver(std::string(lines[row]), section);
             i = rows.next;
         } else if (StartsWith(line, odbc::kDriverNameLabel)) {
             const std::string driverName = TextBehind(line, odbc::kDriverNameLabel);
             const std::string driver = MarkDriver(driverName, section);
             const TableRows rows = FindTableRows(lines, i, parameterRule, 2, parameterRule);
+            std::string key;
             for (std::size_t row = rows.first; row < rows.end; ++row) {
-                std::string name;
-                std::string value;
+                std::string_view name;
+                std::string_view value;
                 SplitParameter(lines[row], odbc::kParameterNameWidth, name, value);
-                section.Add(driver + ": " + name, value, driver);
+                AddBelow(section, key, driver, "", name, value);
             }
             i = rows.next;
         }

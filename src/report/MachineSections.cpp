@@ -2,35 +2,11 @@
 #include <map>
 
 #include "collectors/ReportTexts.h"
-#include "inventory/RegistryReader.h"
+#include "report/CSoftwareTable.h"
 #include "report/SectionReaders.h"
 #include "report/SectionText.h"
 
 namespace {
-
-// A text from the registry: at most the value buffer, less its terminator.
-constexpr std::size_t kRegistryText = kRegistryValueBufferSize - 1;
-// The language, an unsigned 32-bit number in decimal.
-constexpr std::size_t kLanguageDigits = 10;
-
-bool IsDecimalNumber(const std::string& text)
-{
-    return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-}
-
-// Publisher, name, version, install date and language in their columns, the
-// location behind them; each from the registry but the language, a number.
-std::vector<RowField> SoftwareFields()
-{
-    using namespace texts::software;
-    std::vector<RowField> fields;
-    for (std::size_t i = 0; i < kColumnCount; ++i)
-        fields.push_back(RowField{static_cast<std::size_t>(kColumnWidths[i]), kRegistryText, nullptr});
-    fields.back().longest = kLanguageDigits;
-    fields.back().accepts = IsDecimalNumber;
-    fields.push_back(RowField{0, kRegistryText, nullptr});
-    return fields;
-}
 
 // The state's words end the row, padded to their column; the display name
 // stands ahead of them in its column of 60, or longer.
@@ -51,30 +27,20 @@ std::string::size_type StateWordsAt(const std::string& row)
 
 void ReadSoftwareSection(const SectionLines& lines, SnapshotSection& section)
 {
-    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
-        return NamedValueFields("software", "name", "version", ItemField::Form::Text, name, item.value);
-    };
-    using namespace texts::software;
-    static const std::vector<RowField> kFields = SoftwareFields();
-    const TableRows rows = FindTableRows(lines, 0, kRule, 2, kRule);
-    RowSearchBudget budget;
-    for (std::size_t i = rows.first; i < rows.end; ++i) {
-        const std::vector<std::string> fields = RecordedRowFields(lines[i], kFields.data(), kFields.size(), budget);
-        section.Add(fields[1], fields[2]);
-    }
+    section = std::move(*CSoftwareTable().Read(lines));
 }
 
 void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
 {
-    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+    section.fieldsRule = [](const SnapshotSection&, std::string_view name, const SnapshotItem& item) {
         return NamedValueFields("process", "image", "count", ItemField::Form::Number, name, item.value);
     };
     using namespace texts::processes;
     const TableRows rows = FindTableRows(lines, 0, kRule, 2, kEnd);
     std::map<std::string, unsigned long> counts;
     for (std::size_t i = rows.first; i < rows.end; ++i) {
-        const std::string& row = lines[i];
-        ++counts[row.size() > static_cast<std::size_t>(kIdWidth) ? row.substr(kIdWidth) : std::string()];
+        const std::string_view row = lines[i];
+        ++counts[std::string(row.size() > static_cast<std::size_t>(kIdWidth) ? row.substr(kIdWidth) : std::string_view())];
     }
     for (const auto& count : counts)
         section.Add(count.first, std::to_string(count.second));
@@ -82,7 +48,7 @@ void ReadProcessesSection(const SectionLines& lines, SnapshotSection& section)
 
 void ReadServicesSection(const SectionLines& lines, SnapshotSection& section)
 {
-    section.fieldsRule = [](const SnapshotSection&, const std::string& name, const SnapshotItem& item) {
+    section.fieldsRule = [](const SnapshotSection&, std::string_view name, const SnapshotItem& item) {
         return NamedValueFields("service", "displayName", "state", ItemField::Form::Text, name, item.value);
     };
     using namespace texts::services;

@@ -4,12 +4,14 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "report/ReportModel.h"
 #include "report/Snapshot.h"
 
-using SectionLines = std::vector<std::string>;
+// The lines of a section, as parts of its text.
+using SectionLines = std::vector<std::string_view>;
 
 // Groups as "group <name>" and "global group <name>", users as "user <name>"
 // and "global user <name>" with the groups they belong to, and the logged-on

@@ -12,7 +12,7 @@ bool IsBlank(char c)
 
 // The part of the text from `start`, at most `count` bytes, without the blanks
 // at either end.
-std::string TrimmedPart(const std::string& text, std::size_t start, std::size_t count)
+std::string_view TrimmedPart(std::string_view text, std::size_t start, std::size_t count)
 {
     std::size_t end = start + std::min(count, text.size() - start);
     while (start < end && IsBlank(text[start]))
@@ -26,7 +26,7 @@ std::string TrimmedPart(const std::string& text, std::size_t start, std::size_t 
 // fields of a row are padded on the same side.
 enum class PadSide { AfterText, BeforeText };
 
-bool IsAllBlank(const std::string& text)
+bool IsAllBlank(std::string_view text)
 {
     return std::all_of(text.begin(), text.end(), IsBlank);
 }
@@ -38,16 +38,16 @@ bool IsAllBlank(const std::string& text)
 // than its fields times its length times the longest text.
 class RowReading {
 public:
-    RowReading(const std::string& row, const RowField* fields, std::size_t count, PadSide side, bool strict,
+    RowReading(std::string_view row, const RowField* fields, std::size_t count, PadSide side, bool strict,
                RowSearchBudget& budget)
         : row_(row), fields_(fields), count_(count), side_(side), strict_(strict), budget_(budget)
     {
     }
 
     // The fields of the best reading, or nothing if there is none.
-    std::vector<std::string> Read()
+    std::vector<std::string_view> Read()
     {
-        std::vector<std::string> values;
+        std::vector<std::string_view> values;
         if (ReadFitted(values))
             return values;
         values.clear();
@@ -71,10 +71,10 @@ private:
     // The reading of most rows, each field within its column and none filling
     // it: no reading has a lower cost, and none has shorter fields, so it is
     // the best one whenever it keeps the rules, and the search is spared.
-    bool ReadFitted(std::vector<std::string>& values) const
+    bool ReadFitted(std::vector<std::string_view>& values) const
     {
         std::size_t at = 0;
-        std::string text;
+        std::string_view text;
         for (std::size_t field = 0; field + 1 < count_; ++field) {
             const RowField& column = fields_[field];
             if (at + column.width > row_.size() || !FittedText(at, column.width, text) || FillsColumn(column, text) != 0 ||
@@ -105,9 +105,9 @@ private:
     // A strict reading takes no text with two blanks in a row, which padding
     // has and names seldom do, but in a last field without a column, and no
     // last field that begins with padding.
-    bool Accepts(const RowField& field, const std::string& text, bool last) const
+    bool Accepts(const RowField& field, std::string_view text, bool last) const
     {
-        if (strict_ && (!last || field.width != 0) && text.find("  ") != std::string::npos)
+        if (strict_ && (!last || field.width != 0) && text.find("  ") != std::string_view::npos)
             return false;
         if (strict_ && last && !text.empty() && IsBlank(text.front()))
             return false;
@@ -116,11 +116,11 @@ private:
 
     // The text of a field that fits its column: padded on the row's side,
     // and not on the other.
-    bool FittedText(std::size_t at, std::size_t width, std::string& text) const
+    bool FittedText(std::size_t at, std::size_t width, std::string_view& text) const
     {
-        const std::string column = row_.substr(at, width);
+        const std::string_view column = row_.substr(at, width);
         if (IsAllBlank(column)) {
-            text.clear();
+            text = std::string_view();
             return true;
         }
         const bool paddedRight = side_ == PadSide::AfterText;
@@ -130,9 +130,9 @@ private:
         return true;
     }
 
-    std::string TextOf(std::size_t field, std::size_t at, std::size_t next) const
+    std::string_view TextOf(std::size_t field, std::size_t at, std::size_t next) const
     {
-        std::string text;
+        std::string_view text;
         if (next - at == fields_[field].width)
             FittedText(at, fields_[field].width, text);
         else
@@ -142,16 +142,16 @@ private:
 
     // The last field is the rest of the row: a field without a column as it
     // stands, one with a column without its padding.
-    std::string LastText(std::size_t at) const
+    std::string_view LastText(std::size_t at) const
     {
         const RowField& column = fields_[count_ - 1];
-        const std::string rest = row_.substr(at);
-        return column.width == 0 || rest.size() > column.width ? rest : TrimmedText(rest);
+        const std::string_view rest = row_.substr(at);
+        return column.width == 0 || rest.size() > column.width ? rest : TrimmedPart(rest, 0, rest.size());
     }
 
     // The cost of the field's text from `at` to `next`, and of the best
     // reading of the rest behind it.
-    int Cost(std::size_t field, std::size_t next, const std::string& text)
+    int Cost(std::size_t field, std::size_t next, std::string_view text)
     {
         if (!Accepts(fields_[field], text, false))
             return kNone;
@@ -159,12 +159,12 @@ private:
         return rest == kNone ? kNone : rest + FillsColumn(fields_[field], text);
     }
 
-    static int FillsColumn(const RowField& field, const std::string& text)
+    static int FillsColumn(const RowField& field, std::string_view text)
     {
         return field.width != 0 && text.size() >= field.width ? 1 : 0;
     }
 
-    void Consider(std::size_t field, std::size_t at, std::size_t next, const std::string& text)
+    void Consider(std::size_t field, std::size_t at, std::size_t next, std::string_view text)
     {
         if (OutOfWork())
             return;
@@ -180,14 +180,14 @@ private:
     int Best(std::size_t field, std::size_t at)
     {
         if (field + 1 == count_) {
-            const std::string text = LastText(at);
+            const std::string_view text = LastText(at);
             return Accepts(fields_[field], text, true) ? FillsColumn(fields_[field], text) : kNone;
         }
         if (best_[Place(field, at)] != kUnknown)
             return best_[Place(field, at)];
         best_[Place(field, at)] = kNone;
         const RowField& column = fields_[field];
-        std::string text;
+        std::string_view text;
         if (at + column.width <= row_.size() && FittedText(at, column.width, text))
             Consider(field, at, at + column.width, text);
         // A longer text fills the column, so it costs at least 1 and, as long
@@ -205,7 +205,7 @@ private:
         return best_[Place(field, at)];
     }
 
-    const std::string& row_;
+    std::string_view row_;
     const RowField* fields_;
     std::size_t count_;
     PadSide side_;
@@ -226,25 +226,25 @@ std::size_t LongestRow(const RowField* fields, std::size_t count)
 }
 
 // A row that can't be read as written, cut at its columns.
-std::vector<std::string> CutAtColumns(const std::string& row, const RowField* fields, std::size_t count)
+std::vector<std::string_view> CutAtColumns(std::string_view row, const RowField* fields, std::size_t count)
 {
     std::vector<int> widths;
     for (std::size_t i = 0; i + 1 < count; ++i)
         widths.push_back(static_cast<int>(fields[i].width));
-    std::vector<std::string> values = RowColumns(row, widths.data(), widths.size());
-    values.back() = TrimmedText(values.back());
+    std::vector<std::string_view> values = RowColumns(row, widths.data(), widths.size());
+    values.back() = TrimmedPart(values.back(), 0, values.back().size());
     return values;
 }
 
 }  // namespace
 
-std::vector<std::string> RecordedRowFields(const std::string& row, const RowField* fields, std::size_t count,
-                                           RowSearchBudget& budget)
+std::vector<std::string_view> RecordedRowFields(std::string_view row, const RowField* fields, std::size_t count,
+                                                RowSearchBudget& budget)
 {
     if (count != 0 && row.size() <= LongestRow(fields, count)) {
         for (const bool strict : {true, false}) {
             for (const PadSide side : {PadSide::AfterText, PadSide::BeforeText}) {
-                std::vector<std::string> values = RowReading(row, fields, count, side, strict, budget).Read();
+                std::vector<std::string_view> values = RowReading(row, fields, count, side, strict, budget).Read();
                 if (!values.empty())
                     return values;
             }
@@ -253,49 +253,44 @@ std::vector<std::string> RecordedRowFields(const std::string& row, const RowFiel
     return CutAtColumns(row, fields, count);
 }
 
-std::string TrimmedRight(const std::string& text)
+std::string TrimmedRight(std::string_view text)
 {
     std::size_t end = text.size();
     while (end > 0 && IsBlank(text[end - 1]))
         --end;
-    return text.substr(0, end);
+    return std::string(text.substr(0, end));
 }
 
-std::string TrimmedText(const std::string& text)
+std::string TrimmedText(std::string_view text)
+{
+    return std::string(TrimmedView(text));
+}
+
+std::string_view TrimmedView(std::string_view text)
 {
     return TrimmedPart(text, 0, text.size());
 }
 
-// Most lines differ from the start in their first byte: they cost no more.
-bool StartsWith(const std::string& text, const char* start)
+std::string TextBehind(std::string_view text, const char* start)
 {
-    if (start[0] == '\0')
-        return true;
-    if (text.empty() || text[0] != start[0])
-        return false;
-    return text.compare(0, std::strlen(start), start) == 0;
+    return std::string(text.substr(std::min(text.size(), std::strlen(start))));
 }
 
-std::string TextBehind(const std::string& text, const char* start)
+std::vector<std::string_view> RowColumns(std::string_view row, const int* widths, std::size_t count)
 {
-    return text.substr(std::min(text.size(), std::strlen(start)));
-}
-
-std::vector<std::string> RowColumns(const std::string& row, const int* widths, std::size_t count)
-{
-    std::vector<std::string> fields;
+    std::vector<std::string_view> fields;
     fields.reserve(count + 1);
     std::size_t position = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t width = static_cast<std::size_t>(widths[i]);
-        fields.push_back(position < row.size() ? TrimmedPart(row, position, width) : std::string());
+        fields.push_back(position < row.size() ? TrimmedPart(row, position, width) : std::string_view());
         position += width;
     }
-    fields.push_back(position < row.size() ? TrimmedPart(row, position, row.size()) : std::string());
+    fields.push_back(position < row.size() ? TrimmedPart(row, position, row.size()) : std::string_view());
     return fields;
 }
 
-TableRows FindTableRows(const std::vector<std::string>& lines, std::size_t from, const std::string& rule,
+TableRows FindTableRows(const std::vector<std::string_view>& lines, std::size_t from, const std::string& rule,
                         int rulesBeforeRows, const std::string& closingRule)
 {
     TableRows rows;

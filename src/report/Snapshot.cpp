@@ -32,48 +32,97 @@ ItemField ListField(const char* key, std::vector<std::string> texts)
 }
 
 // A name listed again gets fields of its own, whose values list each row's.
-void SnapshotSection::Add(const std::string& name, const std::string& value, const std::string& owner,
-                          ItemFields fields)
+void SnapshotSection::Add(std::string_view name, std::string_view value, std::string_view owner, ItemFields fields)
 {
-    const auto inserted = items.emplace(name, SnapshotItem{value, owner});
-    if (inserted.second) {
+    const auto at = items.lower_bound(name);
+    if (at == items.end() || at->first != name) {
+        items.emplace_hint(at, texts_.Keep(name), SnapshotItem{texts_.Keep(value), texts_.Keep(owner)});
         if (!fields.kind.empty())
             Describe(name, std::move(fields));
         return;
     }
-    SnapshotItem& item = inserted.first->second;
+    SnapshotItem& item = at->second;
+    if (JoinsLater(name, owner, fields, item)) {
+        std::vector<std::string_view>& values = rowValues_[at->first];
+        if (values.empty())
+            values.push_back(item.value);
+        values.push_back(texts_.Keep(value));
+    } else {
+        JoinFields(name, item, value, owner, std::move(fields));
+    }
+    item.value = texts_.Join({item.value, ", ", value});
+}
+
+bool SnapshotSection::JoinsLater(std::string_view name, std::string_view owner, const ItemFields& fields,
+                                 const SnapshotItem& item) const
+{
+    return fields.kind.empty() && fieldsRule != nullptr && owner.empty() && item.owner.empty() &&
+           ownFields.find(name) == ownFields.end();
+}
+
+// The fields of a name listed again, joined at once: to its own, made first
+// from its rows so far where it has none.
+void SnapshotSection::JoinFields(std::string_view name, SnapshotItem& item, std::string_view value,
+                                 std::string_view owner, ItemFields fields)
+{
     if (fields.kind.empty() && fieldsRule != nullptr)
         fields = fieldsRule(*this, name, SnapshotItem{value, owner});
     auto own = ownFields.find(name);
-    if (own == ownFields.end())
+    if (own == ownFields.end()) {
         own = ownFields.emplace(name, FieldsOf(name, item)).first;
+        rowValues_.erase(name);
+    }
     JoinValues(own->second.values, fields.values);
-    item.value += ", " + value;
 }
 
-void SnapshotSection::Mark(const std::string& name, const std::string& owner, ItemFields fields)
+void SnapshotSection::Mark(std::string_view name, std::string_view owner, ItemFields fields)
 {
-    if (items.emplace(name, SnapshotItem{std::string(), owner}).second && !fields.kind.empty())
+    const auto at = items.lower_bound(name);
+    if (at != items.end() && at->first == name)
+        return;
+    items.emplace_hint(at, texts_.Keep(name), SnapshotItem{std::string_view(), texts_.Keep(owner)});
+    if (!fields.kind.empty())
         Describe(name, std::move(fields));
 }
 
-void SnapshotSection::Describe(const std::string& name, ItemFields fields)
+void SnapshotSection::Describe(std::string_view name, ItemFields fields)
 {
     ownFields.emplace(name, std::move(fields));
 }
 
-ItemFields SnapshotSection::FieldsOf(const std::string& name, const SnapshotItem& item) const
+ItemFields SnapshotSection::FieldsOf(std::string_view name, const SnapshotItem& item) const
 {
     const auto own = ownFields.find(name);
     if (own != ownFields.end())
         return own->second;
-    return fieldsRule == nullptr ? ItemFields() : fieldsRule(*this, name, item);
+    if (fieldsRule == nullptr)
+        return ItemFields();
+    const auto rows = rowValues_.find(name);
+    if (rows == rowValues_.end())
+        return fieldsRule(*this, name, item);
+    ItemFields fields = fieldsRule(*this, name, SnapshotItem{rows->second.front(), item.owner});
+    for (std::size_t row = 1; row < rows->second.size(); ++row) {
+        ItemFields more = fieldsRule(*this, name, SnapshotItem{rows->second[row], item.owner});
+        JoinValues(fields.values, more.values);
+    }
+    return fields;
+}
+
+void SnapshotSection::Forget(std::string_view name)
+{
+    const auto item = items.find(name);
+    if (item != items.end())
+        items.erase(item);
+    const auto own = ownFields.find(name);
+    if (own != ownFields.end())
+        ownFields.erase(own);
+    rowValues_.erase(name);
 }
 
 ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,
-                            const std::string& name, const std::string& value)
+                            std::string_view name, std::string_view value)
 {
-    return ItemFields{kind, {TextField(nameKey, name)}, {ItemField{valueKey, {value}, valueForm}}, 0};
+    return ItemFields{kind, {TextField(nameKey, std::string(name))}, {ItemField{valueKey, {std::string(value)}, valueForm}}, 0};
 }
 
 const SnapshotSection& Snapshot::Section(std::size_t index) const

@@ -10,9 +10,11 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "recorder/EventTexts.h"
+#include "report/CTextStore.h"
 
 // The sections in the snapshot's order.
 enum class SnapshotPart : std::size_t {
@@ -53,43 +55,68 @@ struct ItemFields {
 // The fields of a thing that has a name and one value: a software's name and
 // version, a process's image and count.
 ItemFields NamedValueFields(const char* kind, const char* nameKey, const char* valueKey, ItemField::Form valueForm,
-                            const std::string& name, const std::string& value);
+                            std::string_view name, std::string_view value);
 
 // A thing that a section names, and its value. A thing that belongs to
 // another one (a parameter to its instance, an instance to its copy) names
 // that one as its owner, so that a copy that comes or goes is told once,
-// without each of its parameters.
+// without each of its parameters. The texts are the section's own, kept in
+// its store.
 struct SnapshotItem {
-    std::string value;
-    std::string owner;
+    std::string_view value;
+    std::string_view owner;
 };
 
 struct SnapshotSection {
+    using Items = std::map<std::string_view, SnapshotItem>;
+
     bool present = false;
     bool complete = false;
-    std::map<std::string, SnapshotItem> items;
+    // The things by their names, which the section's store keeps, as it does
+    // their values and owners.
+    Items items;
     // How the things' fields follow from their names, values and owners, for
     // the things that keep none of their own: the largest sections' things
     // keep none, and their fields are made only for those that a change lists.
-    using FieldsRule = ItemFields (*)(const SnapshotSection& section, const std::string& name,
+    using FieldsRule = ItemFields (*)(const SnapshotSection& section, std::string_view name,
                                       const SnapshotItem& item);
     FieldsRule fieldsRule = nullptr;
     // The fields of the things that keep their own, by their names; kept
     // apart from the things, whose map stays as small as it can be.
-    std::map<std::string, ItemFields> ownFields;
+    std::map<std::string, ItemFields, std::less<>> ownFields;
 
     // Adds a thing; a name that is there already gets the new value joined
     // to its old one, and each field of the value made a list of both, so
-    // that two rows of one name both show.
-    void Add(const std::string& name, const std::string& value, const std::string& owner = std::string(),
+    // that two rows of one name both show. The texts are copied into the store.
+    void Add(std::string_view name, std::string_view value, std::string_view owner = std::string_view(),
              ItemFields fields = ItemFields());
     // A thing that has no value of its own: named once, however often it is.
-    void Mark(const std::string& name, const std::string& owner = std::string(), ItemFields fields = ItemFields());
+    void Mark(std::string_view name, std::string_view owner = std::string_view(), ItemFields fields = ItemFields());
     // The fields of a name that the things below it are named by, whether or
     // not it is a thing of the section itself.
-    void Describe(const std::string& name, ItemFields fields);
+    void Describe(std::string_view name, ItemFields fields);
     // The thing's fields: its own, or those that the rule gives it.
-    ItemFields FieldsOf(const std::string& name, const SnapshotItem& item) const;
+    ItemFields FieldsOf(std::string_view name, const SnapshotItem& item) const;
+    // Leaves the thing out, with its fields, as if it had never been added.
+    void Forget(std::string_view name);
+    // The blocks of text that the section holds, shared with the sections it
+    // was copied from.
+    std::size_t TextBlocks() const { return texts_.Blocks(); }
+
+private:
+    // Whether a name listed again keeps its rows' values for its fields to be
+    // made from when asked for: a thing without an owner, whose fields the
+    // rule makes from its name and value alone, and which has none of its own.
+    bool JoinsLater(std::string_view name, std::string_view owner, const ItemFields& fields,
+                    const SnapshotItem& item) const;
+    void JoinFields(std::string_view name, SnapshotItem& item, std::string_view value, std::string_view owner,
+                    ItemFields fields);
+
+    CTextStore texts_;
+    // The values of each row of a name listed more than once, in their order,
+    // where the fields are made when asked for: the software list names many
+    // products more than once, and few of them show in a change.
+    std::map<std::string_view, std::vector<std::string_view>> rowValues_;
 };
 
 // A machine's snapshots repeat most sections from one to the next (an install

@@ -6,7 +6,7 @@
 
 namespace {
 
-using Items = std::map<std::string, SnapshotItem>;
+using Items = SnapshotSection::Items;
 
 // Whether the thing's owner is on the same side of the change.
 bool OwnerAlsoListed(const SnapshotItem& item, const Items& side, const Items& other)
@@ -15,12 +15,12 @@ bool OwnerAlsoListed(const SnapshotItem& item, const Items& side, const Items& o
 }
 
 // The text up to the limit; the bytes cut are counted.
-std::string Capped(const std::string& text, std::uint64_t& bytesCut)
+std::string Capped(std::string_view text, std::uint64_t& bytesCut)
 {
     if (text.size() <= kItemTextLimit)
-        return text;
+        return std::string(text);
     bytesCut += text.size() - kItemTextLimit;
-    return text.substr(0, kItemTextLimit);
+    return std::string(text.substr(0, kItemTextLimit));
 }
 
 // The fields' texts up to the limit, a list's first kDetailLimit texts; the
@@ -61,7 +61,7 @@ ListedItem Listed(Items::const_iterator item, const SnapshotSection& section)
     listed.name = Capped(item->first, listed.bytesCut);
     listed.value = Capped(item->second.value, listed.bytesCut);
     listed.fields = CappedFields(section.FieldsOf(item->first, item->second));
-    const std::string below = item->first + ": ";
+    const std::string below = std::string(item->first) + ": ";
     for (auto detail = side.lower_bound(below);
          detail != side.end() && detail->first.compare(0, below.size(), below) == 0; ++detail) {
         if (listed.details.size() == kDetailLimit) {

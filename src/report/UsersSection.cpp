@@ -27,7 +27,7 @@ const std::string kUserRule(kUserRuleLength, '-');
 // A row: the group in its column of 30, ten blanks, the user. A group of 30
 // characters or more pushes the blanks along; a row of a damaged log may end
 // short of the column.
-void ReadUserRow(const std::string& row, Memberships& members)
+void ReadUserRow(std::string_view row, Memberships& members)
 {
     const std::string gap = kUserColumnGap;
     std::size_t gapAt = kGroupColumnWidth;
@@ -36,7 +36,7 @@ void ReadUserRow(const std::string& row, Memberships& members)
     if (gapAt == std::string::npos || gapAt > row.size())
         gapAt = row.size();
     const std::string group = TrimmedRight(row.substr(0, gapAt));
-    const std::string user = gapAt + gap.size() <= row.size() ? row.substr(gapAt + gap.size()) : "";
+    const std::string user(gapAt + gap.size() <= row.size() ? row.substr(gapAt + gap.size()) : std::string_view());
     members[user].insert(group);
 }
 
@@ -58,8 +58,8 @@ std::size_t ReadGroups(const SectionLines& lines, std::size_t from, const std::s
 {
     const TableRows rows = FindTableRows(lines, from, kGroupRule, 2, closingRule);
     for (std::size_t i = rows.first; i < rows.end; ++i)
-        section.Mark(kind + " " + lines[i], std::string(),
-                     ItemFields{KindKey(kind), {TextField("name", lines[i])}, {}});
+        section.Mark(kind + " " + std::string(lines[i]), std::string(),
+                     ItemFields{KindKey(kind), {TextField("name", std::string(lines[i]))}, {}});
     return rows.next;
 }
 
@@ -119,7 +119,7 @@ void ReadUsersSection(const SectionLines& lines, SnapshotSection& section)
     Memberships localMembers;
     Memberships globalMembers;
     for (std::size_t i = 0; i < lines.size();) {
-        const std::string& line = lines[i++];
+        const std::string_view line = lines[i++];
         if (StartsWith(line, kLoggedOnUserLabel))
             section.Add("logged-on user", TextBehind(line, kLoggedOnUserLabel), std::string(),
                         ItemFields{"loggedOnUser", {}, {TextField("user", TextBehind(line, kLoggedOnUserLabel))}});

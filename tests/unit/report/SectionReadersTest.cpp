@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "report/CSoftwareTable.h"
 #include "report/SectionReaders.h"
 #include "report/SectionText.h"
 
@@ -17,15 +18,28 @@ std::map<std::string, std::string> Values(const SnapshotSection& section)
 {
     std::map<std::string, std::string> values;
     for (const auto& item : section.items)
-        values[item.first] = item.second.value;
+        values[std::string(item.first)] = std::string(item.second.value);
     return values;
+}
+
+// Lines written out here; a reader takes them as parts of their texts.
+using TextLines = std::vector<std::string>;
+
+SectionLines ViewsOf(const TextLines& lines)
+{
+    return SectionLines(lines.begin(), lines.end());
+}
+
+std::vector<std::string> Texts(const std::vector<std::string_view>& views)
+{
+    return std::vector<std::string>(views.begin(), views.end());
 }
 
 }  // namespace
 
 TEST(SectionReaders, UsersGiveGroupsUsersWithTheirGroupsAndTheLoggedOnUser)
 {
-    const SectionLines lines = {
+    const TextLines lines = {
         "", "Logged on User:alice", Rule('=', 83), "", "Local Group List:", Rule('-', 35), "Group Name ",
         Rule('-', 35), "Administrators", "A group with a very long name indeed", Rule('-', 35), "",
         "Local User List:", Rule('-', 74), "Group                                   user   ", Rule('-', 74),
@@ -37,7 +51,7 @@ TEST(SectionReaders, UsersGiveGroupsUsersWithTheirGroupsAndTheLoggedOnUser)
         Rule('-', 74), Left("Domain Admins", 30) + "          alice", Rule('-', 74), Rule('=', 83),
     };
     SnapshotSection section;
-    ReadUsersSection(lines, section);
+    ReadUsersSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {
         {"logged-on user", "alice"},
         {"group Administrators", ""},
@@ -55,7 +69,7 @@ TEST(SectionReaders, SoftwareGivesEachProductByNameWithItsVersion)
     const std::string header =
         "Publisher                     Product Name                                                     "
         "Version             InstallDate   Language   Location";
-    const SectionLines lines = {
+    const TextLines lines = {
         "", Rule('-', 185), header, Rule('-', 185),
         Left("TAQ Inc.", 30) + Left("ZOR Client", 65) + Left("9.1.0", 20) + Left("20061012", 14) +
             Left("1033", 11) + "C:\\ZOR",
@@ -64,7 +78,7 @@ TEST(SectionReaders, SoftwareGivesEachProductByNameWithItsVersion)
         Rule('-', 185),
     };
     SnapshotSection section;
-    ReadSoftwareSection(lines, section);
+    ReadSoftwareSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {{"ZOR Client", "9.1.0"},
                                                          {"Windows Installer 3.1", "3.1.4000"}};
     EXPECT_EQ(Values(section), expected);
@@ -72,7 +86,7 @@ TEST(SectionReaders, SoftwareGivesEachProductByNameWithItsVersion)
 
 TEST(SectionReaders, ProcessesAreCountedByImageNameWhateverTheAlignmentOfTheirIds)
 {
-    const SectionLines lines = {
+    const TextLines lines = {
         "", "Processes:4", "--------------------------------------------------- ",
         "Process ID         Process Name                     ",
         "--------------------------------------------------- ",
@@ -81,7 +95,7 @@ TEST(SectionReaders, ProcessesAreCountedByImageNameWhateverTheAlignmentOfTheirId
         "---------- Process List ( end )-------------------- ",
     };
     SnapshotSection section;
-    ReadProcessesSection(lines, section);
+    ReadProcessesSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {
         {"System", "1"}, {"svchost.exe", "2"}, {"my tool.exe", "1"}};
     EXPECT_EQ(Values(section), expected);
@@ -91,7 +105,7 @@ TEST(SectionReaders, ServicesGiveTheStateEvenBehindALongDisplayName)
 {
     const std::string rule = "-------------------------------------------------------------------- ";
     const std::string longName(64, 'Z');
-    const SectionLines lines = {
+    const TextLines lines = {
         "", rule, "Service Name                                                Status   ", rule,
         Left("ZOR Database Server", 60) + Left("Started", 15),
         Left("Windows Installer", 60) + "The service continue is pending",
@@ -100,7 +114,7 @@ TEST(SectionReaders, ServicesGiveTheStateEvenBehindALongDisplayName)
         rule,
     };
     SnapshotSection section;
-    ReadServicesSection(lines, section);
+    ReadServicesSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {
         {"ZOR Database Server", "Started"},
         {"Windows Installer", "The service continue is pending"},
@@ -112,7 +126,7 @@ TEST(SectionReaders, ServicesGiveTheStateEvenBehindALongDisplayName)
 
 TEST(SectionReaders, ProductCopiesGiveTheirProductsProfilesInstancesAndParameters)
 {
-    SectionLines lines = {
+    TextLines lines = {
         "", Rule('*', 93),
         "*  PART A --ZOR Installed Copies Information -- Prior to V9                                 *",
         Rule('*', 93), "", Rule('-', 48), "Total Products     :1", "Total ZOR Instances:0", Rule('-', 48), "",
@@ -141,7 +155,7 @@ TEST(SectionReaders, ProductCopiesGiveTheirProductsProfilesInstancesAndParameter
         Left("Max_Users", 36) + "50", Left("Empty", 36), Rule('-', 68), "",
     };
     SnapshotSection section;
-    ReadZORProductsSection(lines, section);
+    ReadZORProductsSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {
         {"copy before V9 #1", ""},
         {"copy before V9 #1: global profile ROOT", "C:\\OLD"},
@@ -163,14 +177,14 @@ TEST(SectionReaders, ProductCopiesGiveTheirProductsProfilesInstancesAndParameter
 
 TEST(SectionReaders, DriversGiveTheirParameters)
 {
-    const SectionLines lines = {
+    const TextLines lines = {
         "", "Total ZOR ODBC Drivers:1", Rule('-', 43), "Driver Name", Rule('-', 43), "TAQ ZOR Driver",
         Rule('-', 43), "", "ODBC Driver:TAQ ZOR Driver", Rule('-', 76),
         "Parameter Name                Value                ", Rule('-', 76),
         Left("Driver", 30) + "C:\\ZOR\\odbc.dll", Left("UsageCount", 30) + "1", Rule('-', 76),
     };
     SnapshotSection section;
-    ReadODBCDriversSection(lines, section);
+    ReadODBCDriversSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {
         {"driver TAQ ZOR Driver", ""},
         {"driver TAQ ZOR Driver: Driver", "C:\\ZOR\\odbc.dll"},
@@ -182,21 +196,21 @@ TEST(SectionReaders, DriversGiveTheirParameters)
 TEST(SectionReaders, EmptyReportsNameNothing)
 {
     SnapshotSection products;
-    ReadZORProductsSection(NoProductLines(), products);
+    ReadZORProductsSection(ViewsOf(NoProductLines()), products);
     SnapshotSection drivers;
-    ReadODBCDriversSection(NoDriverLines(), drivers);
+    ReadODBCDriversSection(ViewsOf(NoDriverLines()), drivers);
     EXPECT_TRUE(products.items.empty());
     EXPECT_TRUE(drivers.items.empty());
 }
 
 TEST(SectionReaders, AMemberRowShortOfTheGroupColumnIsAGroupWithoutAUser)
 {
-    const SectionLines lines = {
+    const TextLines lines = {
         "Local User List:", Rule('-', 74), "Group                                   user   ", Rule('-', 74),
         "Users", Left("Guests", 34), Rule('-', 74),
     };
     SnapshotSection section;
-    ReadUsersSection(lines, section);
+    ReadUsersSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {{"user ", "member of Guests, Users"}};
     EXPECT_EQ(Values(section), expected);
 }
@@ -235,14 +249,14 @@ TEST(SectionReaders, SoftwareFieldsAsLongAsOrLongerThanTheirColumnsAreReadWhole)
         for (const std::size_t length : LengthsAround(widths[field], 99)) {
             std::string texts[4] = {"TAQ Inc.", "ZOR Client", "9.1.0", "20061012"};
             texts[field] = Text(texts[field], length, 'x');
-            const SectionLines lines = {
+            const TextLines lines = {
                 "", Rule('-', 185), header, Rule('-', 185),
                 Left(texts[0], 30) + Left(texts[1], 65) + Left(texts[2], 20) + Left(texts[3], 14) +
                     Left("4294967295", 11) + "C:\\ZOR",
                 Rule('-', 185),
             };
             SnapshotSection section;
-            ReadSoftwareSection(lines, section);
+            ReadSoftwareSection(ViewsOf(lines), section);
             const std::map<std::string, std::string> expected = {{texts[1], texts[2]}};
             ASSERT_EQ(Values(section), expected) << "field " << field << " of " << length;
         }
@@ -264,7 +278,7 @@ TEST(SectionReaders, ProductRowsWithFieldsAsLongAsOrLongerThanTheirColumnsAreRea
             for (const std::size_t length : LengthsAround(widths[field], longest[field])) {
                 std::string texts[5] = {"ZOR Server", "{C0DE-1}", "9.1.0", "SL2", "20061012"};
                 texts[field] = Text(texts[field], length, 'x');
-                const SectionLines lines = {
+                const TextLines lines = {
                     "", "ZOR Installation Copy Name:C1", "ZOR Products installed:", Rule('-', 128), header,
                     Rule('-', 128),
                     pad(texts[0], 40) + pad(texts[1], 40) + pad(texts[2], 10) + pad(texts[3], 20) +
@@ -272,7 +286,7 @@ TEST(SectionReaders, ProductRowsWithFieldsAsLongAsOrLongerThanTheirColumnsAreRea
                     Rule('-', 128),
                 };
                 SnapshotSection section;
-                ReadZORProductsSection(lines, section);
+                ReadZORProductsSection(ViewsOf(lines), section);
                 const std::map<std::string, std::string> expected = {
                     {"copy C1", ""},
                     {"copy C1: product " + texts[0], "version " + texts[2] + ", service level " + texts[3] +
@@ -291,10 +305,10 @@ TEST(SectionReaders, ServiceNamesAroundTheirColumnKeepTheirState)
     // A display name has 256 characters at most.
     for (const std::size_t length : LengthsAround(60, 256)) {
         const std::string name = Text("ZOR Service", length, 's');
-        const SectionLines lines = {"", rule, "Service Name                                                Status   ",
+        const TextLines lines = {"", rule, "Service Name                                                Status   ",
                                     rule, Left(name, 60) + Left("Is stopping", 15), rule};
         SnapshotSection section;
-        ReadServicesSection(lines, section);
+        ReadServicesSection(ViewsOf(lines), section);
         const std::map<std::string, std::string> expected = {{name, "Is stopping"}};
         ASSERT_EQ(Values(section), expected) << length;
     }
@@ -306,12 +320,12 @@ TEST(SectionReaders, GroupNamesAroundTheirColumnKeepTheirUsers)
     for (const std::size_t length : LengthsAround(30, 127)) {
         const std::string group = Text("Group", length, 'g');
         const std::string user = "VM\\" + Text("user", 124, 'u');
-        const SectionLines lines = {
+        const TextLines lines = {
             "Local User List:", Rule('-', 74), "Group                                   user   ", Rule('-', 74),
             Left(group, 30) + "          " + user, Rule('-', 74),
         };
         SnapshotSection section;
-        ReadUsersSection(lines, section);
+        ReadUsersSection(ViewsOf(lines), section);
         const std::map<std::string, std::string> expected = {{"user " + user, "member of " + group}};
         ASSERT_EQ(Values(section), expected) << length;
     }
@@ -321,7 +335,7 @@ TEST(SectionReaders, ProcessIdsAroundTheirColumnLeaveTheNameWhole)
 {
     // Ids are signed 32-bit numbers, names at most 259 characters.
     const std::string name = Text("zor", 259, 'z');
-    const SectionLines lines = {
+    const TextLines lines = {
         "", "Processes:3", "--------------------------------------------------- ",
         "Process ID         Process Name                     ",
         "--------------------------------------------------- ",
@@ -329,7 +343,7 @@ TEST(SectionReaders, ProcessIdsAroundTheirColumnLeaveTheNameWhole)
         "---------- Process List ( end )-------------------- ",
     };
     SnapshotSection section;
-    ReadProcessesSection(lines, section);
+    ReadProcessesSection(ViewsOf(lines), section);
     const std::map<std::string, std::string> expected = {{name, "2"}, {"a", "1"}};
     EXPECT_EQ(Values(section), expected);
 }
@@ -339,23 +353,23 @@ TEST(SectionReaders, ParameterNamesShorterThanTheirColumnAreSplitFromTheValue)
     const std::string driverName = Text("TAQ ZOR", 29, 'd');
     const std::string instanceName = Text("Port", 35, 'i');
     const std::string globalName = Text("ZOR", 28, 'g');
-    const SectionLines odbc = {
+    const TextLines odbc = {
         "", "Total ZOR ODBC Drivers:1", "ODBC Driver:D", Rule('-', 76),
         "Parameter Name                Value                ", Rule('-', 76), Left(driverName, 30) + "x y",
         Right(driverName, 30) + "z", Rule('-', 76),
     };
     SnapshotSection drivers;
-    ReadODBCDriversSection(odbc, drivers);
+    ReadODBCDriversSection(ViewsOf(odbc), drivers);
     EXPECT_EQ(drivers.items.at("driver D: " + driverName).value, "x y, z");
 
-    const SectionLines products = {
+    const TextLines products = {
         "", "ZOR Installation Copy Name:C1", "Global Profiles:", Rule('-', 120), Left(globalName + ":", 30) + "1",
         Left(globalName + "xx:", 30) + "2", Left(globalName + "xxx:", 30) + "3", Rule('-', 120),
         "ZOR Instance Name:PROD", Rule('-', 68), "Parameter Name                      Value                  ",
         Rule('-', 68), Left(instanceName, 36) + "5000", Rule('-', 68),
     };
     SnapshotSection copies;
-    ReadZORProductsSection(products, copies);
+    ReadZORProductsSection(ViewsOf(products), copies);
     const std::map<std::string, std::string> expected = {
         {"copy C1", ""},
         {"copy C1: global profile " + globalName, "1"},
@@ -382,26 +396,26 @@ std::vector<std::string> FieldTexts(const std::vector<ItemField>& fields)
 
 TEST(SectionReaders, EachThingOfACopyOrADriverHasItsFieldsWhereverItStands)
 {
-    const SectionLines odbc = {
+    const TextLines odbc = {
         "", "Total ZOR ODBC Drivers:1", "ODBC Driver:D", Rule('-', 76),
         "Parameter Name                Value                ", Rule('-', 76), Left("Port", 30) + "5000",
         Left("Port", 30) + "5001", Rule('-', 76),
     };
     SnapshotSection drivers;
-    ReadODBCDriversSection(odbc, drivers);
+    ReadODBCDriversSection(ViewsOf(odbc), drivers);
     const ItemFields parameter = drivers.FieldsOf("driver D: Port", drivers.items.at("driver D: Port"));
     EXPECT_EQ(parameter.kind, "driverParameter");
     EXPECT_EQ(FieldTexts(parameter.names), (std::vector<std::string>{"driver=D", "name=Port"}));
     EXPECT_EQ(FieldTexts(parameter.values), (std::vector<std::string>{"value=5000|5001"}));
 
-    const SectionLines products = {
+    const TextLines products = {
         "", "ZOR Installation Copy Name:C1", "Global Profiles:", Rule('-', 120), Left("Home:", 30) + "/opt/zor",
         Rule('-', 120), "ZOR Instance Name:PROD", Rule('-', 68),
         "Parameter Name                      Value                  ", Rule('-', 68), Left("Port", 36) + "5000",
         Rule('-', 68),
     };
     SnapshotSection copies;
-    ReadZORProductsSection(products, copies);
+    ReadZORProductsSection(ViewsOf(products), copies);
     const std::string home = "copy C1: global profile Home";
     const ItemFields global = copies.FieldsOf(home, copies.items.at(home));
     EXPECT_EQ(global.kind, "globalProfileValue");
@@ -418,13 +432,13 @@ TEST(SectionReaders, EachThingOfACopyOrADriverHasItsFieldsWhereverItStands)
 TEST(SectionReaders, AParameterNameThatFillsItsColumnIsNamedWithTheWholeRow)
 {
     // Nothing stands between such a name and its value: the row is all there is.
-    const SectionLines lines = {
+    const TextLines lines = {
         "", "ZOR Installation Copy Name:C1", "ZOR Instance Name:PROD", Rule('-', 68),
         "Parameter Name                      Value                  ", Rule('-', 68),
         Text("Port", 36, 'p') + "5000", Text("Port", 37, 'p') + "6000", Rule('-', 68),
     };
     SnapshotSection section;
-    ReadZORProductsSection(lines, section);
+    ReadZORProductsSection(ViewsOf(lines), section);
     EXPECT_EQ(section.items.count("copy C1: instance PROD: " + Text("Port", 36, 'p') + "5000"), 1u);
     EXPECT_EQ(section.items.count("copy C1: instance PROD: " + Text("Port", 37, 'p') + "6000"), 1u);
 }
@@ -441,24 +455,24 @@ TEST(SectionReaders, TheEmptyParentOfV9CopiesIsNoCopyBeforeV9)
         Rule('-', 128), Rule('-', 128), "", "ZOR Instances:", Rule('-', 33), "Instance Name                    ",
         Rule('-', 33), Rule('-', 33), "",
     };
-    SectionLines lines = {"", Rule('*', 93),
+    TextLines lines = {"", Rule('*', 93),
                           "*  PART A --ZOR Installed Copies Information -- Prior to V9                                 *",
                           Rule('*', 93)};
     lines.insert(lines.end(), emptyCopy.begin(), emptyCopy.end());
-    const SectionLines partB = {
+    const TextLines partB = {
         "", Rule('*', 93),
         "*  PART B --ZOR Installed Copies Information -- V9 & Later                                  *",
         Rule('*', 93), "", "Total ZOR Copies:1", Rule('-', 45), "ZOR Copy Name", Rule('-', 45), "C1", Rule('-', 45),
         "", "ZOR Installation Copy Name:C1",
     };
     SnapshotSection withoutV9;
-    ReadZORProductsSection(lines, withoutV9);
+    ReadZORProductsSection(ViewsOf(lines), withoutV9);
     EXPECT_EQ(Values(withoutV9), (std::map<std::string, std::string>{{"copy before V9 #1", ""}}));
 
     lines.insert(lines.end(), partB.begin(), partB.end());
     lines.insert(lines.end(), emptyCopy.begin() + 1, emptyCopy.end());
     SnapshotSection withV9;
-    ReadZORProductsSection(lines, withV9);
+    ReadZORProductsSection(ViewsOf(lines), withV9);
     EXPECT_EQ(Values(withV9), (std::map<std::string, std::string>{{"copy C1", ""}}));
 }
 
@@ -470,23 +484,92 @@ TEST(SectionReaders, RowsThatNoReadingFitsAreCutAtTheirColumnsAndTheirSearchIsBo
     const RowField fields[] = {{30, 99, nullptr}, {65, 99, nullptr}, {20, 99, nullptr}, {11, 10, nullptr}, {0, 99, nullptr}};
     RowField numbered[5];
     std::copy(std::begin(fields), std::end(fields), numbered);
-    numbered[3].accepts = [](const std::string& text) { return !text.empty() && text.find_first_not_of("0123456789") == std::string::npos; };
+    numbered[3].accepts = [](std::string_view text) { return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos; };
     const std::string row = Left("TAQ Inc.", 30) + Left(std::string(70, 'n'), 65) + Left("9.0", 20) + Left("", 11) + "C:\\";
     RowSearchBudget budget;
-    const std::vector<std::string> cut = RecordedRowFields(row, numbered, 5, budget);
+    const std::vector<std::string> cut = Texts(RecordedRowFields(row, numbered, 5, budget));
     EXPECT_EQ(cut, (std::vector<std::string>{"TAQ Inc.", std::string(65, 'n'), "nnnnn9.0", "", "C:\\"}));
     EXPECT_LT(budget.left, RowSearchBudget().left);
 
     RowSearchBudget spent;
     spent.left = 0;
-    EXPECT_EQ(RecordedRowFields(row, numbered, 5, spent), cut);
+    EXPECT_EQ(Texts(RecordedRowFields(row, numbered, 5, spent)), cut);
     // A row that fits its columns needs no search, budget or not.
     const std::string fitting = Left("TAQ Inc.", 30) + Left("ZOR Client", 65) + Left("9.0", 20) + Left("1033", 11) + "C:\\";
-    EXPECT_EQ(RecordedRowFields(fitting, numbered, 5, spent),
+    EXPECT_EQ(Texts(RecordedRowFields(fitting, numbered, 5, spent)),
               (std::vector<std::string>{"TAQ Inc.", "ZOR Client", "9.0", "1033", "C:\\"}));
     // With budget, the overflowing name is read whole.
     const std::string overflowing = Left("TAQ Inc.", 30) + std::string(70, 'n') + Left("9.0", 20) + Left("1033", 11) + "C:\\";
     RowSearchBudget fresh;
-    EXPECT_EQ(RecordedRowFields(overflowing, numbered, 5, fresh),
+    EXPECT_EQ(Texts(RecordedRowFields(overflowing, numbered, 5, fresh)),
               (std::vector<std::string>{"TAQ Inc.", std::string(70, 'n'), "9.0", "1033", "C:\\"}));
+}
+
+namespace {
+
+// A software table of these rows, each a name and a version.
+TextLines SoftwareTable(const std::vector<std::pair<std::string, std::string>>& rows)
+{
+    TextLines lines = {"", Rule('-', 185),
+                       "Publisher                     Product Name                                                     "
+                       "Version             InstallDate   Language   Location",
+                       Rule('-', 185)};
+    for (const auto& row : rows)
+        lines.push_back(Left("TAQ Inc.", 30) + (row.first.size() < 65 ? Left(row.first, 65) : row.first) +
+                        Left(row.second, 20) + Left("20240105", 14) + Left("1033", 11) + "C:\\ZOR");
+    lines.push_back(Rule('-', 185));
+    return lines;
+}
+
+// Each thing's value and the texts of its fields.
+std::map<std::string, std::vector<std::string>> ValuesAndFields(const SnapshotSection& section)
+{
+    std::map<std::string, std::vector<std::string>> values;
+    for (const auto& item : section.items) {
+        const ItemFields fields = section.FieldsOf(item.first, item.second);
+        std::vector<std::string> texts = FieldTexts(fields.names);
+        const std::vector<std::string> valueTexts = FieldTexts(fields.values);
+        texts.insert(texts.end(), valueTexts.begin(), valueTexts.end());
+        texts.push_back(std::string(item.second.value));
+        values[std::string(item.first)] = texts;
+    }
+    return values;
+}
+
+}  // namespace
+
+// Each table read from the one read before it gives what reading it whole
+// gives: rows changed, added and gone, names listed more than once, a row
+// that only a search reads, and the table behind it.
+TEST(SectionReaders, SoftwareReadFromTheTableBeforeItIsReadAsWhole)
+{
+    std::vector<std::pair<std::string, std::string>> rows;
+    for (int i = 0; i < 40; ++i)
+        rows.emplace_back("Product " + std::to_string(i % 30), "1." + std::to_string(i));
+    std::vector<std::vector<std::pair<std::string, std::string>>> tables = {rows};
+    rows[3].second = "9.9";   // a name listed twice
+    rows[35].second = "8.8";  // its other row
+    rows[20].second = "7.7";  // a name listed once
+    rows.emplace_back("Product new", "1.0");
+    tables.push_back(rows);
+    rows.pop_back();
+    rows.pop_back();
+    rows[10].first = "Product 11";  // now listed twice
+    tables.push_back(rows);
+    rows[12].first = std::string(70, 'n');  // read only by a search
+    tables.push_back(rows);
+    rows[13].second = "6.6";
+    tables.push_back(rows);
+    rows[12].first = "Product 12";
+    tables.push_back(rows);
+    rows[14].second = "5.5";
+    tables.push_back(rows);
+    CSoftwareTable table;
+    for (std::size_t i = 0; i < tables.size(); ++i) {
+        const TextLines lines = SoftwareTable(tables[i]);
+        SnapshotSection whole;
+        ReadSoftwareSection(ViewsOf(lines), whole);
+        const std::shared_ptr<SnapshotSection> again = table.Read(ViewsOf(lines));
+        EXPECT_EQ(ValuesAndFields(*again), ValuesAndFields(whole)) << "table " << i;
+    }
 }
