@@ -35,7 +35,7 @@ std::string WithoutEndSeparators(std::string path)
 
 }  // namespace
 
-CReportBuilder::CReportBuilder(const CReportSources& sources, int ansiCodePage)
+CReportBuilder::CReportBuilder(CReportSources& sources, int ansiCodePage)
     : sources_(sources), ansiCodePage_(ansiCodePage)
 {
 }
@@ -50,7 +50,7 @@ void CReportBuilder::Compare(std::string firstName, std::string secondName, bool
 
 bool CReportBuilder::Build(ReportOfSources& report, std::string& reason, const EventHandler& onEvent)
 {
-    const std::vector<MachineEvents> machines = sources_.Machines();
+    const std::vector<MachineEvents> machines = sources_.TakeMachines();
     if (!FindCompared(machines, reason))
         return false;
     report = ReportOfSources();

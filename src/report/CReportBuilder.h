@@ -29,7 +29,7 @@ class CReportBuilder {
 public:
     // Texts of a history written on Windows are decoded from `ansiCodePage`;
     // of one written on Linux from UTF-8.
-    explicit CReportBuilder(const CReportSources& sources, int ansiCodePage = CTextDecoder::kWindows1252);
+    explicit CReportBuilder(CReportSources& sources, int ansiCodePage = CTextDecoder::kWindows1252);
 
     // Called with each event as soon as it is whole, in the order in which
     // the events are read; what it leaves of the event stays in the report.
@@ -44,7 +44,8 @@ public:
     void Compare(std::string firstName, std::string secondName, bool firstBefore);
 
     // False, with a one-line reason, if Compare names no event of the
-    // sources, or more than one; every damage is told in the report.
+    // sources, or more than one; every damage is told in the report. Takes
+    // the sources' events: one build a builder.
     bool Build(ReportOfSources& report, std::string& reason, const EventHandler& onEvent = nullptr);
 
 private:
@@ -109,7 +110,7 @@ private:
     void TakeMachine(const CEventLogReader& log, const EventRecord& event, HistoryReport& report);
     void TakeTimes(const EventRecord& event, HistoryReport& report) const;
 
-    const CReportSources& sources_;
+    CReportSources& sources_;
     int ansiCodePage_;
     // Each machine's decoder, as its history is read.
     std::vector<CTextDecoder> decoders_;

@@ -85,12 +85,12 @@ void CReportSources::TellWhatItHolds(Opened& opened)
         events.logsHeld.push_back(!FindEventLog(*opened.source, event).empty());
 }
 
-std::vector<MachineEvents> CReportSources::Machines() const
+std::vector<MachineEvents> CReportSources::TakeMachines()
 {
     std::vector<SourceEvents> events;
-    for (const Opened& opened : sources_)
-        events.push_back(opened.events);
-    return MergeByComputer(events);
+    for (Opened& opened : sources_)
+        events.push_back(std::move(opened.events));
+    return MergeByComputer(std::move(events));
 }
 
 // The events of History.ini, as far as it can be read; in a damaged archive

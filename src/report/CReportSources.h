@@ -27,8 +27,9 @@ public:
     const std::vector<std::string>& Notes(std::size_t place) const { return sources_[place].notes; }
 
     // The machines: with one source, its history; with several, grouped by
-    // the computer that each one's event logs name.
-    std::vector<MachineEvents> Machines() const;
+    // the computer that each one's event logs name. Takes the sources'
+    // events, so that each is held once.
+    std::vector<MachineEvents> TakeMachines();
 
 private:
     struct Opened {

@@ -61,7 +61,7 @@ public:
         return !source.events.empty();
     }
 
-    void Add(std::size_t place, const SourceEvents& source)
+    void Add(std::size_t place, SourceEvents& source)
     {
         if (events_.computer.empty())
             events_.computer = source.computer;
@@ -80,31 +80,32 @@ public:
     }
 
 private:
-    void AddEvent(std::size_t place, const SourceEvents& source, std::size_t event)
+    // The record is moved into the machine where it is taken.
+    void AddEvent(std::size_t place, SourceEvents& source, std::size_t event)
     {
-        const EventRecord& record = source.events[event];
+        EventRecord& record = source.events[event];
+        const Telling telling = WhatItTells(source, event);
         const std::optional<std::size_t> found = Find(record);
         if (!found) {
             Place(events_.events.size(), record);
-            events_.events.push_back(record);
+            events_.events.push_back(std::move(record));
             events_.events.back().source = place;
             events_.holders.push_back({place});
-            tellings_.push_back(WhatItTells(source, event));
+            tellings_.push_back(telling);
             return;
         }
         std::vector<std::size_t>& holders = events_.holders[*found];
         if (std::find(holders.begin(), holders.end(), place) != holders.end())
             return;
-        const Telling telling = WhatItTells(source, event);
         if (telling <= tellings_[*found]) {
             holders.push_back(place);
             return;
         }
-        events_.events[*found] = record;
+        Place(*found, record);
+        events_.events[*found] = std::move(record);
         events_.events[*found].source = place;
         tellings_[*found] = telling;
         holders.insert(holders.begin(), place);
-        Place(*found, record);
     }
 
     void Place(std::size_t place, const EventRecord& record)
@@ -141,7 +142,7 @@ std::size_t MachineOf(const SourceEvents& source, const std::vector<MachineMerge
 
 // The sources of known computers are grouped first, so that a source of
 // an unknown one can join a machine that a later source names.
-std::vector<MachineEvents> MergeByComputer(const std::vector<SourceEvents>& sources)
+std::vector<MachineEvents> MergeByComputer(std::vector<SourceEvents> sources)
 {
     std::vector<MachineMerge> merges;
     std::map<std::string, std::size_t> byComputer;

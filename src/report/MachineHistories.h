@@ -46,4 +46,4 @@ struct MachineEvents {
 // History.ini cut off in its section). Of its copies, the one that
 // History.ini holds wins, then one of a whole source, then one that ended,
 // then one whose source holds its log, then the first source's.
-std::vector<MachineEvents> MergeByComputer(const std::vector<SourceEvents>& sources);
+std::vector<MachineEvents> MergeByComputer(std::vector<SourceEvents> sources);

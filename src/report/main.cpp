@@ -65,7 +65,7 @@ bool WriteOutputs(const ReportOptions& options, const ReportOfSources& report, C
 }
 
 // The report, each event's forms kept beside the first output as it is read.
-bool BuildReport(const ReportOptions& options, const CReportSources& sources, CEventForms& forms,
+bool BuildReport(const ReportOptions& options, CReportSources& sources, CEventForms& forms,
                  ReportOfSources& report)
 {
     const std::string& first = options.htmlPath.empty() ? options.jsonPath : options.htmlPath;
