@@ -39,6 +39,7 @@ bool CArchiveReader::Open(const std::string& path)
     unzClose(static_cast<unzFile>(archive_));
     archive_ = nullptr;
     entries_.clear();
+    fileNames_.clear();
     return false;
 }
 
@@ -59,8 +60,9 @@ bool CArchiveReader::IndexEntries()
         unz64_file_pos position;
         if (IsFolderEntry(entryName) || unzGetFilePos64(archive, &position) != UNZ_OK)
             continue;
-        entries_.emplace(EntryLookupName(entryName),
-                         Position{position.pos_in_zip_directory, position.num_of_file});
+        if (entries_.emplace(EntryLookupName(entryName), Position{position.pos_in_zip_directory, position.num_of_file})
+                .second)
+            fileNames_.push_back(entryName);
     }
     return status == UNZ_END_OF_LIST_OF_FILE;
 }

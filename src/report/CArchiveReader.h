@@ -8,6 +8,7 @@
 #include <functional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 class CArchiveReader {
 public:
@@ -22,6 +23,8 @@ public:
     // central directory can't be read to its end.
     bool Open(const std::string& path);
     bool Contains(const std::string& lookupName) const;
+    // The names of the file entries, as stored, the first of each name.
+    const std::vector<std::string>& FileNames() const { return fileNames_; }
     // Hands over the entry's bytes, at most `limit` of them. False if the
     // entry is missing or damaged; what was handed over by then stands.
     bool Stream(const std::string& lookupName, std::uint64_t limit, const BlockHandler& handler) const;
@@ -36,4 +39,5 @@ private:
 
     void* archive_ = nullptr;
     std::unordered_map<std::string, Position> entries_;
+    std::vector<std::string> fileNames_;
 };

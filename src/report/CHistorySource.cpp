@@ -39,9 +39,17 @@ bool CHistorySource::OpenDamaged(const std::string& path)
     return true;
 }
 
-std::vector<std::string> CHistorySource::DamagedArchiveFiles() const
+std::vector<std::string> CHistorySource::ArchiveFiles() const
 {
-    return kind_ == Kind::DamagedArchive ? damaged_.FileNames() : std::vector<std::string>();
+    switch (kind_) {
+    case Kind::Archive:
+        return archive_.FileNames();
+    case Kind::DamagedArchive:
+        return damaged_.FileNames();
+    case Kind::Folder:
+        break;
+    }
+    return std::vector<std::string>();
 }
 
 bool CHistorySource::Contains(const std::string& relativeName) const

@@ -31,9 +31,8 @@ public:
     // What is wrong with the source as a whole, in words: empty for a whole
     // archive or a folder.
     const std::vector<std::string>& Damage() const { return damage_; }
-    // The names of the files in a damaged archive, as stored; empty for any
-    // other source.
-    std::vector<std::string> DamagedArchiveFiles() const;
+    // The names of the files in an archive, as stored; empty for a folder.
+    std::vector<std::string> ArchiveFiles() const;
     bool Contains(const std::string& relativeName) const;
     // False if the file is missing, can't be read or is damaged; what was
     // handed over by then stands.

@@ -19,9 +19,19 @@ const char kHistoryIniName[] = "History.ini";
 // damaged logs mustn't cost a second reading of them all.
 constexpr std::size_t kLogsAskedForTheComputer = 4;
 
-// The events whose logs a damaged archive holds that the part of History.ini
-// that could be read lacks (its sections past the damage), known by their
-// logs alone.
+// Why an archive's events are known by their logs alone.
+std::string WithoutHistoryIni(const CHistorySource& source)
+{
+    if (!source.Damage().empty())
+        return "History.ini is not in the damaged archive";
+    if (source.Contains(kHistoryIniName))
+        return "History.ini can't be read in the archive";
+    return "History.ini is not in the archive";
+}
+
+// The events whose logs an archive holds that the part of History.ini that
+// could be read lacks (its sections past the damage), known by their logs
+// alone.
 void AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std::string>& entryNames)
 {
     std::set<std::string> known;
@@ -93,9 +103,10 @@ std::vector<MachineEvents> CReportSources::TakeMachines()
     return MergeByComputer(std::move(events));
 }
 
-// The events of History.ini, as far as it can be read; in a damaged archive
-// without it, the events whose logs the archive holds. False if there are
-// neither.
+// The events of History.ini, as far as it can be read, and in an archive,
+// those whose logs it holds that the part read lacks; in an archive without
+// a History.ini that can be read, the events whose logs it holds. False if
+// there are neither.
 bool CReportSources::ReadEvents(Opened& opened) const
 {
     const CHistorySource& source = *opened.source;
@@ -105,15 +116,15 @@ bool CReportSources::ReadEvents(Opened& opened) const
         opened.events.events = ReadHistoryEvents(historyIni);
         if (!whole) {
             opened.notes.push_back("History.ini is damaged: the events that could be read of it are shown");
-            AddEventsOfTheLogs(opened.events.events, source.DamagedArchiveFiles());
+            AddEventsOfTheLogs(opened.events.events, source.ArchiveFiles());
         }
         return true;
     }
-    opened.events.events = EventsOfTheLogs(source.DamagedArchiveFiles());
+    opened.events.events = EventsOfTheLogs(source.ArchiveFiles());
     if (opened.events.events.empty())
         return false;
-    opened.notes.push_back("History.ini is not in the damaged archive: the events are those whose logs it holds, "
-                           "without what History.ini says of them");
+    opened.notes.push_back(WithoutHistoryIni(source) +
+                           ": the events are those whose logs it holds, without what History.ini says of them");
     return true;
 }
 

@@ -1,6 +1,6 @@
 // The sources that the command line names: each opened, with the events of
-// its History.ini (or, in a damaged archive without it, those whose logs it
-// holds) and what is wrong with it; and the machines whose histories they
+// its History.ini (or, in an archive without one that can be read, those
+// whose logs it holds) and what is wrong with it; and the machines whose histories they
 // hold.
 #pragma once
 

@@ -110,6 +110,20 @@ def test_events_past_the_cut_in_history_ini_are_known_by_their_logs(env):
                      f"snapshots of {event['eventId']}")
 
 
+def test_an_archive_whose_history_ini_cant_be_inflated_gives_the_events_of_its_logs(env):
+    archive, history, logs = recorded_archive(env)
+    data = bytearray(archive.read_bytes())
+    start = data_offset(archive, history)
+    for at in range(start, start + history.compress_size):
+        data[at] ^= 0x5A
+    archive.write_bytes(bytes(data))
+    make_report(env, archive, "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    events = [event["eventId"] for copy in document["copies"] for event in copy["events"]]
+    expect_equal(sorted(events), sorted(EVENTS), "events of the archive whose History.ini is damaged")
+    assert any(note.startswith("History.ini") for note in document["notes"]), document["notes"]
+
+
 def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):
     archive, _, logs = recorded_archive(env)
     hurt = logs[0]
