@@ -80,7 +80,10 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
         return false;
     const unzFile archive = static_cast<unzFile>(archive_);
     const unz64_file_pos position{found->second.directoryOffset, found->second.fileNumber};
-    if (unzGoToFilePos64(archive, &position) != UNZ_OK || unzOpenCurrentFile(archive) != UNZ_OK)
+    unz_file_info64 info;
+    if (unzGoToFilePos64(archive, &position) != UNZ_OK ||
+        unzGetCurrentFileInfo64(archive, &info, nullptr, 0, nullptr, 0, nullptr, 0) != UNZ_OK ||
+        unzOpenCurrentFile(archive) != UNZ_OK)
         return false;
     std::uint64_t total = 0;
     const int read = limit == 0 ? 0 : CBlockPipe::Run(
@@ -95,7 +98,8 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
             return total < limit;
         });
     // A checksum that doesn't match shows only at the close, and only when the
-    // whole entry was read.
+    // whole entry was read: deflated data that ends before the entry's size,
+    // as damaged data may, is damage too.
     const int closed = unzCloseCurrentFile(archive);
-    return read >= 0 && (total >= limit || closed == UNZ_OK);
+    return read >= 0 && (total >= limit || (closed == UNZ_OK && total == info.uncompressed_size));
 }

@@ -142,6 +142,39 @@ def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):
     expect_whole_events(document, logs[1:])
 
 
+def declare_larger(archive, info, more):
+    """The entry's size, in its local header and in the central directory,
+    made `more` bytes larger than its deflated data holds."""
+    data = bytearray(archive.read_bytes())
+    size = (info.file_size + more).to_bytes(4, "little")
+    if not info.flag_bits & 0x08:
+        data[info.header_offset + 22:info.header_offset + 26] = size
+    raw_name = info.orig_filename.encode("utf-8" if info.flag_bits & 0x800 else "cp437")
+    at = data.find(b"PK\x01\x02")
+    while at != -1:
+        name_size = int.from_bytes(data[at + 28:at + 30], "little")
+        if data[at + 46:at + 46 + name_size] == raw_name:
+            data[at + 24:at + 28] = size
+            break
+        at = data.find(b"PK\x01\x02", at + 4)
+    assert at != -1, f"no central header of {info.filename}"
+    archive.write_bytes(bytes(data))
+
+
+def test_an_entry_whose_deflated_data_ends_before_its_size_is_damaged(env):
+    """Damaged deflated data may end as if the entry were whole, short of the
+    size that the archive gives it: that is damage, not the whole entry."""
+    archive, _, logs = recorded_archive(env)
+    hurt = logs[0]
+    declare_larger(archive, hurt, 1000)
+    make_report(env, archive, "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    damaged = event_of(document, COPY, event_of_entry(hurt))
+    assert f"the archive's entry {damaged['eventLog']} is damaged: what could be read of it is shown" \
+        in damaged["notes"], damaged["notes"]
+    expect_whole_events(document, logs[1:])
+
+
 def test_a_file_that_holds_no_entry_at_all_is_still_refused(env):
     junk = env.work / "junk.zip"
     junk.write_bytes(b"PK\x05\x06" + b"\0" * 10)
