@@ -70,6 +70,21 @@ bool CReportBuilder::Build(ReportOfSources& report, std::string& reason, const E
     return true;
 }
 
+// What the builder holds of a machine's history, made anew for each machine.
+void CReportBuilder::StartMachine(const MachineEvents& machine)
+{
+    events_ = &machine;
+    timeline_.emplace(machine.events);
+    machineEvent_ = nullptr;
+    latest_.reset();
+    running_.clear();
+    lastComputer_.reset();
+    sectionMemo_ = std::make_shared<CSectionMemo>();
+    placesById_.clear();
+    for (std::size_t event = 0; sources_.Count() > 1 && event < machine.events.size(); ++event)
+        placesById_[machine.events[event].eventId].push_back(event);
+}
+
 // The machine's events read in the order of their starts, then kept in the
 // groups of the summary.
 void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& report, const EventHandler& onEvent)
@@ -86,16 +101,7 @@ void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& r
     const CTextDecoder& decoder = decoders_.back();
     report.textEncoding = decoder.Name();
     report.eventCount = events.size();
-    events_ = &machine;
-    timeline_.emplace(events);
-    machineEvent_ = nullptr;
-    latest_.reset();
-    running_.clear();
-    lastComputer_.reset();
-    sectionMemo_ = std::make_shared<CSectionMemo>();
-    placesById_.clear();
-    for (std::size_t event = 0; sources_.Count() > 1 && event < events.size(); ++event)
-        placesById_[events[event].eventId].push_back(event);
+    StartMachine(machine);
     std::vector<EventReport> reports(events.size());
     report.machineOrder = timeline_->Order();
     for (const std::size_t event : report.machineOrder) {

@@ -87,6 +87,7 @@ private:
     };
 
     void BuildMachine(const MachineEvents& machine, HistoryReport& report, const EventHandler& onEvent);
+    void StartMachine(const MachineEvents& machine);
     bool FindCompared(const std::vector<MachineEvents>& machines, std::string& reason);
     bool FindEvent(const std::vector<MachineEvents>& machines, const std::string& name, EventPlace& place,
                    std::string& reason) const;
