@@ -16,6 +16,22 @@ constexpr unsigned kBlockSize = 64 * 1024;
 // An entry's name is read into a buffer of this size; a longer name is cut.
 constexpr unsigned kEntryNameLimit = 4096;
 
+// An entry that declares more bytes than this is inflated on a thread of its
+// own while the caller uses its bytes. A smaller one is inflated on the
+// caller's thread: the report reads such logs ahead on a thread of their own
+// already, and a hand-over between threads for each block of them costs more
+// than it saves.
+constexpr std::uint64_t kInflatedAlongsideFrom = 4 * 1024 * 1024;
+
+int InflateHere(const CBlockPipe::Producer& produce, const CBlockPipe::Consumer& consume)
+{
+    std::vector<char> block(kBlockSize);
+    int read = 0;
+    while ((read = produce(block.data(), block.size())) > 0 && consume(block.data(), static_cast<std::size_t>(read))) {
+    }
+    return read;
+}
+
 bool IsFolderEntry(const std::string& name)
 {
     return !name.empty() && (name.back() == '/' || name.back() == '\\');
@@ -86,17 +102,20 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
         unzOpenCurrentFile(archive) != UNZ_OK)
         return false;
     std::uint64_t total = 0;
-    const int read = limit == 0 ? 0 : CBlockPipe::Run(
-        kBlockSize,
-        [archive](char* block, std::size_t capacity) {
-            return unzReadCurrentFile(archive, block, static_cast<unsigned>(capacity));
-        },
-        [&handler, &total, limit](const char* bytes, std::size_t size) {
-            const std::size_t used = static_cast<std::size_t>(std::min<std::uint64_t>(size, limit - total));
-            handler(bytes, used);
-            total += used;
-            return total < limit;
-        });
+    const auto produce = [archive](char* block, std::size_t capacity) {
+        return unzReadCurrentFile(archive, block, static_cast<unsigned>(capacity));
+    };
+    const auto consume = [&handler, &total, limit](const char* bytes, std::size_t size) {
+        const std::size_t used = static_cast<std::size_t>(std::min<std::uint64_t>(size, limit - total));
+        handler(bytes, used);
+        total += used;
+        return total < limit;
+    };
+    int read = 0;
+    if (limit != 0 && info.uncompressed_size <= kInflatedAlongsideFrom)
+        read = InflateHere(produce, consume);
+    else if (limit != 0)
+        read = CBlockPipe::Run(kBlockSize, produce, consume);
     // A checksum that doesn't match shows only at the close, and only when the
     // whole entry was read: deflated data that ends before the entry's size,
     // as damaged data may, is damage too.

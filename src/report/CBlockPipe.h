@@ -1,6 +1,6 @@
 // Blocks made on a thread of their own and used on the caller's, in their
-// order, a few blocks apart: the archive's entries are inflated on one core
-// while their lines are read on the other.
+// order, a few blocks apart: an archive's large entries are inflated on one
+// core while their lines are read on the other.
 #pragma once
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 #include "report/CEventForms.h"
 
 #include <cstdio>
-#include <sstream>
+#include <ostream>
 #include <utility>
 
 #include "platform/FileSystem.h"
@@ -64,17 +64,16 @@ void CEventForms::Take(EventReport& event)
         machine.resize(event.place + 1);
     Stored& stored = machine[event.place];
     stored.offset = end_;
-    for (int form = 0; form < kFormCount; ++form) {
+    good_ = good_ && file_.pubseekpos(static_cast<std::streamoff>(end_)) != std::streampos(-1);
+    std::ostream out(&file_);
+    for (int form = 0; good_ && form < kFormCount; ++form) {
         if (!forms_[form])
             continue;
-        std::ostringstream text;
-        writers[form](event, text);
-        const std::string bytes = text.str();
-        good_ = good_ && file_.pubseekpos(static_cast<std::streamoff>(end_)) != std::streampos(-1) &&
-                file_.sputn(bytes.data(), static_cast<std::streamsize>(bytes.size())) ==
-                    static_cast<std::streamsize>(bytes.size());
-        stored.sizes[form] = bytes.size();
-        end_ += bytes.size();
+        writers[form](event, out);
+        const std::streampos at = file_.pubseekoff(0, std::ios_base::cur, std::ios_base::out);
+        good_ = out.good() && at != std::streampos(-1);
+        stored.sizes[form] = good_ ? static_cast<std::size_t>(static_cast<std::uint64_t>(at) - end_) : 0;
+        end_ += stored.sizes[form];
     }
     event = TimelineFacts(event);
 }

@@ -66,18 +66,20 @@ bool CHistorySource::Contains(const std::string& relativeName) const
     return folder_.Contains(name);
 }
 
-bool CHistorySource::Stream(const std::string& relativeName, const BlockHandler& handler) const
+bool CHistorySource::Stream(const std::string& relativeName, const BlockHandler& handler,
+                            std::uint64_t limit) const
 {
     const std::string name = LookupName(relativeName);
+    const std::lock_guard<std::mutex> lock(reading_);
     switch (kind_) {
     case Kind::Archive:
-        return archive_.Stream(name, kFileLimit, handler);
+        return archive_.Stream(name, limit, handler);
     case Kind::DamagedArchive:
-        return damaged_.Stream(name, kFileLimit, handler);
+        return damaged_.Stream(name, limit, handler);
     case Kind::Folder:
         break;
     }
-    return folder_.Stream(name, kFileLimit, handler);
+    return folder_.Stream(name, limit, handler);
 }
 
 bool CHistorySource::ReadWhole(const std::string& relativeName, std::string& bytes) const

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -35,8 +36,11 @@ public:
     std::vector<std::string> ArchiveFiles() const;
     bool Contains(const std::string& relativeName) const;
     // False if the file is missing, can't be read or is damaged; what was
-    // handed over by then stands.
-    bool Stream(const std::string& relativeName, const BlockHandler& handler) const;
+    // handed over by then stands. At most `limit` bytes are handed over, and
+    // a file that reaches it counts as read. One file is read at a time,
+    // whichever thread asks.
+    bool Stream(const std::string& relativeName, const BlockHandler& handler,
+                std::uint64_t limit = kFileLimit) const;
     // The whole file, up to the limit; false as for Stream.
     bool ReadWhole(const std::string& relativeName, std::string& bytes) const;
     // A profile file, History.ini, whole up to the limit: in a folder as the
@@ -54,4 +58,6 @@ private:
     CLocalHeaderReader damaged_;
     CFolderReader folder_;
     std::vector<std::string> damage_;
+    // The archive readers keep the entry being read.
+    mutable std::mutex reading_;
 };

@@ -6,6 +6,7 @@
 #include "platform/common/AsciiCase.h"
 #include "report/CEventLogReader.h"
 #include "report/CLineSplitter.h"
+#include "report/CReadAhead.h"
 #include "report/DecodedTexts.h"
 #include "report/EventFacts.h"
 #include "report/EventLogStream.h"
@@ -13,6 +14,11 @@
 #include "report/SnapshotComparison.h"
 
 namespace {
+
+// How many events may wait at each step ahead of the comparisons: a log read
+// into memory (at most CLogReadAhead::kLimit bytes), or an event read with its
+// two snapshots.
+constexpr std::size_t kEventsReadAhead = 2;
 
 void UpdateEarliest(std::string& earliest, const std::string& time)
 {
@@ -103,9 +109,15 @@ void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& r
     report.eventCount = events.size();
     StartMachine(machine);
     std::vector<EventReport> reports(events.size());
-    report.machineOrder = timeline_->Order();
-    for (const std::size_t event : report.machineOrder) {
-        BuildEvent(event, reports[event], report);
+    const std::vector<std::size_t> order = timeline_->Order();
+    report.machineOrder = order;
+    CReadAhead<FetchedLog> fetching(
+        order.size(), [this, &order](std::size_t at) { return FetchLog(order[at], 0); }, kEventsReadAhead);
+    CReadAhead<EventRead> reading(
+        order.size(), [this, &order, &fetching](std::size_t at) { return ReadEvent(order[at], fetching.Next()); },
+        kEventsReadAhead);
+    for (const std::size_t event : order) {
+        BuildEvent(event, reading.Next(), reports[event], report);
         DecodeEventTexts(reports[event], decoder);
         if (onEvent)
             onEvent(reports[event]);
@@ -124,19 +136,19 @@ void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& r
 
 // Each event is compared with itself (before and after the install), and
 // with the machine's snapshot before it.
-void CReportBuilder::BuildEvent(std::size_t event, EventReport& report, HistoryReport& history)
+void CReportBuilder::BuildEvent(std::size_t event, EventRead&& read, EventReport& report, HistoryReport& history)
 {
     const EventRecord& record = events_->events[event];
-    Snapshot before;
-    Snapshot after;
-    SnapshotSection computer;
-    report = ReadEvent(record, before, after, computer, history);
+    TakeMachine(read, record, history);
+    report = std::move(read.report);
+    Snapshot& before = read.before;
+    Snapshot& after = read.after;
     if (before.present && after.present) {
         report.changes = CompareSnapshots(before, after);
         report.changeCounts = CountsOf(*report.changes);
     }
     CompareWithTheMachine(event, before, report);
-    CompareComputers(event, computer, report);
+    CompareComputers(event, read.computer, report);
     TakeCompared(event, before, after);
     Keep(event, before, after);
     TakeTimes(record, history);
@@ -325,11 +337,33 @@ std::vector<EventName> CReportBuilder::NamesOf(const std::vector<std::size_t>& e
     return names;
 }
 
-EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after,
-                                      SnapshotSection& computer, HistoryReport& history)
+// Runs on the fetching thread, or on the reading thread for a log that was
+// fetched damaged. The sources are read one file at a time.
+CReportBuilder::FetchedLog CReportBuilder::FetchLog(std::size_t place, std::size_t holder) const
 {
-    EventReport report;
-    report.place = static_cast<std::size_t>(&event - events_->events.data());
+    const EventRecord& event = events_->events[place];
+    const std::vector<std::size_t>& holders = events_->holders[place];
+    FetchedLog fetched;
+    for (fetched.holder = holder; fetched.holder < holders.size(); ++fetched.holder) {
+        const CHistorySource& source = sources_.Source(holders[fetched.holder]);
+        fetched.name = FindEventLog(source, event);
+        if (fetched.name.empty())
+            continue;
+        fetched.bytes = CLogReadAhead(source, fetched.name);
+        fetched.installerLogs = InstallerLogsOf(source, event, fetched.name);
+        break;
+    }
+    return fetched;
+}
+
+// Runs on the reading thread: it reads the sources and the section memo,
+// which nothing else uses while the machine is read, and the machine's events.
+CReportBuilder::EventRead CReportBuilder::ReadEvent(std::size_t place, FetchedLog&& fetched) const
+{
+    const EventRecord& event = events_->events[place];
+    EventRead read;
+    EventReport& report = read.report;
+    report.place = place;
     report.machine = machine_;
     report.record = event;
     if (sources_.Count() > 1) {
@@ -340,41 +374,39 @@ EventReport CReportBuilder::ReadEvent(const EventRecord& event, Snapshot& before
     report.outcome = OutcomeOf(event);
     report.durationSeconds = SecondsBetween(event.startTime, event.endTime);
     std::optional<CEventLogReader> log;
-    ReadTheBestLog(event, report, log);
+    ReadTheBestLog(event, std::move(fetched), report, log);
     if (!log)
-        return report;
+        return read;
     report.notes.insert(report.notes.end(), log->notes.begin(), log->notes.end());
     report.messages = std::move(log->messages);
     report.messagesLeftOut = log->messagesLeftOut;
     report.messagesCut = std::move(log->messagesCut);
     report.hasBefore = log->before.present;
     report.hasAfter = log->after.present;
-    before = std::move(log->before);
-    after = std::move(log->after);
-    before.usersByGroupsAlone = after.usersByGroupsAlone = RecordedOnLinux(event);
-    computer = std::move(log->computer);
-    TakeMachine(*log, event, history);
-    return report;
+    read.before = std::move(log->before);
+    read.after = std::move(log->after);
+    read.before.usersByGroupsAlone = read.after.usersByGroupsAlone = RecordedOnLinux(event);
+    read.computer = std::move(log->computer);
+    read.computerName = std::move(log->computerName);
+    read.operatingSystem = std::move(log->operatingSystem);
+    return read;
 }
 
 // The event log and the installer's files from the source that the event is
 // read from; where that source lacks the log or holds it damaged, from the
 // next that holds it, in the order of the event's sources. Without any, the
 // report says so and `log` stays empty.
-void CReportBuilder::ReadTheBestLog(const EventRecord& event, EventReport& report,
+void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
                                     std::optional<CEventLogReader>& log) const
 {
     const EventReport base = report;
-    for (const std::size_t holder : events_->holders[report.place]) {
-        const CHistorySource& source = sources_.Source(holder);
-        const std::string name = FindEventLog(source, event);
-        if (name.empty())
-            continue;
+    const std::vector<std::size_t>& holders = events_->holders[report.place];
+    for (; !fetched.name.empty(); fetched = FetchLog(report.place, fetched.holder + 1)) {
         report = base;
-        report.eventLogName = name;
-        report.installerLogs = InstallerLogsOf(source, event, name);
+        report.eventLogName = fetched.name;
+        report.installerLogs = std::move(fetched.installerLogs);
         log.emplace(event.eventId, sectionMemo_);
-        if (ReadEventLog(source, report, *log))
+        if (ReadEventLog(sources_.Source(holders[fetched.holder]), fetched, report, *log))
             return;
     }
     if (log)
@@ -402,9 +434,10 @@ void CReportBuilder::NoteTheSameEventId(EventReport& report) const
 // The event log streamed line by line into the reader, with notes of what
 // stood in the way: damage, lines cut at their limit, the file's limit;
 // false if it can't be read whole.
-bool CReportBuilder::ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const
+bool CReportBuilder::ReadEventLog(const CHistorySource& source, const FetchedLog& fetched, EventReport& report,
+                                  CEventLogReader& log) const
 {
-    const EventLogReading reading = StreamEventLog(source, report.eventLogName, log);
+    const EventLogReading reading = fetched.bytes.Feed(source, fetched.name, log);
     if (!reading.whole && source.IsArchive())
         report.notes.push_back("the archive's entry " + report.eventLogName +
                                " is damaged: what could be read of it is shown");
@@ -421,15 +454,15 @@ bool CReportBuilder::ReadEventLog(const CHistorySource& source, EventReport& rep
 
 // The machine as the first event of History.ini that has a computer report
 // shows it, whatever the order in which the events are read.
-void CReportBuilder::TakeMachine(const CEventLogReader& log, const EventRecord& event, HistoryReport& report)
+void CReportBuilder::TakeMachine(const EventRead& read, const EventRecord& event, HistoryReport& report)
 {
-    if (log.computerName.empty() && log.operatingSystem.empty())
+    if (read.computerName.empty() && read.operatingSystem.empty())
         return;
     if (machineEvent_ != nullptr && machineEvent_ < &event)
         return;
     machineEvent_ = &event;
-    report.computerName = log.computerName;
-    report.operatingSystem = log.operatingSystem;
+    report.computerName = read.computerName;
+    report.operatingSystem = read.operatingSystem;
 }
 
 void CReportBuilder::TakeTimes(const EventRecord& event, HistoryReport& report) const

@@ -3,10 +3,13 @@
 // event, its log streamed once from the source that it is read from. The logs
 // are read in the order of the events' starts on the machine, so that each
 // event's before snapshot is compared with the snapshot that the machine had
-// last before it, whichever event took it. At any time the builder holds the
-// current event's two snapshots, that last snapshot, and the after snapshots
-// of events still running at the current event's start; the events' reports
-// are kept whole unless the caller lets each go as it comes.
+// last before it, whichever event took it. Two threads of the builder's own
+// work ahead of the comparisons: one reads the next events' logs from the
+// sources into memory, the other reads their lines into snapshots, and each
+// runs at most a few events ahead. At any time the builder holds the current
+// event's two snapshots, that last snapshot, the after snapshots of events
+// still running at the current event's start, and those few events; the
+// events' reports are kept whole unless the caller lets each go as it comes.
 #pragma once
 
 #include <cstddef>
@@ -18,6 +21,7 @@
 
 #include "report/CEventLogReader.h"
 #include "report/CHistorySource.h"
+#include "report/CLogReadAhead.h"
 #include "report/CReportSources.h"
 #include "report/CSectionMemo.h"
 #include "report/HistoryEvents.h"
@@ -61,6 +65,25 @@ private:
         long long time = 0;
         SnapshotSection report;
     };
+    // An event's log as it is read ahead, from the first of the event's
+    // sources, in their order from `holder` on, that holds it: its name there
+    // (empty if none holds it), its bytes and the installer's files beside it.
+    struct FetchedLog {
+        std::size_t holder = 0;
+        std::string name;
+        CLogReadAhead bytes;
+        std::vector<InstallerLog> installerLogs;
+    };
+    // What an event's log gives, read ahead of the comparisons that the
+    // events before it wait for.
+    struct EventRead {
+        EventReport report;
+        Snapshot before;
+        Snapshot after;
+        SnapshotSection computer;
+        std::string computerName;
+        std::string operatingSystem;
+    };
 
     // An event of the report: its machine's place and its own in the machine.
     struct EventPlace {
@@ -95,12 +118,14 @@ private:
     Naming Names(const EventRecord& event, const std::vector<std::size_t>& holders, const std::string& name) const;
     void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after);
     EventComparison CompareTheTwo() const;
-    void BuildEvent(std::size_t event, EventReport& report, HistoryReport& history);
-    EventReport ReadEvent(const EventRecord& event, Snapshot& before, Snapshot& after, SnapshotSection& computer,
-                          HistoryReport& history);
+    void BuildEvent(std::size_t event, EventRead&& read, EventReport& report, HistoryReport& history);
+    FetchedLog FetchLog(std::size_t event, std::size_t holder) const;
+    EventRead ReadEvent(std::size_t event, FetchedLog&& fetched) const;
     void NoteTheSameEventId(EventReport& report) const;
-    void ReadTheBestLog(const EventRecord& event, EventReport& report, std::optional<CEventLogReader>& log) const;
-    bool ReadEventLog(const CHistorySource& source, EventReport& report, CEventLogReader& log) const;
+    void ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
+                        std::optional<CEventLogReader>& log) const;
+    bool ReadEventLog(const CHistorySource& source, const FetchedLog& fetched, EventReport& report,
+                      CEventLogReader& log) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
     void TakeAfterSnapshotsUntil(long long time);
     void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);
@@ -108,7 +133,7 @@ private:
     EventName NameOf(std::size_t event) const;
     EventName NameOf(const EventRecord& event) const;
     std::vector<EventName> NamesOf(const std::vector<std::size_t>& events) const;
-    void TakeMachine(const CEventLogReader& log, const EventRecord& event, HistoryReport& report);
+    void TakeMachine(const EventRead& read, const EventRecord& event, HistoryReport& report);
     void TakeTimes(const EventRecord& event, HistoryReport& report) const;
 
     CReportSources& sources_;

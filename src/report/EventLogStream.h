@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "report/CEventLogReader.h"
@@ -15,6 +16,12 @@ struct EventLogReading {
     std::uint64_t bytes = 0;
     std::size_t cutLines = 0;
 };
+
+// Hands the log's bytes over to the handler; true if they are whole.
+using EventLogBytes = std::function<bool(const CHistorySource::BlockHandler& handler)>;
+
+// Feeds the log's bytes to the reader line by line, and finishes it.
+EventLogReading FeedEventLog(const EventLogBytes& bytes, CEventLogReader& log);
 
 // Feeds the log named `name` in the source to the reader, and finishes it.
 EventLogReading StreamEventLog(const CHistorySource& source, const std::string& name, CEventLogReader& log);
