@@ -18,7 +18,7 @@ namespace {
 // How many events may wait at each step ahead of the comparisons: a log read
 // into memory (at most CLogReadAhead::kLimit bytes), or an event read with its
 // two snapshots.
-constexpr std::size_t kEventsReadAhead = 2;
+constexpr std::size_t kEventsReadAhead = 1;
 
 void UpdateEarliest(std::string& earliest, const std::string& time)
 {
@@ -394,25 +394,47 @@ CReportBuilder::EventRead CReportBuilder::ReadEvent(std::size_t place, FetchedLo
 
 // The event log and the installer's files from the source that the event is
 // read from; where that source lacks the log or holds it damaged, from the
-// next that holds it, in the order of the event's sources. Without any, the
-// report says so and `log` stays empty.
+// next that holds it, in the order of the event's sources, and the report
+// says which sources were passed over and why. Without any, the report says
+// so and `log` stays empty.
 void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
                                     std::optional<CEventLogReader>& log) const
 {
     const EventReport base = report;
     const std::vector<std::size_t>& holders = events_->holders[report.place];
-    for (; !fetched.name.empty(); fetched = FetchLog(report.place, fetched.holder + 1)) {
+    std::vector<std::string> passedOver;
+    std::size_t readFrom = 0;
+    for (std::size_t next = 0; !fetched.name.empty(); fetched = FetchLog(report.place, next)) {
+        if (log)
+            passedOver.push_back(PassedOver(holders[readFrom], report.eventLogName));
+        for (; next < fetched.holder; ++next)
+            passedOver.push_back(PassedOver(holders[next], std::string()));
+        readFrom = next++;
         report = base;
         report.eventLogName = fetched.name;
         report.installerLogs = std::move(fetched.installerLogs);
         log.emplace(event.eventId, sectionMemo_);
-        if (ReadEventLog(sources_.Source(holders[fetched.holder]), fetched, report, *log))
-            return;
+        if (ReadEventLog(sources_.Source(holders[readFrom]), fetched, report, *log))
+            break;
     }
+    for (const std::string& note : passedOver)
+        report.notes.push_back(note + "; the event log is read from " + sources_.Name(holders[readFrom]));
     if (log)
         return;
     report.installerLogs = InstallerLogsOf(sources_.Source(event.source), event, std::string());
     report.notes.push_back("the event log is not in the source");
+}
+
+// Why the event log was not read from the source: it lacks the log (no name)
+// or holds it damaged.
+std::string CReportBuilder::PassedOver(std::size_t source, const std::string& logName) const
+{
+    std::string why = "the event log is not in the source";
+    if (!logName.empty() && sources_.Source(source).IsArchive())
+        why = "the archive's entry " + logName + " is damaged";
+    else if (!logName.empty())
+        why = "the event log " + logName + " can't be read whole";
+    return sources_.Name(source) + ": " + why;
 }
 
 // Sources of one machine can hold an EventID with two starts: the section

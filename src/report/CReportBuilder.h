@@ -126,6 +126,7 @@ private:
                         std::optional<CEventLogReader>& log) const;
     bool ReadEventLog(const CHistorySource& source, const FetchedLog& fetched, EventReport& report,
                       CEventLogReader& log) const;
+    std::string PassedOver(std::size_t source, const std::string& logName) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);
     void TakeAfterSnapshotsUntil(long long time);
     void CompareComputers(std::size_t event, SnapshotSection& computer, EventReport& report);

@@ -171,14 +171,28 @@ def with_entry_damaged(env, source, target, ending):
 
 
 def test_an_event_is_read_from_the_archive_that_holds_its_log_whole(env):
+    """An archive that lacks the log yields to one that holds it; one that holds
+    it damaged is passed over, and the note says so: the engineer must not
+    take that archive for whole."""
     record_two_weeks(env)
     without_entry(env, "week1.zip", "nolog.zip", "CopyA/A1/ZORInstallEvent.Log")
     with_entry_damaged(env, "week1.zip", "bad.zip", "CopyA/A1/ZORInstallEvent.Log")
-    for first in ("nolog.zip", "bad.zip"):
+    for first, notes in (("nolog.zip", []),
+                         ("bad.zip", ["bad.zip: the archive's entry {log} is damaged; "
+                                      "the event log is read from week2.zip"])):
         make_report(env, first, "week2.zip", "-json", "r.json")
         a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
         expect_equal((a1["snapshotBefore"], a1["snapshotAfter"], a1["notes"], sorted(a1["sources"])),
-                     (True, True, [], sorted([first, "week2.zip"])), f"A1, whose log {first} lacks whole")
+                     (True, True, [note.format(log=a1["eventLog"]) for note in notes],
+                      sorted([first, "week2.zip"])), f"A1, whose log {first} lacks whole")
+    # Damaged in both: the second is read as far as it goes, and says so (with
+    # what its damage cut off, which depends on the recorded bytes).
+    with_entry_damaged(env, "week2.zip", "bad2.zip", "CopyA/A1/ZORInstallEvent.Log")
+    make_report(env, "bad.zip", "bad2.zip", "-json", "r.json")
+    a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
+    expected = [f"the archive's entry {a1['eventLog']} is damaged: what could be read of it is shown",
+                f"bad.zip: the archive's entry {a1['eventLog']} is damaged; the event log is read from bad2.zip"]
+    expect_equal([note for note in a1["notes"] if note in expected], expected, "A1, damaged in both")
 
 
 def test_a_machine_cloned_and_renamed_is_a_machine_of_its_own_under_its_name(env):
