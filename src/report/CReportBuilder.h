@@ -6,7 +6,7 @@
 // last before it, whichever event took it. Two threads of the builder's own
 // work ahead of the comparisons: one reads the next events' logs from the
 // sources into memory, the other reads their lines into snapshots, and each
-// runs at most a few events ahead. At any time the builder holds the current
+// has at most one event waiting. At any time the builder holds the current
 // event's two snapshots, that last snapshot, the after snapshots of events
 // still running at the current event's start, and those few events; the
 // events' reports are kept whole unless the caller lets each go as it comes.

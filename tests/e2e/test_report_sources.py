@@ -185,6 +185,14 @@ def test_an_event_is_read_from_the_archive_that_holds_its_log_whole(env):
         expect_equal((a1["snapshotBefore"], a1["snapshotAfter"], a1["notes"], sorted(a1["sources"])),
                      (True, True, [note.format(log=a1["eventLog"]) for note in notes],
                       sorted([first, "week2.zip"])), f"A1, whose log {first} lacks whole")
+    # The archive that holds the event in its History.ini comes first, and it
+    # lacks the log: the log is read from the one that has no History.ini.
+    without_entry(env, "week2.zip", "noini.zip", "History.ini")
+    make_report(env, "nolog.zip", "noini.zip", "-json", "r.json")
+    a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
+    expect_equal((a1["snapshotBefore"], a1["snapshotAfter"], a1["notes"]),
+                 (True, True, ["nolog.zip: the event log is not in the source; the event log is read from noini.zip"]),
+                 "A1, whose log is only in the archive without History.ini")
     # Damaged in both: the second is read as far as it goes, and says so (with
     # what its damage cut off, which depends on the recorded bytes).
     with_entry_damaged(env, "week2.zip", "bad2.zip", "CopyA/A1/ZORInstallEvent.Log")
