@@ -419,6 +419,10 @@ void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetch
     }
     for (const std::string& note : passedOver)
         report.notes.push_back(note + "; the event log is read from " + sources_.Name(holders[readFrom]));
+    // The source that the event is read from is named first.
+    if (log && readFrom < report.sources.size())
+        std::rotate(report.sources.begin(), report.sources.begin() + static_cast<std::ptrdiff_t>(readFrom),
+                    report.sources.begin() + static_cast<std::ptrdiff_t>(readFrom) + 1);
     if (log)
         return;
     report.installerLogs = InstallerLogsOf(sources_.Source(event.source), event, std::string());

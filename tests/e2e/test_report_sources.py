@@ -182,9 +182,9 @@ def test_an_event_is_read_from_the_archive_that_holds_its_log_whole(env):
                                       "the event log is read from week2.zip"])):
         make_report(env, first, "week2.zip", "-json", "r.json")
         a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
-        expect_equal((a1["snapshotBefore"], a1["snapshotAfter"], a1["notes"], sorted(a1["sources"])),
-                     (True, True, [note.format(log=a1["eventLog"]) for note in notes],
-                      sorted([first, "week2.zip"])), f"A1, whose log {first} lacks whole")
+        expect_equal((a1["snapshotBefore"], a1["snapshotAfter"], a1["notes"], a1["sources"]),
+                     (True, True, [note.format(log=a1["eventLog"]) for note in notes], ["week2.zip", first]),
+                     f"A1, whose log {first} lacks whole: read from week2.zip, named first")
     # The archive that holds the event in its History.ini comes first, and it
     # lacks the log: the log is read from the one that has no History.ini.
     without_entry(env, "week2.zip", "noini.zip", "History.ini")
