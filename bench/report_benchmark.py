@@ -298,8 +298,8 @@ def verdict(row):
     return "; ".join(said) or "bounded by the report's limits"
 
 
-def print_rows(rows, program):
-    print("ZORHistoryReport (%s), load average before the runs: %s" % (program, load_average()))
+def print_rows(rows, program, load_before):
+    print("ZORHistoryReport (%s), load average before the runs: %s" % (program, load_before))
     print("%-14s %-40s %8s %5s %9s %9s %8s %8s %10s %8s %8s  %s"
           % ("workload", "archive", "zip MB", "runs", "median s", "fastest", "user s", "system", "peak MB",
              "HTML MB", "JSON MB", "target"))
@@ -343,8 +343,9 @@ def main():
 
     for name in names:
         archive_for(work, name, args)
+    load_before = load_average()
     rows = [measure(program, work, name, args) for name in names]
-    print_rows(rows, program)
+    print_rows(rows, program, load_before)
     return 0
 
 
