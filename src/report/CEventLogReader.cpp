@@ -62,9 +62,15 @@ bool IsClosingLine(const std::string& line)
     return StartsWith(line, texts::kSnapshotStartClosing) || StartsWith(line, texts::kSnapshotEndClosing);
 }
 
-bool IsBanner(const std::string& line)
+// Why a block read like a snapshot goes to the messages.
+const char kBeforeElsewhere[] = "before the install: the one at the head of the log is compared";
+const char kAfterElsewhere[] = "after the install: the one that stands where the recorder writes it is compared";
+const char kAfterNeverWritten[] = "after the install, which an install that never ended has not written";
+
+// A line that may follow a rule in the frame of a snapshot.
+bool IsFrameLine(const std::string& line)
 {
-    return StartsWith(line, texts::kStartBanner) || StartsWith(line, texts::kEndBanner);
+    return line == kBlankFrameLine || StartsWith(line, texts::kSnapshotTitle);
 }
 
 bool IsResultTitle(const std::string& line)
@@ -105,8 +111,8 @@ const std::string& SnapshotTitleLine(const std::vector<std::string>& lines)
 
 }  // namespace
 
-CEventLogReader::CEventLogReader(std::string eventId, std::shared_ptr<CSectionMemo> memo)
-    : eventId_(std::move(eventId)), memo_(std::move(memo))
+CEventLogReader::CEventLogReader(std::string eventId, std::shared_ptr<CSectionMemo> memo, InstallEnd end)
+    : eventId_(std::move(eventId)), memo_(std::move(memo)), end_(end)
 {
 }
 
@@ -133,6 +139,7 @@ void CEventLogReader::LongLineOutside(const std::string& line, std::uint64_t byt
         return Line(line, bytesCut);
     closingRuleDue_ = false;
     lastRead_ = LastRead::Other;
+    Settle(false);
     AddMessage(line, bytesCut);
 }
 
@@ -141,9 +148,20 @@ void CEventLogReader::Finish()
     // Opening lines cut off at the end of the log are what they read as.
     while (!pending_.empty())
         ReleasePending();
+    if (place_ == Place::Snapshot && ruleHeld_) {
+        Hold(kFrameRule);
+        SnapshotLine(kFrameRule, 0);
+    }
     if (place_ == Place::Snapshot)
         EndSnapshot(false);
+    Settle(false);
     place_ = Place::Outside;
+    if (!kept_)
+        return;
+    after = std::move(kept_->snapshot);
+    for (const std::string& note : kept_->notes)
+        AddNote(note);
+    kept_.reset();
 }
 
 void CEventLogReader::LineOutside(const std::string& line)
@@ -151,6 +169,8 @@ void CEventLogReader::LineOutside(const std::string& line)
     const bool closingRule = closingRuleDue_ && pending_.empty() && line == kFrameRule;
     if (!line.empty())
         closingRuleDue_ = false;
+    if (closingRule)
+        Hold(line);
     if (closingRule || (line.empty() && pending_.empty()))
         return;
     pending_.push_back(line);
@@ -185,8 +205,9 @@ void CEventLogReader::ResolvePending()
         return;
     std::vector<std::string> lines;
     lines.swap(pending_);
+    Settle(IsResultTitle(lines.front()));
     if (lines.front() == kFrameRule)
-        return BeginSnapshot(TextBehind(SnapshotTitleLine(lines), texts::kSnapshotTitle));
+        return BeginSnapshot(lines);
     if (lines.front() == texts::computer::kTitle) {
         lastRead_ = LastRead::Computer;
         place_ = Place::Computer;
@@ -194,7 +215,8 @@ void CEventLogReader::ResolvePending()
         blockRulesLeft_ = 2;
         blockRule_ = kComputerRule;
     } else if (IsResultTitle(lines.front())) {
-        lastRead_ = LastRead::Other;
+        lastRead_ = LastRead::Result;
+        HoldWithKept(lines.front());
         place_ = Place::ResultBlock;
         blockLinesLeft_ = kResultLines;
         blockRulesLeft_ = 2;
@@ -213,8 +235,12 @@ void CEventLogReader::ReleasePending()
 {
     std::vector<std::string> lines;
     lines.swap(pending_);
+    const bool endBanner = lastRead_ == LastRead::Result && StartsWith(lines.front(), texts::kEndBanner);
     lastRead_ = LastRead::Other;
-    if (!StartsWith(lines.front(), texts::kEndBanner))
+    Settle(false);
+    if (endBanner)
+        HoldWithKept(lines.front());
+    else
         AddMessage(lines.front());
     for (std::size_t i = 1; i < lines.size(); ++i)
         Line(lines[i]);
@@ -238,6 +264,8 @@ void CEventLogReader::LineInBlock(const std::string& line)
     }
     if (place_ == Place::Computer)
         ComputerLine(line);
+    else
+        HoldWithKept(line);
     if ((line == blockRule_ && --blockRulesLeft_ == 0) || --blockLinesLeft_ == 0) {
         computer.complete = computer.complete || (place_ == Place::Computer && line == blockRule_);
         place_ = Place::Outside;
@@ -265,20 +293,42 @@ void CEventLogReader::ComputerLine(const std::string& line)
         operatingSystem = TextBehind(line, texts::computer::kOSLabel);
 }
 
+// A rule is held until the line behind it tells whether the closing lines
+// or the frame of another snapshot begin with it, or it is a line of the
+// section.
 void CEventLogReader::LineInSnapshot(const std::string& line, std::uint64_t bytesCut)
 {
-    SnapshotPart part;
-    if (IsClosingLine(line)) {
-        EndSnapshot(true);
-        closingRuleDue_ = true;
-    } else if (StartsWith(line, texts::kSnapshotTitle) || IsBanner(line)) {
+    if (ruleHeld_ && IsFrameLine(line)) {
+        ruleHeld_ = false;
         EndSnapshot(false);
-        LineOutside(line);
-    } else if (IsSectionHeading(line, part)) {
-        BeginSection(part);
-    } else if (inSection_ && !line.empty()) {
-        AddSectionLine(line, bytesCut);
+        LineOutside(kFrameRule);
+        return LineOutside(line);
     }
+    if (ruleHeld_) {
+        ruleHeld_ = false;
+        Hold(kFrameRule);
+        if (IsClosingLine(line)) {
+            Hold(line, bytesCut);
+            EndSnapshot(true);
+            closingRuleDue_ = true;
+            return;
+        }
+        SnapshotLine(kFrameRule, 0);
+    }
+    ruleHeld_ = line == kFrameRule;
+    if (ruleHeld_)
+        return;
+    Hold(line, bytesCut);
+    SnapshotLine(line, bytesCut);
+}
+
+void CEventLogReader::SnapshotLine(const std::string& line, std::uint64_t bytesCut)
+{
+    SnapshotPart part;
+    if (IsSectionHeading(line, part))
+        BeginSection(part);
+    else if (inSection_ && !line.empty())
+        AddSectionLine(line, bytesCut);
 }
 
 // The section's lines up to its limits; past them only counted.
@@ -297,27 +347,36 @@ void CEventLogReader::AddSectionLine(const std::string& line, std::uint64_t byte
 }
 
 // The title tells before from after: the EventID, then " -- Before " or
-// " -- After ".
-void CEventLogReader::BeginSnapshot(const std::string& title)
+// " -- After ". The first snapshot before the install is read as it comes;
+// any other block waits for what follows it.
+void CEventLogReader::BeginSnapshot(const std::vector<std::string>& opening)
 {
+    const std::string title = TextBehind(SnapshotTitleLine(opening), texts::kSnapshotTitle);
     bool isAfter = false;
     if (StartsWith(title, (eventId_ + texts::kSnapshotAfter).c_str()))
         isAfter = true;
     else if (!StartsWith(title, (eventId_ + texts::kSnapshotBefore).c_str()))
         isAfter = title.find(texts::kSnapshotAfter) != std::string::npos;
     snapshotIsAfter_ = isAfter;
-    Snapshot& target = isAfter ? after : before;
-    const char* which = isAfter ? "after" : "before";
-    if (target.complete) {
-        AddNote(std::string("a second snapshot ") + which + " the install was left out");
-        snapshot_ = nullptr;
-    } else {
-        target = Snapshot();
-        target.present = true;
-        snapshot_ = &target;
-    }
     place_ = Place::Snapshot;
     inSection_ = false;
+    if (isAfter || before.present)
+        return BeginCandidate(isAfter, opening);
+    before.present = true;
+    snapshot_ = &before;
+}
+
+// A block after the head of the log; a second one before the install is
+// read as no snapshot at all, since only messages can have written it.
+void CEventLogReader::BeginCandidate(bool isAfter, const std::vector<std::string>& opening)
+{
+    open_.emplace();
+    open_->isAfter = isAfter;
+    open_->anchor = MessagesSoFar();
+    for (const std::string& line : opening)
+        open_->held.Add(line, 0);
+    open_->snapshot.present = true;
+    snapshot_ = isAfter ? &open_->snapshot : nullptr;
 }
 
 void CEventLogReader::EndSnapshot(bool closed)
@@ -326,12 +385,106 @@ void CEventLogReader::EndSnapshot(bool closed)
     if (snapshot_ != nullptr) {
         snapshot_->complete = closed;
         if (!closed)
-            AddNote(std::string("the snapshot ") + (snapshot_ == &after ? "after" : "before") +
-                    " the install is cut off");
+            SnapshotNote(std::string("the snapshot ") + (snapshotIsAfter_ ? "after" : "before") +
+                         " the install is cut off");
     }
+    if (open_)
+        open_->closed = true;
     snapshot_ = nullptr;
     place_ = Place::Outside;
     lastRead_ = closed && snapshotIsAfter_ ? LastRead::SnapshotAfter : LastRead::Other;
+}
+
+// What follows a block that was read decides what it is: the snapshot after
+// the install where the result block follows it, or where none has yet and
+// the install may have ended; a message otherwise. Of two snapshots after,
+// the later one is kept, since the recorder writes it at the end of the log.
+void CEventLogReader::Settle(bool resultFollows)
+{
+    if (!open_ || !open_->closed)
+        return;
+    Candidate read = std::move(*open_);
+    open_.reset();
+    read.resultFollows = resultFollows;
+    if (!read.isAfter)
+        return ToMessages(read, kBeforeElsewhere);
+    if (!resultFollows && kept_ && kept_->resultFollows)
+        return ToMessages(read, kAfterElsewhere);
+    if (!resultFollows && end_ == InstallEnd::NeverEnded)
+        return ToMessages(read, kAfterNeverWritten);
+    if (kept_)
+        ToMessages(*kept_, kAfterElsewhere, &read);
+    kept_ = std::move(read);
+}
+
+// A block that is no snapshot goes to the messages in its place among them;
+// a block read later than it stands that much later among them.
+void CEventLogReader::ToMessages(Candidate& lookAlike, const char* why, Candidate* later)
+{
+    InsertMessages(lookAlike.anchor, lookAlike.held);
+    if (later != nullptr)
+        later->anchor += lookAlike.held.count;
+    AddNote("the messages hold " + std::to_string(lookAlike.held.count) + " lines that read like a snapshot " + why);
+}
+
+// The held lines put among the messages at their place, `at` messages from
+// the first; the messages pushed over the limit by them are counted.
+void CEventLogReader::InsertMessages(std::size_t at, const HeldMessages& held)
+{
+    if (at >= kMessageLimit) {
+        messagesLeftOut += held.count;
+        return;
+    }
+    const std::size_t added = held.lines.size();
+    const bool amongThem = at < messages.size();
+    messagesLeftOut += held.count - added;
+    for (CutText& cut : messagesCut)
+        cut.index += cut.index >= at ? added : 0;
+    std::vector<std::string> lines;
+    for (std::size_t i = 0; i < added; ++i) {
+        lines.push_back(held.lines[i].first);
+        if (held.lines[i].second != 0 && at + i < kMessageLimit)
+            messagesCut.push_back(CutText{at + i, held.lines[i].second});
+    }
+    messages.insert(messages.begin() + static_cast<std::ptrdiff_t>(at), std::make_move_iterator(lines.begin()),
+                    std::make_move_iterator(lines.end()));
+    if (messages.size() > kMessageLimit) {
+        messagesLeftOut += messages.size() - kMessageLimit;
+        messages.resize(kMessageLimit);
+    }
+    if (!amongThem)
+        return;
+    messagesCut.erase(std::remove_if(messagesCut.begin(), messagesCut.end(),
+                                     [](const CutText& cut) { return cut.index >= kMessageLimit; }),
+                      messagesCut.end());
+    std::sort(messagesCut.begin(), messagesCut.end(),
+              [](const CutText& one, const CutText& other) { return one.index < other.index; });
+}
+
+// A line of the block being read, held in case it is a message.
+void CEventLogReader::Hold(const std::string& line, std::uint64_t bytesCut)
+{
+    if (open_)
+        open_->held.Add(line, bytesCut);
+}
+
+// A line of the result block and the end banner behind the snapshot after
+// the install, held with it: if a later one is kept, they go to the
+// messages with it.
+void CEventLogReader::HoldWithKept(const std::string& line)
+{
+    if (kept_)
+        kept_->held.Add(line, 0);
+}
+
+// A note on the snapshot being read: on a block that may yet be a message,
+// it waits with the block.
+void CEventLogReader::SnapshotNote(const std::string& note)
+{
+    if (!open_)
+        return AddNote(note);
+    if (std::find(open_->notes.begin(), open_->notes.end(), note) == open_->notes.end())
+        open_->notes.push_back(note);
 }
 
 // A section that comes again replaces what was read of it before.
@@ -346,7 +499,7 @@ void CEventLogReader::EndSection(bool complete)
 {
     if (inSection_ && snapshot_ != nullptr) {
         if (sectionTooLong_)
-            AddNote(TooLongSectionNote());
+            SnapshotNote(TooLongSectionNote());
         snapshot_->Set(part_, SectionRead(complete && !sectionTooLong_));
     }
     sectionText_.clear();
@@ -378,22 +531,32 @@ std::shared_ptr<const SnapshotSection> CEventLogReader::SectionRead(bool complet
 std::string CEventLogReader::TooLongSectionNote() const
 {
     return "the section \"" + SectionTitle(static_cast<std::size_t>(part_)) + "\" of the snapshot " +
-           (snapshot_ == &after ? "after" : "before") + " the install holds " + std::to_string(sectionLineCount_) +
+           (snapshotIsAfter_ ? "after" : "before") + " the install holds " + std::to_string(sectionLineCount_) +
            " lines, " + std::to_string(sectionBytes_) + " bytes: more than the recorder writes, so it is not compared";
 }
 
 // Each message up to its limit, with what was cut of it.
 void CEventLogReader::AddMessage(const std::string& line, std::uint64_t bytesCut)
 {
-    if (messages.size() >= kMessageLimit) {
-        ++messagesLeftOut;
+    HeldMessages one;
+    one.Add(line, bytesCut);
+    InsertMessages(MessagesSoFar(), one);
+}
+
+std::size_t CEventLogReader::MessagesSoFar() const
+{
+    return messages.size() + messagesLeftOut;
+}
+
+void CEventLogReader::HeldMessages::Add(const std::string& line, std::uint64_t bytesCut)
+{
+    if (line.empty())
         return;
-    }
+    ++count;
+    if (lines.size() >= kMessageLimit)
+        return;
     const std::size_t kept = std::min(line.size(), kMessageTextLimit);
-    bytesCut += line.size() - kept;
-    if (bytesCut != 0)
-        messagesCut.push_back(CutText{messages.size(), bytesCut});
-    messages.push_back(line.substr(0, kept));
+    lines.emplace_back(line.substr(0, kept), bytesCut + line.size() - kept);
 }
 
 // Each note once, however often the log gives cause for it.

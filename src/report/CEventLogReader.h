@@ -8,13 +8,21 @@
 // result block right behind the snapshot after the install. A message that
 // reads like a line of them, or like a block out of its place, stays a
 // message, and the lines behind it are read as they stand.
-// A log cut off in the middle, or one whose blocks stand out of order or
-// twice, gives what could be read, with a note of what stood in the way.
+// A message may hold line ends, and so a whole snapshot block: the snapshot
+// before the install is the first, the one at the head of the log; of those
+// after it, the last that the result block follows, else (unless the install
+// never ended) the last. Every other block of a snapshot's frame goes to the
+// messages, in its place among them, with a note.
+// A snapshot ends at its closing lines, a rule and the closing title, or where
+// a rule and a frame line or a title begin the frame of another.
+// A log cut off in the middle gives what could be read, with a note of what
+// stood in the way.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,10 +43,15 @@ public:
     static constexpr std::size_t kSectionLineLimit = 100000;
     static constexpr std::uint64_t kSectionByteLimit = 4 * 1024 * 1024;
 
+    // How History.ini says the install ended: an install that never ended
+    // has no snapshot after it but the one that a result block follows.
+    enum class InstallEnd { Unknown, Ended, NeverEnded };
+
     // Sections whose text `memo` knows are not read again; readers of the
     // events of one machine share one memo.
     explicit CEventLogReader(std::string eventId,
-                             std::shared_ptr<CSectionMemo> memo = std::make_shared<CSectionMemo>());
+                             std::shared_ptr<CSectionMemo> memo = std::make_shared<CSectionMemo>(),
+                             InstallEnd end = InstallEnd::Unknown);
 
     // A line of the log; `bytesCut` bytes of it were dropped before it came
     // (a line that long is never one of the recorder's own).
@@ -60,9 +73,32 @@ public:
     std::vector<std::string> notes;
 
 private:
+    // Lines on their way to the messages, each kept to its limit, as many as
+    // the messages can show; the rest only counted.
+    struct HeldMessages {
+        std::vector<std::pair<std::string, std::uint64_t>> lines;  // text, bytes cut of it
+        std::size_t count = 0;
+        void Add(const std::string& line, std::uint64_t bytesCut);
+    };
+    // A snapshot block that does not stand at the head of the log: the
+    // snapshot after the install, or a message that reads like one. Its
+    // lines are held until it is known which, so that a message goes to the
+    // messages in its place among them.
+    struct Candidate {
+        bool isAfter = true;
+        Snapshot snapshot;
+        std::vector<std::string> notes;
+        HeldMessages held;
+        // The messages that stand before it in the log, kept or left out.
+        std::size_t anchor = 0;
+        bool closed = false;
+        // The result block follows it.
+        bool resultFollows = false;
+    };
+
     enum class Place { Outside, Banner, Computer, Snapshot, ResultBlock };
     // What the last line that was not blank belonged to.
-    enum class LastRead { Nothing, Banner, Computer, SnapshotAfter, Other };
+    enum class LastRead { Nothing, Banner, Computer, SnapshotAfter, Result, Other };
 
     void LineOutside(const std::string& line);
     void ResolvePending();
@@ -72,12 +108,21 @@ private:
     void LineInSnapshot(const std::string& line, std::uint64_t bytesCut);
     void LineInBlock(const std::string& line);
     void ComputerLine(const std::string& line);
-    void BeginSnapshot(const std::string& title);
+    void SnapshotLine(const std::string& line, std::uint64_t bytesCut);
+    void BeginSnapshot(const std::vector<std::string>& opening);
+    void BeginCandidate(bool isAfter, const std::vector<std::string>& opening);
     void EndSnapshot(bool closed);
+    void Settle(bool resultFollows);
+    void ToMessages(Candidate& lookAlike, const char* why, Candidate* later = nullptr);
+    void InsertMessages(std::size_t at, const HeldMessages& held);
+    void Hold(const std::string& line, std::uint64_t bytesCut = 0);
+    void HoldWithKept(const std::string& line);
+    void SnapshotNote(const std::string& note);
     void BeginSection(SnapshotPart part);
     void EndSection(bool complete);
     std::shared_ptr<const SnapshotSection> SectionRead(bool complete);
     void AddMessage(const std::string& line, std::uint64_t bytesCut = 0);
+    std::size_t MessagesSoFar() const;
     void AddSectionLine(const std::string& line, std::uint64_t bytesCut);
     void AddNote(const std::string& note);
     std::string TooLongSectionNote() const;
@@ -103,4 +148,11 @@ private:
     bool closingRuleDue_ = false;
     LastRead lastRead_ = LastRead::Nothing;
     bool snapshotIsAfter_ = false;
+    // A rule in a snapshot: its closing lines, or another frame, may begin.
+    bool ruleHeld_ = false;
+    InstallEnd end_;
+    // The snapshot block being read, or read and waiting for what follows it.
+    std::optional<Candidate> open_;
+    // The snapshot after the install as far as the log has been read.
+    std::optional<Candidate> kept_;
 };

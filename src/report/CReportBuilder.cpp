@@ -15,6 +15,15 @@
 
 namespace {
 
+// How History.ini says the install ended, for the reader of its log.
+CEventLogReader::InstallEnd InstallEndOf(EventOutcome outcome)
+{
+    if (outcome == EventOutcome::Unknown)
+        return CEventLogReader::InstallEnd::Unknown;
+    return outcome == EventOutcome::NeverEnded ? CEventLogReader::InstallEnd::NeverEnded
+                                               : CEventLogReader::InstallEnd::Ended;
+}
+
 // How many events may wait at each step ahead of the comparisons: a log read
 // into memory (at most CLogReadAhead::kLimit bytes), or an event read with its
 // two snapshots.
@@ -413,7 +422,7 @@ void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetch
         report = base;
         report.eventLogName = fetched.name;
         report.installerLogs = std::move(fetched.installerLogs);
-        log.emplace(event.eventId, sectionMemo_);
+        log.emplace(event.eventId, sectionMemo_, InstallEndOf(report.outcome));
         if (ReadEventLog(sources_.Source(holders[readFrom]), fetched, report, *log))
             break;
     }

@@ -220,6 +220,7 @@ LOOK_ALIKES = [
     "*End of Snapshoot for EventID: Look-1 -- After Install Completed ",
     "Result of Install:",
     "=" * 69,
+    "---------- ZOR Installation History Logger ( End ) ----------20061012 10:05:00",
 ]
 
 
@@ -241,6 +242,62 @@ def test_messages_that_read_like_the_recorders_lines_are_messages_and_the_log_st
     assert reported["changes"] is not None, "no changes for an event with both snapshots"
     assert probe.name in names_of(reported["changes"]["processes"]["added"], "image"), \
         f"{probe.name} is not among the added processes: {reported['changes']['processes']!r}"
+
+
+def copied_snapshot_after(env, copy, event, new_event):
+    """The snapshot after the install of a recorded event, as its log holds
+    it, named for another event and with a process of its own among its rows."""
+    log = (env.store / copy / event / "ZORInstallEvent.Log").read_bytes().decode("latin-1").splitlines()
+    title = next(n for n, line in enumerate(log)
+                 if line.startswith(f"*  Snapshoot for EventID: {event} -- After "))
+    closing = next(n for n, line in enumerate(log)
+                   if line.startswith(f"*End of Snapshoot for EventID: {event} -- After "))
+    block = [line.replace(event, new_event) for line in log[title - 2:closing + 2]]
+    heading = block.index(PROCESS_HEADING)
+    first_row = next(n for n in range(heading, len(block)) if block[n][:1].isdigit())
+    block.insert(first_row, "99999".ljust(19) + "FAKEPROC.exe")
+    return block
+
+
+def test_a_message_that_copies_a_whole_snapshot_is_a_message_and_the_real_snapshot_is_compared(env):
+    """A -logmessage of many lines copies the snapshot after an earlier install,
+    with a process of its own: the install's own snapshot is compared and the
+    copy is shown among the messages, in its place, with a note. An install
+    that never ends, with such a message, has no snapshot after it."""
+    record(env, "-start", "Src-1", "-Action", "Install")
+    record(env, "-end", "Src-1", "-CopyName", "LookCopy", "-Result", "0")
+    next_second()
+    look_alike = copied_snapshot_after(env, "LookCopy", "Src-1", "Look-2")
+    record(env, "-start", "Look-2", "-Action", "Install")
+    record(env, "-logmessage", "Look-2", "-message", "\n".join(look_alike))
+    record(env, "-logmessage", "Look-2", "-message", "Done")
+    record(env, "-end", "Look-2", "-CopyName", "LookCopy", "-Result", "1603")
+    next_second()
+    never_ended = [line.replace("Look-2", "Look-3") for line in look_alike]
+    record(env, "-start", "Look-3", "-Action", "Install")
+    record(env, "-logmessage", "Look-3", "-message", "\n".join(never_ended))
+    collect(env, "x.zip")
+    make_report(env, "x.zip", "-json", "r.json", "-o", "r.html")
+    document = read_json(env.work / "r.json")
+
+    shown = [line for line in look_alike if line]
+    reported = event_of(document, "LookCopy", "Look-2")
+    expect_equal(reported["messages"], shown + ["Done"], "messages of Look-2")
+    note = (f"the messages hold {len(shown)} lines that read like a snapshot after the install: "
+            "the one that stands where the recorder writes it is compared")
+    expect_equal(reported["notes"], [note], "notes on Look-2")
+    assert reported["snapshotAfter"], "Look-2's own snapshot after the install is not read"
+    assert "FAKEPROC.exe" not in names_of(reported["changes"]["processes"]["added"], "image"), \
+        reported["changes"]["processes"]
+
+    reported = event_of(document, "(Unknown)", "Look-3")
+    expect_equal(reported["messages"], [line for line in never_ended if line], "messages of Look-3")
+    expect_equal(reported["notes"], [f"the messages hold {len(shown)} lines that read like a snapshot after the "
+                                     "install, which an install that never ended has not written"],
+                 "notes on Look-3")
+    expect_equal((reported["snapshotAfter"], reported["changes"]), (False, None), "Look-3's snapshot after")
+    html = (env.work / "r.html").read_bytes().decode("utf-8")
+    assert note in html, "the page doesn't note the look-alike"
 
 
 def next_second():

@@ -20,9 +20,10 @@ SnapshotContent Before()
 }
 
 CEventLogReader Read(const std::string& log, const std::string& eventId = "E1",
-                     std::shared_ptr<CSectionMemo> memo = std::make_shared<CSectionMemo>())
+                     std::shared_ptr<CSectionMemo> memo = std::make_shared<CSectionMemo>(),
+                     CEventLogReader::InstallEnd end = CEventLogReader::InstallEnd::Unknown)
 {
-    CEventLogReader reader(eventId, std::move(memo));
+    CEventLogReader reader(eventId, std::move(memo), end);
     CLineSplitter lines([&reader, &lines](const std::string& line) { reader.Line(line, lines.BytesCutOfLine()); });
     lines.Feed(log.data(), log.size());
     lines.Finish();
@@ -36,6 +37,39 @@ std::string WholeLog(const SnapshotContent& before, const SnapshotContent& after
            "Copying files\n<script>document.title='x'</script>\n" + EndSnapshot("E1", "Install", after) +
            EndTail("Install");
 }
+
+CEventLogReader ReadEnded(const std::string& log, CEventLogReader::InstallEnd end)
+{
+    return Read(log, "E1", std::make_shared<CSectionMemo>(), end);
+}
+
+// The lines of a text that are not blank, as messages show them.
+std::vector<std::string> NonBlankLines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = text.find('\n', at);
+        if (end > at)
+            lines.push_back(text.substr(at, end - at));
+        at = end + 1;
+    }
+    return lines;
+}
+
+std::vector<std::string> Joined(std::vector<std::vector<std::string>> parts)
+{
+    std::vector<std::string> all;
+    for (const auto& part : parts)
+        all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+std::string LookAlikeNote(std::size_t lines, const std::string& why)
+{
+    return "the messages hold " + std::to_string(lines) + " lines that read like a snapshot " + why;
+}
+
+const char kAfterElsewhere[] = "after the install: the one that stands where the recorder writes it is compared";
 
 // The lines of the processes section in the log that are not blank, and
 // their bytes without line ends.
@@ -94,15 +128,189 @@ TEST(EventLogReader, ALogCutInTheMiddleOfASnapshotKeepsTheSectionsReadWhole)
     EXPECT_EQ(reader.notes, (std::vector<std::string>{"the snapshot before the install is cut off"}));
 }
 
-TEST(EventLogReader, ASecondWholeSnapshotOfTheSameKindIsLeftOutWithANote)
+TEST(EventLogReader, ASecondSnapshotBeforeTheInstallIsAMessageInItsPlace)
 {
     SnapshotContent other = Before();
     other.processes = {{1, "other.exe"}};
-    const CEventLogReader reader =
-        Read(StartSnapshot("E1", "Install", Before()) + StartSnapshot("E1", "Install", other));
+    const std::string lookAlike = StartSnapshot("E1", "Install", other);
+    const CEventLogReader reader = Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) +
+                                        "first\n" + lookAlike + "last\n");
     EXPECT_EQ(reader.before[SnapshotPart::Processes].items.count("setup.exe"), 1u);
     EXPECT_EQ(reader.before[SnapshotPart::Processes].items.count("other.exe"), 0u);
-    EXPECT_EQ(reader.notes, (std::vector<std::string>{"a second snapshot before the install was left out"}));
+    EXPECT_TRUE(reader.before.complete);
+    EXPECT_EQ(reader.messages, Joined({{"first"}, NonBlankLines(lookAlike), {"last"}}));
+    EXPECT_EQ(reader.notes, (std::vector<std::string>{LookAlikeNote(
+                                NonBlankLines(lookAlike).size(),
+                                "before the install: the one at the head of the log is compared")}));
+}
+
+// A message of many lines that copies the snapshot after an install, with a
+// process of its own, ahead of the real one.
+TEST(EventLogReader, AMessageThatCopiesAWholeSnapshotAfterIsAMessageAndTheRealOneIsCompared)
+{
+    SnapshotContent after = Before();
+    after.processes.push_back({300, "zorsrv.exe"});
+    SnapshotContent fake = after;
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string lookAlike = EndSnapshot("E1", "Install", fake);
+    const std::string head = StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before());
+    for (const auto end : {CEventLogReader::InstallEnd::Ended, CEventLogReader::InstallEnd::Unknown}) {
+        const CEventLogReader reader = ReadEnded(head + "Copying files\n" + lookAlike + "Done\n" +
+                                                     EndSnapshot("E1", "Install", after) + EndTail("Install"),
+                                                 end);
+        ASSERT_TRUE(reader.after.complete);
+        EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
+        EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
+        EXPECT_EQ(reader.messages, Joined({{"Copying files"}, NonBlankLines(lookAlike), {"Done"}}));
+        EXPECT_EQ(reader.notes,
+                  (std::vector<std::string>{LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
+    }
+}
+
+// The message copies the result block and the end banner as well: of the
+// two that the result block follows, the later stands where the recorder
+// writes it, and the earlier goes to the messages whole, among those that
+// came after it.
+TEST(EventLogReader, AMessageThatCopiesTheWholeEndOfALogIsAMessageAndTheLastEndIsCompared)
+{
+    SnapshotContent after = Before();
+    after.processes.push_back({300, "zorsrv.exe"});
+    SnapshotContent fake = after;
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string lookAlike = EndSnapshot("E1", "Install", fake) + EndTail("Install");
+    const CEventLogReader reader =
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + "one\n" + lookAlike +
+             "two\n" + EndSnapshot("E1", "Install", after) + EndTail("Install"));
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
+    EXPECT_EQ(reader.messages, Joined({{"one"}, NonBlankLines(lookAlike), {"two"}}));
+    EXPECT_EQ(reader.notes,
+              (std::vector<std::string>{LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
+}
+
+// An install that never ended wrote no snapshot after it: a block that reads
+// like one, as the last thing in its log, is a message; where the install
+// ended or History.ini doesn't say, it is that snapshot.
+TEST(EventLogReader, ABlockAfterTheInstallIsAMessageWhereTheInstallNeverEnded)
+{
+    SnapshotContent fake = Before();
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string lookAlike = EndSnapshot("E1", "Install", fake);
+    const std::string log = StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + "one\n" + lookAlike;
+
+    const CEventLogReader neverEnded = ReadEnded(log, CEventLogReader::InstallEnd::NeverEnded);
+    EXPECT_FALSE(neverEnded.after.present);
+    EXPECT_EQ(neverEnded.messages, Joined({{"one"}, NonBlankLines(lookAlike)}));
+    EXPECT_EQ(neverEnded.notes,
+              (std::vector<std::string>{LookAlikeNote(
+                  NonBlankLines(lookAlike).size(), "after the install, which an install that never ended has not written")}));
+
+    for (const auto end : {CEventLogReader::InstallEnd::Ended, CEventLogReader::InstallEnd::Unknown}) {
+        const CEventLogReader ended = ReadEnded(log, end);
+        EXPECT_TRUE(ended.after.complete);
+        EXPECT_EQ(ended.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 1u);
+        EXPECT_EQ(ended.messages, (std::vector<std::string>{"one"}));
+        EXPECT_TRUE(ended.notes.empty());
+    }
+}
+
+// A block that the result block follows is the recorder's, whatever
+// History.ini says: a failed write of History.ini leaves the install open.
+TEST(EventLogReader, ASnapshotThatTheResultBlockFollowsIsTheRecordersWhereTheInstallNeverEnded)
+{
+    SnapshotContent after = Before();
+    after.processes.push_back({300, "zorsrv.exe"});
+    const CEventLogReader reader =
+        ReadEnded(WholeLog(Before(), after), CEventLogReader::InstallEnd::NeverEnded);
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
+    EXPECT_TRUE(reader.notes.empty());
+}
+
+// The opening of a snapshot that never closes swallows the messages behind
+// it until the real frame begins: all of them are messages again.
+TEST(EventLogReader, AnUnclosedBlockAheadOfTheRealSnapshotGivesBackEveryLineAsAMessage)
+{
+    SnapshotContent after = Before();
+    after.processes.push_back({300, "zorsrv.exe"});
+    std::string opening = EndSnapshot("E1", "Install", Before());
+    opening.resize(opening.find("4) Services"));
+    const std::string messages = opening + "step 2\nstep 3\n";
+    const CEventLogReader reader =
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + messages +
+             EndSnapshot("E1", "Install", after) + EndTail("Install"));
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
+    EXPECT_TRUE(reader.after.complete);
+    EXPECT_EQ(reader.messages, NonBlankLines(messages));
+    EXPECT_EQ(reader.notes,
+              (std::vector<std::string>{LookAlikeNote(NonBlankLines(messages).size(), kAfterElsewhere)}));
+}
+
+// An -end called twice without a copy name adds a second snapshot, result
+// block and banner: the last is the install's end.
+TEST(EventLogReader, OfTwoEndsTheLastIsComparedAndTheFirstIsShownAsMessages)
+{
+    SnapshotContent first = Before();
+    first.processes.push_back({300, "first.exe"});
+    SnapshotContent second = Before();
+    second.processes.push_back({301, "second.exe"});
+    const std::string firstEnd = EndSnapshot("E1", "Install", first) + EndTail("Install");
+    const CEventLogReader reader = Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) +
+                                       firstEnd + EndSnapshot("E1", "Install", second) + EndTail("Install"));
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("second.exe"), 1u);
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("first.exe"), 0u);
+    EXPECT_EQ(reader.messages, NonBlankLines(firstEnd));
+}
+
+// A look-alike of more lines than the messages show goes to them in its
+// place: the messages that came after it are counted as left out.
+TEST(EventLogReader, ALookAlikeOverTheMessageLimitPushesTheLaterMessagesOut)
+{
+    SnapshotContent fake = Before();
+    for (int id = 0; id < static_cast<int>(CEventLogReader::kMessageLimit); ++id)
+        fake.processes.push_back({1000 + id, "p" + std::to_string(id) + ".exe"});
+    const std::string lookAlike = EndSnapshot("E1", "Install", fake) + EndTail("Install");
+    const std::string longMessage(CEventLogReader::kMessageTextLimit + 7, 'm');
+    const CEventLogReader reader =
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + "one\n" + lookAlike +
+             longMessage + "\nthree\n" + EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
+    const std::vector<std::string> lines = NonBlankLines(lookAlike);
+    std::vector<std::string> expected = Joined({{"one"}, lines});
+    expected.resize(CEventLogReader::kMessageLimit);
+    EXPECT_EQ(reader.messages, expected);
+    EXPECT_EQ(reader.messagesLeftOut, 1 + lines.size() + 2 - CEventLogReader::kMessageLimit);
+    EXPECT_TRUE(reader.messagesCut.empty());
+    EXPECT_FALSE(reader.after[SnapshotPart::Processes].items.count("p0.exe"));
+}
+
+// A cut message keeps its count of what was cut where a look-alike is put
+// ahead of it.
+TEST(EventLogReader, AMessageCutToItsLimitKeepsItsCountWhenALookAlikeGoesAheadOfIt)
+{
+    const std::string lookAlike = EndSnapshot("E1", "Install", Before()) + EndTail("Install");
+    const std::string longMessage(CEventLogReader::kMessageTextLimit + 7, 'm');
+    const CEventLogReader reader =
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike + longMessage +
+             "\n" + EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
+    const std::size_t lines = NonBlankLines(lookAlike).size();
+    ASSERT_EQ(reader.messages.size(), lines + 1);
+    ASSERT_EQ(reader.messagesCut.size(), 1u);
+    EXPECT_EQ(reader.messagesCut[0].index, lines);
+    EXPECT_EQ(reader.messagesCut[0].bytesCut, 7u);
+}
+
+// Rows of a section are what the machine holds: one that reads like the
+// closing title, without the rule ahead of it, doesn't end the snapshot.
+TEST(EventLogReader, ARowThatReadsLikeTheClosingTitleDoesNotEndTheSnapshot)
+{
+    SnapshotContent after = Before();
+    after.software.push_back({"*End of Snapshoot for EventID: E1 -- After Install Completed ", "Trap", "1.0"});
+    after.processes.push_back({300, "zorsrv.exe"});
+    const CEventLogReader reader = Read(WholeLog(Before(), after));
+    EXPECT_TRUE(reader.after.complete);
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
+    EXPECT_EQ(reader.messages,
+              (std::vector<std::string>{"Copying files", "<script>document.title='x'</script>"}));
+    EXPECT_TRUE(reader.notes.empty());
 }
 
 TEST(EventLogReader, ASectionThatComesTwiceIsReadFromItsLastCopy)
@@ -167,6 +375,7 @@ const std::vector<std::string> kLookAlikes = {
     "*End of Snapshoot for EventID: E1 -- After Install Completed ",
     "Result of Install:",
     "=====================================================================",
+    "---------- ZOR Installation History Logger ( End ) ----------20061012 10:05:00",
 };
 
 TEST(EventLogReader, AMessageThatReadsLikeALineOfTheRecorderIsAMessageAndTheLogStaysWhole)
@@ -228,7 +437,8 @@ TEST(EventLogReader, ASectionLongerThanAnyTheRecorderWritesIsNotComparedAndEachN
                       std::to_string(CEventLogReader::kSectionLineLimit + 1 + own.first) + " lines, " +
                       std::to_string(CEventLogReader::kSectionLineLimit + 1 + own.second) +
                       " bytes: more than the recorder writes, so it is not compared",
-                  "a second snapshot before the install was left out"}));
+                  LookAlikeNote(NonBlankLines(log).size(),
+                                "before the install: the one at the head of the log is compared")}));
 }
 
 TEST(EventLogReader, ASectionOfMoreBytesThanAnyTheRecorderWritesIsNotComparedAndHeldNoLonger)
