@@ -370,7 +370,7 @@ void CEventLogReader::BeginSnapshot(const std::vector<std::string>& opening)
 // read as no snapshot at all, since only messages can have written it.
 void CEventLogReader::BeginCandidate(bool isAfter, const std::vector<std::string>& opening)
 {
-    open_.emplace();
+    open_ = Candidate();
     open_->isAfter = isAfter;
     open_->anchor = MessagesSoFar();
     for (const std::string& line : opening)

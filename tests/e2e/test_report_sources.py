@@ -8,18 +8,21 @@ named SOURCE:EventID for -compare, and the page's contents lead to every
 machine, copy and event."""
 import copy
 import json
+import pathlib
 import re
 import zipfile
 
 import jsonschema
 
-from e2e_support import expect_equal, main
+from e2e_support import expect_equal, main, skip
 from test_report import (JSON_SCHEMA, collect, error_lines, make_report, next_second, read_json, record,
                          run_report)
 from test_report_page import chromium, rendered_text
 
 COMPUTER_LABEL = "Computer Name       :"
+OS_LABEL = "OS                  :"
 OTHER_COMPUTER = "OTHERPC"
+README = pathlib.Path(__file__).resolve().parents[2] / "README.md"
 
 
 def record_two_weeks(env):
@@ -37,7 +40,7 @@ def record_two_weeks(env):
     collect(env, "week2.zip")
 
 
-def as_another_computer(env, source, target, logs_of=("",)):
+def as_another_computer(env, source, target, logs_of=("",), computer=OTHER_COMPUTER):
     """A copy of the archive whose event logs name another computer: all, or
     those of the events named."""
     with zipfile.ZipFile(env.work / source) as archive, zipfile.ZipFile(env.work / target, "w") as copy:
@@ -46,7 +49,7 @@ def as_another_computer(env, source, target, logs_of=("",)):
             name = entry.filename.replace("\\", "/")
             if any(name.endswith(f"{event}/ZORInstallEvent.Log") for event in logs_of):
                 data = re.sub(re.escape(COMPUTER_LABEL.encode()) + rb"[^\r\n]*",
-                              (COMPUTER_LABEL + OTHER_COMPUTER).encode(), data)
+                              (COMPUTER_LABEL + computer).encode(), data)
             copy.writestr(entry, data, compress_type=zipfile.ZIP_DEFLATED)
 
 
@@ -92,6 +95,57 @@ def test_archives_of_one_machine_merge_and_another_computer_stands_apart(env):
     expect_equal(lines.index(f"Computer {OTHER_COMPUTER}, {other['machine']['os']}") >
                  lines.index("3 events of 2 copies in week1.zip, week2.zip"), True,
                  "the other computer's lines come after this machine's")
+
+
+def readme_example(first):
+    """The indented lines of the README that begin with `first`, without
+    their indent: an example of console output."""
+    lines = README.read_text(encoding="utf-8").splitlines()
+    start = lines.index("    " + first)
+    example = []
+    for line in lines[start:]:
+        if not line.startswith("    "):
+            break
+        example.append(line[4:])
+    return example
+
+
+def logged(env, log, label):
+    """The value of a labelled line of an event log in the store."""
+    for line in (env.store / log).read_bytes().decode("latin-1").splitlines():
+        if line.startswith(label):
+            return line[len(label):]
+    raise AssertionError(f"no line {label!r} in {log}")
+
+
+def test_the_readmes_example_of_several_sources_is_the_reports_own_output(env):
+    """The README's lines for two archives of a Linux test machine a day apart
+    and a copy of the first that names another computer, as printed for them,
+    but for what is this machine's own: its name and system, and the counts
+    of processes, which other programs start and end while the test runs."""
+    if not env.native:
+        skip("the README's example is of the Linux build")
+    record(env, "-start", "E1", "-Action", "Install")
+    record(env, "-end", "E1", "-CopyName", "C1", "-Result", "0")
+    next_second()
+    record(env, "-start", "E2", "-Action", "Upgrade")
+    collect(env, "week1.zip")
+    record(env, "-end", "E2", "-CopyName", "C1", "-Result", "0")
+    next_second()
+    record(env, "-start", "E3", "-Action", "Install")
+    record(env, "-end", "E3", "-CopyName", "C2", "-Result", "1603")
+    collect(env, "week2.zip")
+    as_another_computer(env, "week1.zip", "shop-pc.zip", computer="SHOP-PC")
+    computer = logged(env, "C1/E1/ZORInstallEvent.Log", COMPUTER_LABEL)
+    system = logged(env, "C1/E1/ZORInstallEvent.Log", OS_LABEL)
+    out = make_report(env, "week1.zip", "week2.zip", "shop-pc.zip", "-compare", "week2.zip:E3", "shop-pc.zip:E1")
+    example = readme_example("2 computers in 3 sources")
+    readme_system = example[1].split(", ", 1)[1]
+    printed = [re.sub(r"processes \d+", "processes 0", line)
+               .replace(f"Computer {computer}, {system}", f"Computer VM, {readme_system}")
+               .replace(f"Computer SHOP-PC, {system}", f"Computer SHOP-PC, {readme_system}")
+               for line in out.splitlines()]
+    expect_equal(printed, example, "the console lines against the README's")
 
 
 def test_the_schema_holds_each_form_to_its_own_fields(env):
