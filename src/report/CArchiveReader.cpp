@@ -16,13 +16,6 @@ constexpr unsigned kBlockSize = 64 * 1024;
 // An entry's name is read into a buffer of this size; a longer name is cut.
 constexpr unsigned kEntryNameLimit = 4096;
 
-// An entry that declares more bytes than this is inflated on a thread of its
-// own while the caller uses its bytes. A smaller one is inflated on the
-// caller's thread: the report reads such logs ahead on a thread of their own
-// already, and a hand-over between threads for each block of them costs more
-// than it saves.
-constexpr std::uint64_t kInflatedAlongsideFrom = 4 * 1024 * 1024;
-
 int InflateHere(const CBlockPipe::Producer& produce, const CBlockPipe::Consumer& consume)
 {
     std::vector<char> block(kBlockSize);
@@ -76,7 +69,7 @@ bool CArchiveReader::IndexEntries()
         unz64_file_pos position;
         if (IsFolderEntry(entryName) || unzGetFilePos64(archive, &position) != UNZ_OK)
             continue;
-        if (entries_.emplace(EntryLookupName(entryName), Position{position.pos_in_zip_directory, position.num_of_file})
+        if (entries_.emplace(EntryLookupName(entryName), Position{position.pos_in_zip_directory, position.num_of_file, info.uncompressed_size})
                 .second)
             fileNames_.push_back(entryName);
     }
@@ -86,6 +79,14 @@ bool CArchiveReader::IndexEntries()
 bool CArchiveReader::Contains(const std::string& lookupName) const
 {
     return !lookupName.empty() && entries_.count(lookupName) != 0;
+}
+
+std::optional<std::uint64_t> CArchiveReader::DeclaredSize(const std::string& lookupName) const
+{
+    const auto found = entries_.find(lookupName);
+    if (lookupName.empty() || found == entries_.end())
+        return std::nullopt;
+    return found->second.size;
 }
 
 bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
@@ -112,7 +113,10 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
         return total < limit;
     };
     int read = 0;
-    if (limit != 0 && info.uncompressed_size <= kInflatedAlongsideFrom)
+    // The report reads the logs that are inflated here ahead on a thread of
+    // their own already: a hand-over between threads for each block of them
+    // would cost more than it saves.
+    if (limit != 0 && info.uncompressed_size <= kInflatedHereUpTo)
         read = InflateHere(produce, consume);
     else if (limit != 0)
         read = CBlockPipe::Run(kBlockSize, produce, consume);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -13,6 +14,11 @@
 class CArchiveReader {
 public:
     using BlockHandler = std::function<void(const char* bytes, std::size_t size)>;
+
+    // An entry that declares at most this many bytes is inflated on the
+    // caller's thread; a larger one on a thread of its own while the caller
+    // uses its bytes.
+    static constexpr std::uint64_t kInflatedHereUpTo = 4 * 1024 * 1024;
 
     CArchiveReader() = default;
     ~CArchiveReader();
@@ -28,11 +34,15 @@ public:
     // Hands over the entry's bytes, at most `limit` of them. False if the
     // entry is missing or damaged; what was handed over by then stands.
     bool Stream(const std::string& lookupName, std::uint64_t limit, const BlockHandler& handler) const;
+    // The bytes that the central directory says the entry holds; none for a
+    // missing entry. Damaged data may hold more or fewer.
+    std::optional<std::uint64_t> DeclaredSize(const std::string& lookupName) const;
 
 private:
     struct Position {
         std::uint64_t directoryOffset;
         std::uint64_t fileNumber;
+        std::uint64_t size;
     };
 
     bool IndexEntries();

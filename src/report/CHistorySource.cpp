@@ -82,6 +82,19 @@ bool CHistorySource::Stream(const std::string& relativeName, const BlockHandler&
     return folder_.Stream(name, limit, handler);
 }
 
+std::optional<std::uint64_t> CHistorySource::DeclaredSize(const std::string& relativeName) const
+{
+    switch (kind_) {
+    case Kind::Archive:
+        return archive_.DeclaredSize(LookupName(relativeName));
+    case Kind::DamagedArchive:
+        return damaged_.DeclaredSize(LookupName(relativeName));
+    case Kind::Folder:
+        break;
+    }
+    return std::nullopt;
+}
+
 bool CHistorySource::ReadWhole(const std::string& relativeName, std::string& bytes) const
 {
     bytes.clear();

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,10 @@ public:
     // whichever thread asks.
     bool Stream(const std::string& relativeName, const BlockHandler& handler,
                 std::uint64_t limit = kFileLimit) const;
+    // The bytes that an archive's entry declares: what its reading will most
+    // likely give, though damage may give more or fewer. None for a missing
+    // entry and for a folder's file.
+    std::optional<std::uint64_t> DeclaredSize(const std::string& relativeName) const;
     // The whole file, up to the limit; false as for Stream.
     bool ReadWhole(const std::string& relativeName, std::string& bytes) const;
     // A profile file, History.ini, whole up to the limit: in a folder as the

@@ -145,7 +145,7 @@ bool CLocalHeaderReader::ReadEntryAt(std::uint64_t& offset)
     entry.method = static_cast<std::uint16_t>(Little(header + 8, 2));
     entry.crc = static_cast<std::uint32_t>(Little(header + 14, 4));
     entry.compressedSize = Little(header + 18, 4);
-    std::uint64_t size = Little(header + 22, 4);
+    entry.size = Little(header + 22, 4);
     std::string name(static_cast<std::size_t>(Little(header + 26, 2)), '\0');
     std::string extra(static_cast<std::size_t>(Little(header + 28, 2)), '\0');
     const std::uint64_t nameAt = offset + kLocalHeaderSize;
@@ -153,7 +153,7 @@ bool CLocalHeaderReader::ReadEntryAt(std::uint64_t& offset)
         walkEnd_ = "the header at byte " + std::to_string(offset) + " is cut off";
         return false;
     }
-    TakeZip64Sizes(extra, size, entry.compressedSize);
+    TakeZip64Sizes(extra, entry.size, entry.compressedSize);
     entry.dataOffset = nameAt + name.size() + extra.size();
     if ((flags & kDataDescriptorFlag) != 0 && entry.compressedSize == 0) {
         walkEnd_ = "the size of " + name + " is not in its header";
@@ -175,6 +175,14 @@ bool CLocalHeaderReader::ReadEntryAt(std::uint64_t& offset)
 bool CLocalHeaderReader::Contains(const std::string& lookupName) const
 {
     return !lookupName.empty() && entries_.count(lookupName) != 0;
+}
+
+std::optional<std::uint64_t> CLocalHeaderReader::DeclaredSize(const std::string& lookupName) const
+{
+    const auto found = entries_.find(lookupName);
+    if (lookupName.empty() || found == entries_.end())
+        return std::nullopt;
+    return found->second.size;
 }
 
 bool CLocalHeaderReader::Stream(const std::string& lookupName, std::uint64_t limit,

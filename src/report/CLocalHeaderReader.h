@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <fstream>
 #include <functional>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -26,6 +27,9 @@ public:
     // As CArchiveReader::Stream: false for an entry that is missing, cut off,
     // damaged or of a method other than stored or deflated.
     bool Stream(const std::string& lookupName, std::uint64_t limit, const BlockHandler& handler) const;
+    // The bytes that the entry's header says it holds; none for a missing
+    // entry.
+    std::optional<std::uint64_t> DeclaredSize(const std::string& lookupName) const;
 
     // The entries, by their names as stored, whose data is cut off by the end
     // of the file, and the place where the walk met what it couldn't read.
@@ -39,6 +43,7 @@ private:
     struct Entry {
         std::uint64_t dataOffset = 0;
         std::uint64_t compressedSize = 0;
+        std::uint64_t size = 0;
         std::uint32_t crc = 0;
         std::uint16_t method = 0;
         bool cutOff = false;

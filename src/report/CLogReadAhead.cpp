@@ -3,6 +3,9 @@
 // One byte past the limit is read, to tell a log of more bytes.
 CLogReadAhead::CLogReadAhead(const CHistorySource& source, const std::string& name)
 {
+    const std::optional<std::uint64_t> declared = source.DeclaredSize(name);
+    if (declared && *declared > kLimit)
+        return;
     std::uint64_t size = 0;
     whole_ = source.Stream(
         name,

@@ -1,7 +1,9 @@
 // An event log read from its source into memory ahead of its reading, so
 // that the next events' logs are inflated on one core while the one before is
 // read on another. A log larger than kLimit is not held: it is streamed when
-// it is read, so that what waits in memory stays bounded.
+// it is read, so that what waits in memory stays bounded. A log that an
+// archive declares larger is not read ahead at all, so that it is inflated
+// once.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +16,8 @@
 
 class CLogReadAhead {
 public:
-    static constexpr std::uint64_t kLimit = 4 * 1024 * 1024;
+    // The logs that an archive inflates on the reading thread.
+    static constexpr std::uint64_t kLimit = CArchiveReader::kInflatedHereUpTo;
 
     // Holds nothing: the log is streamed when it is read.
     CLogReadAhead() = default;

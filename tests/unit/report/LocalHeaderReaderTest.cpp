@@ -108,3 +108,28 @@ TEST_F(LocalHeaderReaderTest, BytesThatHoldNoLocalHeaderAreNoArchive)
     std::string reason;
     EXPECT_FALSE(source.Open(zipPath_, reason));
 }
+
+// What an entry declares it holds, by the central directory or by its own
+// header where the directory is cut off; a folder's files and missing
+// entries declare nothing.
+TEST_F(LocalHeaderReaderTest, EachEntryDeclaresItsSizeInTheDirectoryAndInItsHeader)
+{
+    std::string reason;
+    CHistorySource whole;
+    ASSERT_TRUE(whole.Open(zipPath_, reason)) << reason;
+    EXPECT_EQ(whole.DeclaredSize("b.txt"), kB.size());
+    EXPECT_EQ(whole.DeclaredSize("A.TXT"), kA.size());
+    EXPECT_EQ(whole.DeclaredSize("c.txt"), std::nullopt);
+
+    const std::string bytes = ReadWholeFile(zipPath_);
+    WriteWholeFile(zipPath_, bytes.substr(0, std::max(bytes.rfind("a.txt"), bytes.rfind("b.txt"))));
+    CHistorySource cut;
+    ASSERT_TRUE(cut.Open(zipPath_, reason)) << reason;
+    ASSERT_FALSE(cut.Damage().empty());
+    EXPECT_EQ(cut.DeclaredSize("b.txt"), kB.size());
+    EXPECT_EQ(cut.DeclaredSize("a.txt"), kA.size());
+
+    CHistorySource folder;
+    ASSERT_TRUE(folder.Open(machine_.HistoryFolder(), reason)) << reason;
+    EXPECT_EQ(folder.DeclaredSize("b.txt"), std::nullopt);
+}
