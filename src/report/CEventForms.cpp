@@ -24,6 +24,7 @@ EventReport TimelineFacts(EventReport& event)
     facts.durationSeconds = event.durationSeconds;
     facts.hasBefore = event.hasBefore;
     facts.hasAfter = event.hasAfter;
+    facts.eventLogName = std::move(event.eventLogName);
     facts.changeCounts = event.changeCounts;
     facts.driftCounts = event.driftCounts;
     return facts;

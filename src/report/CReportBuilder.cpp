@@ -15,6 +15,14 @@
 
 namespace {
 
+// The note on the lines of an event log that were cut at the line limit.
+std::string CutLinesNote(std::uint64_t count)
+{
+    const bool one = count == 1;
+    return std::to_string(count) + (one ? " line" : " lines") + " of the event log longer than " +
+           std::to_string(CLineSplitter::kDefaultLineLimit) + (one ? " bytes was" : " bytes were") + " cut there";
+}
+
 // How History.ini says the install ended, for the reader of its log.
 CEventLogReader::InstallEnd InstallEndOf(EventOutcome outcome)
 {
@@ -237,9 +245,25 @@ bool CReportBuilder::FindCompared(const std::vector<MachineEvents>& machines, st
     if (!FindEvent(machines, comparison_->firstName, comparison_->first, reason) ||
         !FindEvent(machines, comparison_->secondName, comparison_->second, reason))
         return false;
-    comparison_->firstEvent = NameOf(machines[comparison_->first.machine].events[comparison_->first.event]);
-    comparison_->secondEvent = NameOf(machines[comparison_->second.machine].events[comparison_->second.event]);
+    comparison_->firstEvent = NameAsGiven(machines, comparison_->first, comparison_->firstName);
+    comparison_->secondEvent = NameAsGiven(machines, comparison_->second, comparison_->secondName);
     return true;
+}
+
+// The event's name with the source that the command line named it by, where
+// it named one: of the sources that hold the event, that one may not be the
+// one it is read from.
+EventName CReportBuilder::NameAsGiven(const std::vector<MachineEvents>& machines, const EventPlace& place,
+                                      const std::string& name) const
+{
+    const EventRecord& event = machines[place.machine].events[place.event];
+    EventName named = NameOf(event);
+    if (name == event.eventId || named.source.empty())
+        return named;
+    std::size_t holder = 0;
+    if (Names(event, machines[place.machine].holders[place.event], name, &holder) != Naming::Not)
+        named.source = sources_.Name(holder);
+    return named;
 }
 
 bool CReportBuilder::FindEvent(const std::vector<MachineEvents>& machines, const std::string& name,
@@ -280,7 +304,7 @@ bool CReportBuilder::FindEvent(const std::vector<MachineEvents>& machines, const
 // source's file's name; without regard to the case of ASCII letters in
 // SOURCE or a separator at its end.
 CReportBuilder::Naming CReportBuilder::Names(const EventRecord& event, const std::vector<std::size_t>& holders,
-                                             const std::string& name) const
+                                             const std::string& name, std::size_t* holderNamed) const
 {
     if (name == event.eventId)
         return Naming::Exactly;
@@ -292,10 +316,14 @@ CReportBuilder::Naming CReportBuilder::Names(const EventRecord& event, const std
     for (const std::size_t holder : holders) {
         const std::string given = platform::FoldedAsciiText(WithoutEndSeparators(sources_.Name(holder)));
         const std::string::size_type slash = given.find_last_of("/\\");
-        if (source == given)
-            return Naming::Exactly;
-        if (slash != std::string::npos && source == given.substr(slash + 1))
-            naming = Naming::ByFileName;
+        const bool exactly = source == given;
+        if (!exactly && (naming != Naming::Not || slash == std::string::npos || source != given.substr(slash + 1)))
+            continue;
+        naming = exactly ? Naming::Exactly : Naming::ByFileName;
+        if (holderNamed != nullptr)
+            *holderNamed = holder;
+        if (exactly)
+            break;
     }
     return naming;
 }
@@ -423,7 +451,7 @@ void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetch
         report.eventLogName = fetched.name;
         report.installerLogs = std::move(fetched.installerLogs);
         log.emplace(event.eventId, sectionMemo_, InstallEndOf(report.outcome));
-        if (ReadEventLog(sources_.Source(holders[readFrom]), fetched, report, *log))
+        if (ReadEventLog(holders[readFrom], fetched, report, *log))
             break;
     }
     for (const std::string& note : passedOver)
@@ -467,20 +495,21 @@ void CReportBuilder::NoteTheSameEventId(EventReport& report) const
 }
 
 // The event log streamed line by line into the reader, with notes of what
-// stood in the way: damage, lines cut at their limit, the file's limit;
-// false if it can't be read whole.
-bool CReportBuilder::ReadEventLog(const CHistorySource& source, const FetchedLog& fetched, EventReport& report,
+// stood in the way: damage (over several sources, named with its source),
+// lines cut at their limit, the file's limit; false if it can't be read whole.
+bool CReportBuilder::ReadEventLog(std::size_t holder, const FetchedLog& fetched, EventReport& report,
                                   CEventLogReader& log) const
 {
+    const CHistorySource& source = sources_.Source(holder);
+    const std::string where = sources_.Count() > 1 ? sources_.Name(holder) + ": " : std::string();
     const EventLogReading reading = fetched.bytes.Feed(source, fetched.name, log);
     if (!reading.whole && source.IsArchive())
-        report.notes.push_back("the archive's entry " + report.eventLogName +
+        report.notes.push_back(where + "the archive's entry " + report.eventLogName +
                                " is damaged: what could be read of it is shown");
     else if (!reading.whole)
-        report.notes.push_back("the event log can't be read whole: what could be read of it is shown");
+        report.notes.push_back(where + "the event log can't be read whole: what could be read of it is shown");
     if (reading.cutLines != 0)
-        report.notes.push_back(std::to_string(reading.cutLines) + " lines of the event log longer than " +
-                               std::to_string(CLineSplitter::kDefaultLineLimit) + " bytes were cut there");
+        report.notes.push_back(CutLinesNote(reading.cutLines));
     if (reading.bytes >= CHistorySource::kFileLimit)
         report.notes.push_back("the event log reaches " + std::to_string(CHistorySource::kFileLimit) +
                                " bytes, the most that the report reads of a file: the rest is not read");

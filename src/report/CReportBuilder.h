@@ -115,7 +115,10 @@ private:
     bool FindEvent(const std::vector<MachineEvents>& machines, const std::string& name, EventPlace& place,
                    std::string& reason) const;
     enum class Naming { Not, ByFileName, Exactly };
-    Naming Names(const EventRecord& event, const std::vector<std::size_t>& holders, const std::string& name) const;
+    Naming Names(const EventRecord& event, const std::vector<std::size_t>& holders, const std::string& name,
+                 std::size_t* holderNamed = nullptr) const;
+    EventName NameAsGiven(const std::vector<MachineEvents>& machines, const EventPlace& place,
+                          const std::string& name) const;
     void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after);
     EventComparison CompareTheTwo() const;
     void BuildEvent(std::size_t event, EventRead&& read, EventReport& report, HistoryReport& history);
@@ -124,7 +127,7 @@ private:
     void NoteTheSameEventId(EventReport& report) const;
     void ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
                         std::optional<CEventLogReader>& log) const;
-    bool ReadEventLog(const CHistorySource& source, const FetchedLog& fetched, EventReport& report,
+    bool ReadEventLog(std::size_t source, const FetchedLog& fetched, EventReport& report,
                       CEventLogReader& log) const;
     std::string PassedOver(std::size_t source, const std::string& logName) const;
     void CompareWithTheMachine(std::size_t event, const Snapshot& before, EventReport& report);

@@ -87,6 +87,8 @@ std::string ChangeCountsText(const ChangeCounts& counts)
 
 std::string InstallChangesText(const EventReport& event)
 {
+    if (!event.hasBefore && !event.hasAfter && event.eventLogName.empty())
+        return "the event log is not in the source";
     if (!event.changeCounts)
         return MissingSnapshots(event.hasBefore, event.hasAfter);
     return ChangeCountsText(*event.changeCounts);

@@ -31,7 +31,8 @@ std::string MissingSnapshots(bool hasBefore, bool hasAfter);
 // "users 0 software 1 processes 2 services 1 zorProducts 1 odbcDrivers -".
 std::string ChangeCountsText(const ChangeCounts& counts);
 
-// What the install changed, section by section, or which snapshot it lacks.
+// What the install changed, section by section, or which snapshot it lacks
+// (or that its log is missing altogether).
 std::string InstallChangesText(const EventReport& event);
 
 // The changes of all sections that can be compared.

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -145,5 +146,13 @@ int main(int argc, char* argv[])
         std::cout << kReportUsage;
         return kWritten;
     }
-    return Run(options);
+    // A history too large for the memory at hand ends the run with one line;
+    // the objects of the run are put away on the way out, the file that
+    // holds the events' forms with them.
+    try {
+        return Run(options);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "ZORHistoryReport: not enough memory to make the report" << std::endl;
+        return kCantRead;
+    }
 }

@@ -202,7 +202,7 @@ def test_an_event_whose_log_is_missing_appears_with_what_history_ini_says(env):
     expect_equal(event["notes"], ["the event log is not in the source"], "notes on the event")
     expect_equal((event["eventLog"], event["snapshotBefore"], event["snapshotAfter"], event["changes"]),
                  (None, False, False, None), "the event's log and snapshots")
-    assert "LostCopy | Lost-1 | Upgrade | failed (1603) | no snapshot before or after the install" in out, out
+    assert "LostCopy | Lost-1 | Upgrade | failed (1603) | the event log is not in the source" in out, out
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert "Lost-1" in html and "Event log: not in the source" in html, "the page doesn't show the event"
 

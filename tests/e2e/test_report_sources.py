@@ -181,6 +181,15 @@ def test_events_of_several_sources_are_compared_by_source_and_eventid(env):
     code, out, err = run_report(env, "week1.zip", "other.zip", "week2.zip", "-compare", "A1", "A3")
     expect_equal((code, error_lines(env, err)), (1, ["A1 names 2 events of the sources: name one as SOURCE:A1"]),
                  "exit code and error of a name that two computers' events have")
+    # A1 is read from week1.zip; named by week2.zip, which holds it too, it is
+    # shown as it was named.
+    out = make_report(env, "week1.zip", "other.zip", "week2.zip", "-compare", "WEEK2.zip:A1", "other.zip:A1",
+                      "-json", "r.json")
+    title = ("Compared the after snapshot of week2.zip:A1 (copy CopyA) against the after snapshot of "
+             "other.zip:A1 (copy CopyA)")
+    assert title in out.splitlines(), out
+    expect_equal(read_json(env.work / "r.json")["comparison"]["first"]["source"], "week2.zip",
+                 "the source of the first compared event in the JSON form")
 
 
 def test_the_page_leads_to_every_machine_copy_and_event(env):
@@ -252,7 +261,7 @@ def test_an_event_is_read_from_the_archive_that_holds_its_log_whole(env):
     with_entry_damaged(env, "week2.zip", "bad2.zip", "CopyA/A1/ZORInstallEvent.Log")
     make_report(env, "bad.zip", "bad2.zip", "-json", "r.json")
     a1 = events_of(read_json(env.work / "r.json")["machines"][0])["A1"]
-    expected = [f"the archive's entry {a1['eventLog']} is damaged: what could be read of it is shown",
+    expected = [f"bad2.zip: the archive's entry {a1['eventLog']} is damaged: what could be read of it is shown",
                 f"bad.zip: the archive's entry {a1['eventLog']} is damaged; the event log is read from bad2.zip"]
     expect_equal([note for note in a1["notes"] if note in expected], expected, "A1, damaged in both")
 

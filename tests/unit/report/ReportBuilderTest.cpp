@@ -9,6 +9,7 @@
 #include "platform/FileSystem.h"
 #include "report/CEventForms.h"
 #include "report/CHistorySource.h"
+#include "report/CLineSplitter.h"
 #include "report/CReportBuilder.h"
 #include "report/CReportSources.h"
 #include "report/HtmlReport.h"
@@ -267,6 +268,24 @@ TEST_F(ReportBuilderTest, TheFormsFileIsRemovedWhenTheReportIsDone)
         EXPECT_EQ(AllEntries(machine_.Root() + "\\out"), 1u);
     }
     EXPECT_EQ(AllEntries(machine_.Root() + "\\out"), 0u);
+}
+
+// Lines longer than the splitter takes are cut, and the event says how many.
+TEST_F(ReportBuilderTest, TheLinesCutAtTheLimitAreCountedInTheEventsNotes)
+{
+    const std::string longLine(CLineSplitter::kDefaultLineLimit + 10, 'x');
+    const std::string limit = std::to_string(CLineSplitter::kDefaultLineLimit);
+    for (const int lines : {1, 2}) {
+        std::string log = StartHead("E3", "VM", "XP") + StartSnapshot("E3", "Install", Machine());
+        for (int i = 0; i < lines; ++i)
+            log += longLine + "\n";
+        WriteWholeFile(history_ + "\\E3\\ZORInstallEvent.Log", log);
+        const HistoryReport report = Build(history_);
+        const std::vector<std::string>& notes = report.copies[2].events[0].notes;
+        const std::string expected = lines == 1 ? "1 line of the event log longer than " + limit + " bytes was cut there"
+                                                : "2 lines of the event log longer than " + limit + " bytes were cut there";
+        EXPECT_EQ(notes, std::vector<std::string>{expected});
+    }
 }
 
 TEST_F(ReportBuilderTest, ASourceWithoutHistoryIniCantBeRead)
