@@ -435,16 +435,20 @@ void CEventLogReader::InsertMessages(std::size_t at, const HeldMessages& held)
         messagesLeftOut += held.count;
         return;
     }
-    const std::size_t added = held.lines.size();
+    const std::size_t added = held.kept;
     const bool amongThem = at < messages.size();
     messagesLeftOut += held.count - added;
     for (CutText& cut : messagesCut)
         cut.index += cut.index >= at ? added : 0;
+    for (const CutText& cut : held.cuts) {
+        if (at + cut.index < kMessageLimit)
+            messagesCut.push_back(CutText{at + cut.index, cut.bytesCut});
+    }
     std::vector<std::string> lines;
-    for (std::size_t i = 0; i < added; ++i) {
-        lines.push_back(held.lines[i].first);
-        if (held.lines[i].second != 0 && at + i < kMessageLimit)
-            messagesCut.push_back(CutText{at + i, held.lines[i].second});
+    lines.reserve(added);
+    for (std::size_t begin = 0, end; begin < held.text.size(); begin = end + 1) {
+        end = held.text.find('\n', begin);
+        lines.emplace_back(held.text, begin, end - begin);
     }
     messages.insert(messages.begin() + static_cast<std::ptrdiff_t>(at), std::make_move_iterator(lines.begin()),
                     std::make_move_iterator(lines.end()));
@@ -553,10 +557,14 @@ void CEventLogReader::HeldMessages::Add(const std::string& line, std::uint64_t b
     if (line.empty())
         return;
     ++count;
-    if (lines.size() >= kMessageLimit)
+    if (kept >= kMessageLimit)
         return;
-    const std::size_t kept = std::min(line.size(), kMessageTextLimit);
-    lines.emplace_back(line.substr(0, kept), bytesCut + line.size() - kept);
+    const std::size_t size = std::min(line.size(), kMessageTextLimit);
+    text.append(line, 0, size);
+    text += '\n';
+    if (bytesCut + line.size() - size != 0)
+        cuts.push_back(CutText{kept, bytesCut + line.size() - size});
+    ++kept;
 }
 
 // Each note once, however often the log gives cause for it.

@@ -76,7 +76,11 @@ private:
     // Lines on their way to the messages, each kept to its limit, as many as
     // the messages can show; the rest only counted.
     struct HeldMessages {
-        std::vector<std::pair<std::string, std::uint64_t>> lines;  // text, bytes cut of it
+        // The lines kept, each with a line end behind it, in one text, and
+        // what was cut of each that was cut, by its place among them.
+        std::string text;
+        std::vector<CutText> cuts;
+        std::size_t kept = 0;
         std::size_t count = 0;
         void Add(const std::string& line, std::uint64_t bytesCut);
     };

@@ -15,6 +15,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -117,6 +118,8 @@ private:
     enum class Naming { Not, ByFileName, Exactly };
     Naming Names(const EventRecord& event, const std::vector<std::size_t>& holders, const std::string& name,
                  std::size_t* holderNamed = nullptr) const;
+    void Dispose(Snapshot&& snapshot);
+    void FreeDisposed() const;
     EventName NameAsGiven(const std::vector<MachineEvents>& machines, const EventPlace& place,
                           const std::string& name) const;
     void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after);
@@ -155,6 +158,9 @@ private:
     const EventRecord* machineEvent_ = nullptr;
     std::optional<HeldSnapshot> latest_;
     std::vector<HeldSnapshot> running_;
+    // Snapshots done with, freed on the thread that read them.
+    mutable std::mutex disposalLock_;
+    mutable std::vector<Snapshot> disposal_;
     std::optional<HeldComputer> lastComputer_;
     std::optional<Comparison> comparison_;
     // The sections that the machine's snapshots repeat, read once.
