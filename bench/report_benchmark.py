@@ -17,6 +17,11 @@ The workloads (--workloads, comma-separated; the first four by default):
                  of rows, a zip of about 1 MB: the same
   history        200 completed events with 500 KB event logs (--events and
                  --log-kb change it): under 2 s and within 64 MB
+  big-logs       60 completed events with 5 MB event logs, more than the
+                 report reads ahead of an event: no target
+  big-sections   12 completed events whose process, service and group lists
+                 hold about 3.8 MB each in every snapshot, just under the
+                 report's limits on a section: no target
 The archives are kept in the work folder and made again only when missing.
 
 The archive is synthetic and laid out as `ZORGetInstallLog -f` lays it out:
@@ -154,6 +159,37 @@ def write_archive(path, events, log_kb, separator, seed=97):
     return event_bytes, install_bytes
 
 
+def with_big_lists(rng, machine, salt):
+    """The machine with process, service and group lists of about 3.8 MB
+    each, under the report's limits on a section (4 MB, 100 000 lines); `salt`
+    makes the services and the users of every snapshot differ."""
+    machine.processes = [[rng.randrange(4, 10 ** 9), ("proc_%06d_" % n).ljust(40, "p") + ".exe"]
+                         for n in range(60000)]
+    machine.services = [[("Service %06d %d " % (n, salt % 3)).ljust(58, "s"), rng.choice(["Started", "Stopped"])]
+                        for n in range(48000)]
+    machine.members = [(("group%03d" % (n % 500)).ljust(30), ("user_%06d_" % n).ljust(30, "u") + str(salt))
+                       for n in range(52000)]
+    return machine
+
+
+def write_big_sections(path, events):
+    """`events` events whose snapshots hold lists of about 3.8 MB each."""
+    rng = random.Random(3)
+    machine = logtext.make_machine(rng, software=50)
+    records = [event_of(index) for index in range(events)]
+    ini = ["[History]", "Count=%d" % events]
+    for event in records:
+        ini += history_section(event)
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
+        archive.writestr(file_entry("History.ini"), ("\r\n".join(ini) + "\r\n").encode("ascii"))
+        for index, event in enumerate(records):
+            before = with_big_lists(rng, machine, 2 * index)
+            after = with_big_lists(rng, logtext.changed_machine(rng, before, event["copy"]), 2 * index + 1)
+            log = logtext.event_log_text(rng, event, before, after, messages=5)
+            archive.writestr(file_entry(event["copy"] + "\\" + event["id"] + "\\ZORInstallEvent.Log"), log)
+            machine = after
+
+
 def bomb_event():
     event = event_of(0)
     event["copy"] = "BOMB"
@@ -206,6 +242,8 @@ WORKLOADS = {
     "message-bomb": ("one event with a 4.3 GB message", 1, 0, 3, None, None),
     "process-bomb": ("one event with a 420 MB process list", 1, 0, 3, None, None),
     "history": ("%d events, %d KB event logs", None, None, None, TARGET_SECONDS, TARGET_MB),
+    "big-logs": ("60 events, 5 MB event logs", 60, 5000, 3, None, None),
+    "big-sections": ("12 events, 3.8 MB lists in each snapshot", 12, 0, 3, None, None),
 }
 
 
@@ -265,6 +303,8 @@ def archive_for(work, name, args):
             write_message_bomb(partial)
         elif name == "process-bomb":
             write_process_bomb(partial)
+        elif name == "big-sections":
+            write_big_sections(partial, events)
         else:
             event_bytes, install_bytes = write_archive(partial, events, log_kb, "\\")
             print("  %s: %.1f MB of event logs (%.0f KB each on average), %.1f MB of installer logs"
