@@ -103,8 +103,20 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
         unzOpenCurrentFile(archive) != UNZ_OK)
         return false;
     std::uint64_t total = 0;
-    const auto produce = [archive](char* block, std::size_t capacity) {
-        return unzReadCurrentFile(archive, block, static_cast<unsigned>(capacity));
+    // Where the deflated data is damaged, the bytes inflated ahead of the
+    // damage in that block are handed over first, and the damage is told at
+    // the next call.
+    int damage = 0;
+    const auto produce = [archive, &damage](char* block, std::size_t capacity) {
+        if (damage != 0)
+            return damage;
+        const ZPOS64_T before = unztell64(archive);
+        const int read = unzReadCurrentFile(archive, block, static_cast<unsigned>(capacity));
+        const ZPOS64_T inflated = unztell64(archive) - before;
+        if (read >= 0 || inflated == 0 || inflated > capacity)
+            return read;
+        damage = read;
+        return static_cast<int>(inflated);
     };
     const auto consume = [&handler, &total, limit](const char* bytes, std::size_t size) {
         const std::size_t used = static_cast<std::size_t>(std::min<std::uint64_t>(size, limit - total));

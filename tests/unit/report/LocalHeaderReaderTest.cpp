@@ -133,3 +133,38 @@ TEST_F(LocalHeaderReaderTest, EachEntryDeclaresItsSizeInTheDirectoryAndInItsHead
     ASSERT_TRUE(folder.Open(machine_.HistoryFolder(), reason)) << reason;
     EXPECT_EQ(folder.DeclaredSize("b.txt"), std::nullopt);
 }
+
+// Deflated data damaged in the middle of a small entry of an installer's
+// log, whose lines deflate to back-references, so that the damage makes one
+// lead where no data is: the bytes inflated ahead of the damage are handed
+// over, and the entry is not whole.
+TEST_F(LocalHeaderReaderTest, ADamagedEntryGivesTheBytesAheadOfItsDamage)
+{
+    std::string log;
+    for (int line = 0; line < 400; ++line)
+        log += "Line " + std::to_string(10000 + line) + " of the installer's log: copying file C:\\ZOR\\bin\\f" +
+               std::to_string(line % 37) + ".dll\r\n";
+    const std::string history = machine_.HistoryFolder() + "\\logs";
+    MakeFolders(history);
+    WriteWholeFile(history + "\\setup.log", log);
+    const std::string zipPath = machine_.Root() + "\\damaged.zip";
+    CZipper zipper(nullptr, nullptr, false);
+    ASSERT_TRUE(zipper.Open(zipPath.c_str(), history.c_str(), false));
+    ASSERT_TRUE(zipper.AddFolder(history.c_str(), false));
+    zipper.Close();
+    std::string bytes = ReadWholeFile(zipPath);
+    const std::size_t data = bytes.find("setup.log") + 9;
+    const std::size_t middle = data + (bytes.find("setup.log", data) - data) / 2;
+    for (std::size_t at = middle; at < middle + 8; ++at)
+        bytes[at] = static_cast<char>(bytes[at] ^ 0x5A);
+    WriteWholeFile(zipPath, bytes);
+
+    CArchiveReader reader;
+    ASSERT_TRUE(reader.Open(zipPath));
+    std::string read;
+    EXPECT_FALSE(reader.Stream(LookupName("setup.log"), 1 << 20,
+                               [&read](const char* block, std::size_t size) { read.append(block, size); }));
+    ASSERT_GT(read.size(), 1000u);
+    EXPECT_LT(read.size(), log.size());
+    EXPECT_EQ(read.substr(0, 1000), log.substr(0, 1000));
+}
