@@ -25,18 +25,19 @@ OTHER_COMPUTER = "OTHERPC"
 README = pathlib.Path(__file__).resolve().parents[2] / "README.md"
 
 
-def record_two_weeks(env):
+def record_two_weeks(env, events=("A1", "A2", "A3"), copies=("CopyA", "CopyB"), last_result="0"):
     """week1.zip: A1 of CopyA done, A2 still running; week2.zip: A2 ended as
-    CopyA, and A3 of CopyB done."""
-    record(env, "-start", "A1", "-Action", "Install")
-    record(env, "-end", "A1", "-CopyName", "CopyA", "-Result", "0")
+    CopyA, and A3 of CopyB done (with `last_result`)."""
+    first, second, third = events
+    record(env, "-start", first, "-Action", "Install")
+    record(env, "-end", first, "-CopyName", copies[0], "-Result", "0")
     next_second()
-    record(env, "-start", "A2", "-Action", "Upgrade")
+    record(env, "-start", second, "-Action", "Upgrade")
     collect(env, "week1.zip")
-    record(env, "-end", "A2", "-CopyName", "CopyA", "-Result", "0")
+    record(env, "-end", second, "-CopyName", copies[0], "-Result", "0")
     next_second()
-    record(env, "-start", "A3", "-Action", "Install")
-    record(env, "-end", "A3", "-CopyName", "CopyB", "-Result", "0")
+    record(env, "-start", third, "-Action", "Install")
+    record(env, "-end", third, "-CopyName", copies[1], "-Result", last_result)
     collect(env, "week2.zip")
 
 
@@ -125,16 +126,7 @@ def test_the_readmes_example_of_several_sources_is_the_reports_own_output(env):
     of processes, which other programs start and end while the test runs."""
     if not env.native:
         skip("the README's example is of the Linux build")
-    record(env, "-start", "E1", "-Action", "Install")
-    record(env, "-end", "E1", "-CopyName", "C1", "-Result", "0")
-    next_second()
-    record(env, "-start", "E2", "-Action", "Upgrade")
-    collect(env, "week1.zip")
-    record(env, "-end", "E2", "-CopyName", "C1", "-Result", "0")
-    next_second()
-    record(env, "-start", "E3", "-Action", "Install")
-    record(env, "-end", "E3", "-CopyName", "C2", "-Result", "1603")
-    collect(env, "week2.zip")
+    record_two_weeks(env, ("E1", "E2", "E3"), ("C1", "C2"), last_result="1603")
     as_another_computer(env, "week1.zip", "shop-pc.zip", computer="SHOP-PC")
     computer = logged(env, "C1/E1/ZORInstallEvent.Log", COMPUTER_LABEL)
     system = logged(env, "C1/E1/ZORInstallEvent.Log", OS_LABEL)

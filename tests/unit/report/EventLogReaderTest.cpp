@@ -145,47 +145,31 @@ TEST(EventLogReader, ASecondSnapshotBeforeTheInstallIsAMessageInItsPlace)
 }
 
 // A message of many lines that copies the snapshot after an install, with a
-// process of its own, ahead of the real one.
-TEST(EventLogReader, AMessageThatCopiesAWholeSnapshotAfterIsAMessageAndTheRealOneIsCompared)
+// process of its own, ahead of the real one; or copies the result block and
+// the end banner as well, so that of the two blocks that the result block
+// follows, the later stands where the recorder writes it. The copy goes to
+// the messages whole, in its place among them.
+TEST(EventLogReader, AMessageThatCopiesTheSnapshotAfterOrTheWholeEndIsAMessageAndTheRealOneIsCompared)
 {
     SnapshotContent after = Before();
     after.processes.push_back({300, "zorsrv.exe"});
     SnapshotContent fake = after;
     fake.processes.push_back({999, "FAKEPROC.exe"});
-    const std::string lookAlike = EndSnapshot("E1", "Install", fake);
     const std::string head = StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before());
-    for (const auto end : {CEventLogReader::InstallEnd::Ended, CEventLogReader::InstallEnd::Unknown}) {
-        const CEventLogReader reader = ReadEnded(head + "Copying files\n" + lookAlike + "Done\n" +
-                                                     EndSnapshot("E1", "Install", after) + EndTail("Install"),
-                                                 end);
-        ASSERT_TRUE(reader.after.complete);
-        EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
-        EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
-        EXPECT_EQ(reader.messages, Joined({{"Copying files"}, NonBlankLines(lookAlike), {"Done"}}));
-        EXPECT_EQ(reader.notes,
-                  (std::vector<std::string>{LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
+    for (const std::string& lookAlike :
+         {EndSnapshot("E1", "Install", fake), EndSnapshot("E1", "Install", fake) + EndTail("Install")}) {
+        for (const auto end : {CEventLogReader::InstallEnd::Ended, CEventLogReader::InstallEnd::Unknown}) {
+            const CEventLogReader reader = ReadEnded(head + "Copying files\n" + lookAlike + "Done\n" +
+                                                         EndSnapshot("E1", "Install", after) + EndTail("Install"),
+                                                     end);
+            ASSERT_TRUE(reader.after.complete);
+            EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
+            EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
+            EXPECT_EQ(reader.messages, Joined({{"Copying files"}, NonBlankLines(lookAlike), {"Done"}}));
+            EXPECT_EQ(reader.notes,
+                      (std::vector<std::string>{LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
+        }
     }
-}
-
-// The message copies the result block and the end banner as well: of the
-// two that the result block follows, the later stands where the recorder
-// writes it, and the earlier goes to the messages whole, among those that
-// came after it.
-TEST(EventLogReader, AMessageThatCopiesTheWholeEndOfALogIsAMessageAndTheLastEndIsCompared)
-{
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
-    SnapshotContent fake = after;
-    fake.processes.push_back({999, "FAKEPROC.exe"});
-    const std::string lookAlike = EndSnapshot("E1", "Install", fake) + EndTail("Install");
-    const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + "one\n" + lookAlike +
-             "two\n" + EndSnapshot("E1", "Install", after) + EndTail("Install"));
-    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
-    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
-    EXPECT_EQ(reader.messages, Joined({{"one"}, NonBlankLines(lookAlike), {"two"}}));
-    EXPECT_EQ(reader.notes,
-              (std::vector<std::string>{LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
 }
 
 // An install that never ended wrote no snapshot after it: a block that reads
