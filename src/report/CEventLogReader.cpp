@@ -62,11 +62,6 @@ bool IsClosingLine(const std::string& line)
     return StartsWith(line, texts::kSnapshotStartClosing) || StartsWith(line, texts::kSnapshotEndClosing);
 }
 
-// Why a block read like a snapshot goes to the messages.
-const char kBeforeElsewhere[] = "before the install: the one at the head of the log is compared";
-const char kAfterElsewhere[] = "after the install: the one that stands where the recorder writes it is compared";
-const char kAfterNeverWritten[] = "after the install, which an install that never ended has not written";
-
 // A line that may follow a rule in the frame of a snapshot.
 bool IsFrameLine(const std::string& line)
 {
@@ -78,21 +73,29 @@ bool IsResultTitle(const std::string& line)
     return StartsWith(line, texts::kResultBlockTitle) && line.back() == ':';
 }
 
+// The lines of a snapshot's opening: its frame rule, the title (before it a
+// blank frame line after the install), a blank frame line and the rule again.
+std::size_t SnapshotOpeningSize(const std::vector<std::string>& lines)
+{
+    return lines.size() < 2 || StartsWith(lines[1], texts::kSnapshotTitle) ? 4 : 5;
+}
+
 // Whether the lines are a snapshot's opening as far as they have come, and
-// whether they are whole: its frame rule, the title (before it a blank frame
-// line after the install), a blank frame line and the rule again.
+// whether they are whole: the opening and the line behind it, which must not
+// be a frame line, since that makes the opening's last rule the first of
+// another frame's.
 bool MayOpenSnapshot(const std::vector<std::string>& lines, bool& complete)
 {
     const std::size_t count = lines.size();
-    const bool titleFirst = count < 2 || StartsWith(lines[1], texts::kSnapshotTitle);
-    const std::size_t titleAt = titleFirst ? 1 : 2;
-    complete = count == titleAt + 3;
-    if (!titleFirst && lines[1] != kBlankFrameLine)
+    const std::size_t size = SnapshotOpeningSize(lines);
+    const std::size_t titleAt = size - 3;
+    complete = count == size + 1;
+    if (titleAt == 2 && lines[1] != kBlankFrameLine)
         return false;
     if (count > titleAt && !StartsWith(lines[titleAt], texts::kSnapshotTitle))
         return false;
     return (count <= titleAt + 1 || lines[titleAt + 1] == kBlankFrameLine) &&
-           (count <= titleAt + 2 || lines[titleAt + 2] == kFrameRule);
+           (count <= titleAt + 2 || lines[titleAt + 2] == kFrameRule) && (count <= size || !IsFrameLine(lines[size]));
 }
 
 // The same for a block of a title line and a second line that `second` accepts.
@@ -146,32 +149,52 @@ void CEventLogReader::LongLineOutside(const std::string& line, std::uint64_t byt
 void CEventLogReader::Finish()
 {
     // Opening lines cut off at the end of the log are what they read as.
+    if (PendingIsWholeOpening())
+        OpenPendingSnapshot();
     while (!pending_.empty())
         ReleasePending();
     if (place_ == Place::Snapshot && ruleHeld_) {
         Hold(kFrameRule);
         SnapshotLine(kFrameRule, 0);
     }
-    if (place_ == Place::Snapshot)
+    const bool cutOff = place_ == Place::Snapshot;
+    if (cutOff)
         EndSnapshot(false);
-    Settle(false);
+    Settle(cutOff);
     place_ = Place::Outside;
-    if (!kept_)
-        return;
-    after = std::move(kept_->snapshot);
-    for (const std::string& note : kept_->notes)
-        AddNote(note);
-    kept_.reset();
+    if (kept_) {
+        after = std::move(kept_->snapshot);
+        for (const std::string& note : kept_->notes)
+            AddNote(note);
+        kept_.reset();
+    }
+    NoteLookAlikes();
+}
+
+// A snapshot's whole opening at the end of the log, with no line behind it.
+bool CEventLogReader::PendingIsWholeOpening() const
+{
+    bool complete = false;
+    return !pending_.empty() && pending_.front() == kFrameRule && MayOpenSnapshot(pending_, complete) &&
+           pending_.size() == SnapshotOpeningSize(pending_);
+}
+
+void CEventLogReader::OpenPendingSnapshot()
+{
+    std::vector<std::string> lines;
+    lines.swap(pending_);
+    pendingClosingRule_ = false;
+    Settle(false);
+    BeginSnapshot(lines);
 }
 
 void CEventLogReader::LineOutside(const std::string& line)
 {
-    const bool closingRule = closingRuleDue_ && pending_.empty() && line == kFrameRule;
+    if (closingRuleDue_ && pending_.empty() && line == kFrameRule)
+        pendingClosingRule_ = true;
     if (!line.empty())
         closingRuleDue_ = false;
-    if (closingRule)
-        Hold(line);
-    if (closingRule || (line.empty() && pending_.empty()))
+    if (line.empty() && pending_.empty())
         return;
     pending_.push_back(line);
     ResolvePending();
@@ -189,7 +212,7 @@ bool CEventLogReader::MayOpenBlock(bool& complete) const
         });
     if (lastRead_ == LastRead::Banner && first == texts::computer::kTitle)
         return MayOpenTitledBlock(pending_, complete, [](const std::string& second) { return second == kComputerRule; });
-    if (lastRead_ == LastRead::SnapshotAfter && IsResultTitle(first))
+    if (lastRead_ == LastRead::SnapshotAfter && end_ != InstallEnd::NeverEnded && IsResultTitle(first))
         return MayOpenTitledBlock(pending_, complete, [](const std::string& second) { return second == kResultRule; });
     return false;
 }
@@ -203,11 +226,16 @@ void CEventLogReader::ResolvePending()
         return ReleasePending();
     if (!complete)
         return;
+    if (pending_.front() == kFrameRule) {
+        const std::string behind = std::move(pending_.back());
+        pending_.pop_back();
+        OpenPendingSnapshot();
+        return Line(behind);
+    }
     std::vector<std::string> lines;
     lines.swap(pending_);
+    pendingClosingRule_ = false;
     Settle(IsResultTitle(lines.front()));
-    if (lines.front() == kFrameRule)
-        return BeginSnapshot(lines);
     if (lines.front() == texts::computer::kTitle) {
         lastRead_ = LastRead::Computer;
         place_ = Place::Computer;
@@ -229,24 +257,38 @@ void CEventLogReader::ResolvePending()
     LineInBlock(lines[1]);
 }
 
-// The first held-back line is a message; the others are read again, since
-// one of them may open a block of its own.
+// The first held-back line is a message, or the closing rule of the snapshot
+// read last; the others are read again, since one of them may open a block
+// of its own.
 void CEventLogReader::ReleasePending()
 {
     std::vector<std::string> lines;
     lines.swap(pending_);
-    const bool endBanner = lastRead_ == LastRead::Result && StartsWith(lines.front(), texts::kEndBanner);
-    lastRead_ = LastRead::Other;
-    Settle(false);
-    if (endBanner)
-        HoldWithKept(lines.front());
+    const bool closingRule = pendingClosingRule_;
+    pendingClosingRule_ = false;
+    if (closingRule)
+        Hold(lines.front());
     else
-        AddMessage(lines.front());
+        ReleaseFirstLine(lines.front());
     for (std::size_t i = 1; i < lines.size(); ++i)
         Line(lines[i]);
 }
 
-// The banner's labelled lines, the computer report and the result block.
+// A line held back that opens no block: the end banner behind the result
+// block, or a message.
+void CEventLogReader::ReleaseFirstLine(const std::string& line)
+{
+    const bool endBanner = lastRead_ == LastRead::Result && StartsWith(line, texts::kEndBanner);
+    lastRead_ = LastRead::Other;
+    Settle(false);
+    if (endBanner)
+        HoldWithKept(line);
+    else
+        AddMessage(line);
+}
+
+// The banner's labelled lines, the computer report and the result block; the
+// last two end early at a snapshot's rule.
 void CEventLogReader::LineInBlock(const std::string& line)
 {
     if (place_ == Place::Banner) {
@@ -261,6 +303,10 @@ void CEventLogReader::LineInBlock(const std::string& line)
         if (--blockLinesLeft_ == 0)
             place_ = Place::Outside;
         return;
+    }
+    if (line == kFrameRule) {
+        place_ = Place::Outside;
+        return LineOutside(line);
     }
     if (place_ == Place::Computer)
         ComputerLine(line);
@@ -395,36 +441,61 @@ void CEventLogReader::EndSnapshot(bool closed)
     lastRead_ = closed && snapshotIsAfter_ ? LastRead::SnapshotAfter : LastRead::Other;
 }
 
-// What follows a block that was read decides what it is: the snapshot after
-// the install where the result block follows it, or where none has yet and
-// the install may have ended; a message otherwise. Of two snapshots after,
-// the later one is kept, since the recorder writes it at the end of the log.
-void CEventLogReader::Settle(bool resultFollows)
+// What follows a block that was read decides what it is. The recorder's own
+// snapshot after the install is followed by the result block, or by the end
+// of a log cut off in it; of two such blocks the later is kept, since the
+// recorder writes it at the end of the log. A block that neither follows is
+// kept only where no such block is, as the last of its kind. An install that
+// never ended has written no snapshot after it: every such block is a
+// message.
+void CEventLogReader::Settle(bool recorderFollows)
 {
     if (!open_ || !open_->closed)
         return;
     Candidate read = std::move(*open_);
     open_.reset();
-    read.resultFollows = resultFollows;
+    read.recorderFollows = recorderFollows;
     if (!read.isAfter)
-        return ToMessages(read, kBeforeElsewhere);
-    if (!resultFollows && kept_ && kept_->resultFollows)
-        return ToMessages(read, kAfterElsewhere);
-    if (!resultFollows && end_ == InstallEnd::NeverEnded)
-        return ToMessages(read, kAfterNeverWritten);
+        return ToMessages(read, LookAlike::Before);
+    if (end_ == InstallEnd::NeverEnded)
+        return ToMessages(read, LookAlike::NeverWritten);
+    if (!recorderFollows && kept_ && kept_->recorderFollows)
+        return ToMessages(read, LookAlike::After);
     if (kept_)
-        ToMessages(*kept_, kAfterElsewhere, &read);
+        ToMessages(*kept_, LookAlike::After, &read);
     kept_ = std::move(read);
 }
 
 // A block that is no snapshot goes to the messages in its place among them;
 // a block read later than it stands that much later among them.
-void CEventLogReader::ToMessages(Candidate& lookAlike, const char* why, Candidate* later)
+void CEventLogReader::ToMessages(Candidate& lookAlike, LookAlike kind, Candidate* later)
 {
     InsertMessages(lookAlike.anchor, lookAlike.held);
     if (later != nullptr)
         later->anchor += lookAlike.held.count;
-    AddNote("the messages hold " + std::to_string(lookAlike.held.count) + " lines that read like a snapshot " + why);
+    LookAlikes& counted = lookAlikes_[static_cast<std::size_t>(kind)];
+    ++counted.blocks;
+    counted.lines += lookAlike.held.count;
+}
+
+// One note for each kind of block that went to the messages, with their
+// lines, the lines of the result block and end banner behind them included.
+void CEventLogReader::NoteLookAlikes()
+{
+    static const char* const kWhy[] = {
+        "before the install: the one at the head of the log is compared",
+        "after the install: the one that stands where the recorder writes it is compared",
+        "after the install, which an install that never ended has not written",
+    };
+    for (std::size_t kind = 0; kind < lookAlikes_.size(); ++kind) {
+        const LookAlikes& counted = lookAlikes_[kind];
+        if (counted.blocks == 1)
+            AddNote("the messages hold " + std::to_string(counted.lines) + " lines that read like a snapshot " +
+                    kWhy[kind]);
+        else if (counted.blocks > 1)
+            AddNote("the messages hold " + std::to_string(counted.lines) + " lines in " +
+                    std::to_string(counted.blocks) + " blocks that read like snapshots " + kWhy[kind]);
+    }
 }
 
 // The held lines put among the messages at their place, `at` messages from

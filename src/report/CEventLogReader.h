@@ -7,18 +7,23 @@
 // banner at the head of the log, the computer report right behind it, the
 // result block right behind the snapshot after the install. A message that
 // reads like a line of them, or like a block out of its place, stays a
-// message, and the lines behind it are read as they stand.
+// message, and the lines behind it are read as they stand. A rule of a
+// snapshot's frame that a frame line follows is the first line of a frame,
+// whatever stood before it.
 // A message may hold line ends, and so a whole snapshot block: the snapshot
-// before the install is the first, the one at the head of the log; of those
-// after it, the last that the result block follows, else (unless the install
-// never ended) the last. Every other block of a snapshot's frame goes to the
-// messages, in its place among them, with a note.
+// before the install is the first, the one at the head of the log. Of those
+// after it, the last that the recorder's own output follows (its result
+// block, or the end of a log cut off in it), else the last; none where
+// History.ini says that the install never ended. Every other snapshot block
+// goes to the messages, in its place among them, and a note tells how many
+// lines.
 // A snapshot ends at its closing lines, a rule and the closing title, or where
-// a rule and a frame line or a title begin the frame of another.
+// a rule and a frame line begin the frame of another.
 // A log cut off in the middle gives what could be read, with a note of what
 // stood in the way.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -96,8 +101,14 @@ private:
         // The messages that stand before it in the log, kept or left out.
         std::size_t anchor = 0;
         bool closed = false;
-        // The result block follows it.
-        bool resultFollows = false;
+        // The result block follows it, or the end of a log cut off in it.
+        bool recorderFollows = false;
+    };
+    // Why a block that reads like a snapshot went to the messages.
+    enum class LookAlike { Before, After, NeverWritten };
+    struct LookAlikes {
+        std::size_t blocks = 0;
+        std::size_t lines = 0;
     };
 
     enum class Place { Outside, Banner, Computer, Snapshot, ResultBlock };
@@ -116,8 +127,12 @@ private:
     void BeginSnapshot(const std::vector<std::string>& opening);
     void BeginCandidate(bool isAfter, const std::vector<std::string>& opening);
     void EndSnapshot(bool closed);
-    void Settle(bool resultFollows);
-    void ToMessages(Candidate& lookAlike, const char* why, Candidate* later = nullptr);
+    void Settle(bool recorderFollows);
+    void ToMessages(Candidate& lookAlike, LookAlike kind, Candidate* later = nullptr);
+    void NoteLookAlikes();
+    bool PendingIsWholeOpening() const;
+    void OpenPendingSnapshot();
+    void ReleaseFirstLine(const std::string& line);
     void InsertMessages(std::size_t at, const HeldMessages& held);
     void Hold(const std::string& line, std::uint64_t bytesCut = 0);
     void HoldWithKept(const std::string& line);
@@ -159,4 +174,8 @@ private:
     std::optional<Candidate> open_;
     // The snapshot after the install as far as the log has been read.
     std::optional<Candidate> kept_;
+    // The held-back lines begin with the rule that may close the snapshot
+    // read last.
+    bool pendingClosingRule_ = false;
+    std::array<LookAlikes, 3> lookAlikes_{};
 };

@@ -254,7 +254,7 @@ def copied_snapshot_after(env, copy, event, new_event):
                    if line.startswith(f"*End of Snapshoot for EventID: {event} -- After "))
     block = [line.replace(event, new_event) for line in log[title - 2:closing + 2]]
     heading = block.index(PROCESS_HEADING)
-    first_row = next(n for n in range(heading, len(block)) if block[n][:1].isdigit())
+    first_row = next(n for n in range(heading + 1, len(block)) if block[n][:1].isdigit())
     block.insert(first_row, "99999".ljust(19) + "FAKEPROC.exe")
     return block
 

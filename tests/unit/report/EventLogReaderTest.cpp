@@ -198,16 +198,111 @@ TEST(EventLogReader, ABlockAfterTheInstallIsAMessageWhereTheInstallNeverEnded)
     }
 }
 
-// A block that the result block follows is the recorder's, whatever
-// History.ini says: a failed write of History.ini leaves the install open.
-TEST(EventLogReader, ASnapshotThatTheResultBlockFollowsIsTheRecordersWhereTheInstallNeverEnded)
+// An install that never ended has written no snapshot after it, nor a
+// result block: a message that copies both is messages too.
+TEST(EventLogReader, AnInstallThatNeverEndedHasNoSnapshotAfterItEvenWithAResultBlock)
+{
+    SnapshotContent fake = Before();
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string block = EndSnapshot("E1", "Install", fake);
+    const std::string lookAlike = block + EndTail("Install");
+    const CEventLogReader reader =
+        ReadEnded(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike + "Done\n",
+                  CEventLogReader::InstallEnd::NeverEnded);
+    EXPECT_FALSE(reader.after.present);
+    EXPECT_EQ(reader.messages, Joined({NonBlankLines(lookAlike), {"Done"}}));
+    EXPECT_EQ(reader.notes, (std::vector<std::string>{LookAlikeNote(
+                                NonBlankLines(block).size(),
+                                "after the install, which an install that never ended has not written")}));
+}
+
+// Messages that copy a snapshot's lines without its last rule, of its
+// opening or of its closing, ahead of the real -end: the rule that follows
+// them begins the -end's own frame, so the copied lines stay messages, and
+// the -end's snapshot is compared.
+TEST(EventLogReader, CopiedLinesOfASnapshotWithoutTheirLastRuleLeaveTheEndsFrameWhole)
 {
     SnapshotContent after = Before();
     after.processes.push_back({300, "zorsrv.exe"});
+    SnapshotContent fake = after;
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string rule(94, '*');
+    const std::string fakeBlock = EndSnapshot("E1", "Install", fake);
+    const std::string beforeOpening = StartSnapshot("E1", "Install", fake);
+    const std::vector<std::string> copies = {
+        fakeBlock.substr(0, fakeBlock.size() - rule.size() - 1),
+        beforeOpening.substr(0, beforeOpening.find("\n" + rule + "\n", 1) + 1),
+        fakeBlock.substr(0, fakeBlock.find("\n" + rule + "\n", 1) + 1),
+    };
+    for (const std::string& copy : copies) {
+        const CEventLogReader reader =
+            Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + copy +
+                 EndSnapshot("E1", "Install", after) + EndTail("Install"));
+        EXPECT_TRUE(reader.after.complete) << copy;
+        EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u) << copy;
+        EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u) << copy;
+        EXPECT_EQ(reader.messages, NonBlankLines(copy)) << copy;
+    }
+}
+
+// A copied result block cut short: the -end's frame rule ends it, and the
+// -end's snapshot, which its own result block follows, is compared.
+TEST(EventLogReader, ACopiedResultBlockCutShortEndsAtTheEndsFrame)
+{
+    SnapshotContent after = Before();
+    after.processes.push_back({300, "zorsrv.exe"});
+    SnapshotContent fake = after;
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string tail = EndTail("Install");
+    const std::string lookAlike = EndSnapshot("E1", "Install", fake) + tail.substr(0, tail.find("End   Time"));
     const CEventLogReader reader =
-        ReadEnded(WholeLog(Before(), after), CEventLogReader::InstallEnd::NeverEnded);
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike +
+             EndSnapshot("E1", "Install", after) + tail);
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
-    EXPECT_TRUE(reader.notes.empty());
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
+    EXPECT_EQ(reader.messages, NonBlankLines(lookAlike));
+    EXPECT_EQ(reader.notes,
+              (std::vector<std::string>{LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
+}
+
+// A log cut off in the -end's snapshot, behind a copied snapshot and result
+// block: the snapshot the log ends in is the recorder's, cut off.
+TEST(EventLogReader, ASnapshotThatTheLogEndsInWinsOverACopyAheadOfIt)
+{
+    SnapshotContent after = Before();
+    after.processes.push_back({300, "zorsrv.exe"});
+    SnapshotContent fake = after;
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string lookAlike = EndSnapshot("E1", "Install", fake) + EndTail("Install");
+    std::string real = EndSnapshot("E1", "Install", after);
+    real.resize(real.find("4) Services"));
+    const CEventLogReader reader =
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike + real);
+    EXPECT_TRUE(reader.after.present);
+    EXPECT_FALSE(reader.after.complete);
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
+    EXPECT_EQ(reader.messages, NonBlankLines(lookAlike));
+    EXPECT_EQ(reader.notes,
+              (std::vector<std::string>{"the snapshot after the install is cut off",
+                                        LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
+}
+
+// Many copied blocks make one note, with their lines and their number.
+TEST(EventLogReader, ManyCopiedBlocksAreToldInOneNote)
+{
+    const std::string lookAlike = EndSnapshot("E1", "Install", Before());
+    std::string messages;
+    for (int copy = 0; copy < 5; ++copy)
+        messages += lookAlike + "step\n";
+    const CEventLogReader reader =
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + messages +
+             EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
+    EXPECT_EQ(reader.messages, NonBlankLines(messages));
+    EXPECT_EQ(reader.notes, (std::vector<std::string>{"the messages hold " +
+                                                      std::to_string(5 * NonBlankLines(lookAlike).size()) +
+                                                      " lines in 5 blocks that read like snapshots " +
+                                                      kAfterElsewhere}));
 }
 
 // The opening of a snapshot that never closes swallows the messages behind
