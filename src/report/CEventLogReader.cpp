@@ -183,9 +183,10 @@ void CEventLogReader::OpenPendingSnapshot()
 {
     std::vector<std::string> lines;
     lines.swap(pending_);
+    const bool onClosingRule = pendingClosingRule_;
     pendingClosingRule_ = false;
     Settle(false);
-    BeginSnapshot(lines);
+    BeginSnapshot(lines, onClosingRule);
 }
 
 void CEventLogReader::LineOutside(const std::string& line)
@@ -395,7 +396,7 @@ void CEventLogReader::AddSectionLine(const std::string& line, std::uint64_t byte
 // The title tells before from after: the EventID, then " -- Before " or
 // " -- After ". The first snapshot before the install is read as it comes;
 // any other block waits for what follows it.
-void CEventLogReader::BeginSnapshot(const std::vector<std::string>& opening)
+void CEventLogReader::BeginSnapshot(const std::vector<std::string>& opening, bool onClosingRule)
 {
     const std::string title = TextBehind(SnapshotTitleLine(opening), texts::kSnapshotTitle);
     bool isAfter = false;
@@ -407,20 +408,23 @@ void CEventLogReader::BeginSnapshot(const std::vector<std::string>& opening)
     place_ = Place::Snapshot;
     inSection_ = false;
     if (isAfter || before.present)
-        return BeginCandidate(isAfter, opening);
+        return BeginCandidate(isAfter, opening, onClosingRule);
     before.present = true;
     snapshot_ = &before;
 }
 
 // A block after the head of the log; a second one before the install is
-// read as no snapshot at all, since only messages can have written it.
-void CEventLogReader::BeginCandidate(bool isAfter, const std::vector<std::string>& opening)
+// read as no snapshot at all, since only messages can have written it. A
+// block whose first rule may have closed the snapshot before it doesn't take
+// that rule with it to the messages: it is that snapshot's closing rule
+// unless messages copied both.
+void CEventLogReader::BeginCandidate(bool isAfter, const std::vector<std::string>& opening, bool onClosingRule)
 {
     open_ = Candidate();
     open_->isAfter = isAfter;
     open_->anchor = MessagesSoFar();
-    for (const std::string& line : opening)
-        open_->held.Add(line, 0);
+    for (std::size_t line = onClosingRule ? 1 : 0; line < opening.size(); ++line)
+        open_->held.Add(opening[line], 0);
     open_->snapshot.present = true;
     snapshot_ = isAfter ? &open_->snapshot : nullptr;
 }

@@ -124,8 +124,8 @@ private:
     void LineInBlock(const std::string& line);
     void ComputerLine(const std::string& line);
     void SnapshotLine(const std::string& line, std::uint64_t bytesCut);
-    void BeginSnapshot(const std::vector<std::string>& opening);
-    void BeginCandidate(bool isAfter, const std::vector<std::string>& opening);
+    void BeginSnapshot(const std::vector<std::string>& opening, bool onClosingRule);
+    void BeginCandidate(bool isAfter, const std::vector<std::string>& opening, bool onClosingRule);
     void EndSnapshot(bool closed);
     void Settle(bool recorderFollows);
     void ToMessages(Candidate& lookAlike, LookAlike kind, Candidate* later = nullptr);

@@ -245,6 +245,24 @@ TEST(EventLogReader, CopiedLinesOfASnapshotWithoutTheirLastRuleLeaveTheEndsFrame
     }
 }
 
+// A message that copies a snapshot after from its blank frame line on makes
+// a frame with the closing rule of the snapshot before: that rule stays the
+// snapshot's, and the message is shown as it was written.
+TEST(EventLogReader, ACopyThatBeginsBehindTheRuleLeavesTheClosingRuleOutOfTheMessages)
+{
+    SnapshotContent fake = Before();
+    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const std::string block = EndSnapshot("E1", "Install", fake);
+    const std::string lookAlike = block.substr(block.find('\n') + 1);
+    const CEventLogReader reader =
+        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike +
+             EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
+    EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
+    EXPECT_EQ(reader.messages, NonBlankLines(lookAlike));
+    EXPECT_EQ(reader.notes,
+              (std::vector<std::string>{LookAlikeNote(NonBlankLines(lookAlike).size(), kAfterElsewhere)}));
+}
+
 // A copied result block cut short: the -end's frame rule ends it, and the
 // -end's snapshot, which its own result block follows, is compared.
 TEST(EventLogReader, ACopiedResultBlockCutShortEndsAtTheEndsFrame)
