@@ -9,6 +9,7 @@ import json
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import time
 import zipfile
@@ -664,6 +665,38 @@ def test_folder_without_history_ini_is_refused(env):
     (folder / "E1" / "ZORInstallEvent.Log").write_bytes(b"a log\r\n")
     (folder / "Summary.txt").write_bytes(b"a summary\r\n")
     expect_source_refused(env, "Looks Like History", "a folder without History.ini")
+
+
+def test_a_folder_source_is_read_inside_it_without_following_a_link(env):
+    """A copy of the store as a folder source, in which an installer log and
+    an event log are links to files outside it: neither is followed, both
+    count as missing, and nothing of the files they lead to is on the page
+    or in the JSON form."""
+    if not env.native:
+        skip("links of the host's file system are tried on the native build")
+    secret = env.work / "secret.txt"
+    secret.write_bytes(b"TOP-SECRET-LINE\r\n")
+    record(env, "-start", "Ln-1", "-Action", "Install", "-l", str(env.work / "setup.log"))
+    record(env, "-end", "Ln-1", "-CopyName", "LinkCopy", "-Result", "0")
+    record(env, "-start", "Ln-2", "-Action", "Repair")
+    record(env, "-end", "Ln-2", "-CopyName", "LinkCopy", "-Result", "0")
+    folder = env.work / "history"
+    shutil.copytree(env.store, folder, symlinks=True)
+    os.symlink(secret, folder / "LinkCopy" / "Ln-1" / "setup.log")
+    outside = env.work / "outside.Log"
+    shutil.move(folder / "LinkCopy" / "Ln-2" / "ZORInstallEvent.Log", outside)
+    outside.write_bytes(outside.read_bytes() + b"TOP-SECRET-LINE\r\n")
+    os.symlink(outside, folder / "LinkCopy" / "Ln-2" / "ZORInstallEvent.Log")
+    make_report(env, "history", "-json", "r.json", "-o", "r.html")
+    document = read_json(env.work / "r.json")
+    logs = event_of(document, "LinkCopy", "Ln-1")["installerLogs"]
+    expect_equal([(log["name"], log["inSource"], log["entry"]) for log in logs], [("setup.log", False, None)],
+                 "the installer log that is a link")
+    linked = event_of(document, "LinkCopy", "Ln-2")
+    expect_equal((linked["eventLog"], linked["snapshotBefore"], linked["notes"]),
+                 (None, False, ["the event log is not in the source"]), "the event whose log is a link")
+    for output in ("r.json", "r.html"):
+        assert b"TOP-SECRET-LINE" not in (env.work / output).read_bytes(), f"{output} holds the linked file's text"
 
 
 def expect_outputs_refused(env, args, named, error, kept):
