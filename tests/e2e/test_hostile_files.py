@@ -15,6 +15,7 @@ import threading
 import zipfile
 
 from e2e_support import main, check_archive, expect_equal, section_lines, skip
+from test_report import read_json
 
 EVENT = "E1"
 COPY = "C1"
@@ -387,7 +388,10 @@ def report_of_the_store(env):
     report.unlink(missing_ok=True)
     code, _, _ = env.run_full("ZORHistoryReport", str(env.store), "-json", str(report))
     assert code in (0, 1), f"the report's exit code {code}"
-    return report.read_bytes() if report.exists() else b""
+    if not report.exists():
+        return b""
+    read_json(report)
+    return report.read_bytes()
 
 
 def set_aside_entry(folder, name):
@@ -527,6 +531,7 @@ def test_roots_report_reads_nothing_that_others_may_change_until_the_store_is_lo
     collect(env)
     code, _, _ = env.run_full("ZORHistoryReport", str(env.store), "-json", str(report))
     expect_equal(code, 0, "the report of the locked-down store")
+    read_json(report)
     assert EVENT in report.read_text(), "the event in the report"
 
 
@@ -545,6 +550,7 @@ def test_the_reports_outputs_are_readable_by_their_owner_alone(env):
     page, form = env.work / "report.html", env.work / "report.json"
     code, _, _ = env.run_full("ZORHistoryReport", str(archive), "-o", str(page), "-json", str(form))
     expect_equal(code, 0, "the report's exit code")
+    read_json(form)
     assert b"private installer log" in page.read_bytes(), "the page embeds the log"
     for output in (page, form):
         expect_equal(oct(stat.S_IMODE(output.stat().st_mode)), oct(0o600), f"{output.name}'s mode")

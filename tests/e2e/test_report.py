@@ -454,13 +454,26 @@ def edit_log(env, copy, event, edit):
     path.write_bytes(env.eol.join(edit(lines)).encode("latin-1"))
 
 
+# Each line of the computer report, by its label, with a value that differs
+# from any machine's.
+COMPUTER_LINES = {
+    "Computer Name       :": "ZORTEST2",
+    "OS                  :": "Windows Server 2003 for the test",
+    "Type                :": "Domain Controller",
+    "Service Pack        :": "Service Pack 3",
+    "Number of processors:": "64",
+    "CPU                 :": "Test CPU of 9000 MHz",
+}
+
+
 def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env):
     """Two events whose logs the Linux recorder wrote, with sections that a
     Linux machine leaves empty written in by hand as the Windows collectors
     write them: a product name of 66 characters in a column of 65, a copy's
     product of 41 in a column of 40, the V9 copies' parent key among the
-    copies before V9; a user who joins a first group; a service pack that
-    changed between the two starts."""
+    copies before V9; a user who joins a first group; every line of the
+    computer report changed between the two starts, on the page as the
+    browser shows it."""
     if not env.native:
         skip("the Linux build only; in the logs of the Windows builds a user who joins a group shows as a user added")
     record(env, "-start", "E1", "-Action", "Install")
@@ -489,14 +502,16 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
         table = lines.index("Local User List:") + 4
         assert lines[table - 1] == "-" * 74 and lines[table - 2] == USER_HEADER, lines[table - 3:table + 1]
         lines.insert(table, f"{'zorgroup':<30}          VM\\zorjoiner")
-        service_pack = next(i for i, line in enumerate(lines) if line.startswith("Service Pack        :"))
-        lines[service_pack] = "Service Pack        :Service Pack 3"
+        for at, line in enumerate(lines):
+            label = next((label for label in COMPUTER_LINES if line.startswith(label)), None)
+            if label is not None:
+                lines[at] = label + COMPUTER_LINES[label]
         return lines
 
     edit_log(env, "C1", "E1", after_install)
     edit_log(env, "C1", "E2", joined_and_updated)
-    first_pack = next(line for line in (env.store / "C1" / "E1" / "ZORInstallEvent.Log").read_bytes()
-                      .decode("latin-1").split(env.eol) if line.startswith("Service Pack        :"))
+    first_log = (env.store / "C1" / "E1" / "ZORInstallEvent.Log").read_bytes().decode("latin-1").split(env.eol)
+    before = {label: next(line[len(label):] for line in first_log if line.startswith(label)) for label in COMPUTER_LINES}
     collect(env, "x.zip")
     make_report(env, "x.zip", "-json", "r.json", "-o", "r.html")
     document = read_json(env.work / "r.json")
@@ -522,12 +537,18 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
     expect_equal((computer["since"], computer["eventsBetween"], computer["drift"]),
                  ({"eventId": "E1", "copy": "C1"}, [{"eventId": "E1", "copy": "C1"}], False),
                  "E2's computer report against E1's")
-    expect_equal(computer["changes"]["changed"],
-                 [{"kind": "computerLine", "label": "Service Pack",
-                   "before": {"text": first_pack[len("Service Pack        :"):]},
-                   "after": {"text": "Service Pack 3"}}], "changes of the computer report")
+    changed = {change["label"]: (change["before"]["text"], change["after"]["text"])
+               for change in computer["changes"]["changed"]}
+    expect_equal(changed, {label.rstrip(" :"): (before[label], after) for label, after in COMPUTER_LINES.items()},
+                 "changes of the computer report")
     html = (env.work / "r.html").read_bytes().decode("utf-8")
     assert f'<li class="added">{software}: 9.1.0</li>' in html, "the software's version is not on the page"
+    from test_report_page import chromium, rendered_text
+    text = " ".join(rendered_text(chromium("--dump-dom", (env.work / "r.html").as_uri())).split())
+    assert "The computer report since the start of E1 (copy C1)" in text, "the computer's changes have no heading"
+    for label, after in COMPUTER_LINES.items():
+        row = " ".join(f"{label.rstrip(' :')} {before[label]} {after}".split())
+        assert row in text, f"the page doesn't show {row!r}"
 
 
 # -- 2: a service and a copy of the product, under Wine --------------------
