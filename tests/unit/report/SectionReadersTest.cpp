@@ -443,6 +443,55 @@ TEST(SectionReaders, AParameterNameThatFillsItsColumnIsNamedWithTheWholeRow)
     EXPECT_EQ(section.items.count("copy C1: instance PROD: " + Text("Port", 37, 'p') + "6000"), 1u);
 }
 
+// The names of a driver's parameters (a column of 30), of a copy's global
+// profiles (30 with their colon) and of an instance's parameters (36), one
+// shorter than their column, as long as it, one longer and as long as a
+// registry name the recorder writes: a name shorter than its column is split
+// from its value; one that fills it leaves nothing between them, and the
+// thing is named with the whole row.
+TEST(SectionReaders, ParameterAndProfileNamesAroundTheirColumnsAreReadAsWritten)
+{
+    for (const std::size_t length : LengthsAround(30, 255)) {
+        const std::string name = Text("Param", length, 'p');
+        const TextLines odbc = {
+            "", "Total ZOR ODBC Drivers:1", "ODBC Driver:D", Rule('-', 76),
+            "Parameter Name                Value                ", Rule('-', 76), Left(name, 30) + "v1", Rule('-', 76),
+        };
+        SnapshotSection drivers;
+        ReadODBCDriversSection(ViewsOf(odbc), drivers);
+        const std::map<std::string, std::string> driver =
+            length < 30 ? std::map<std::string, std::string>{{"driver D", ""}, {"driver D: " + name, "v1"}}
+                        : std::map<std::string, std::string>{{"driver D", ""}, {"driver D: " + name + "v1", ""}};
+        EXPECT_EQ(Values(drivers), driver) << length;
+    }
+    for (const std::size_t length : LengthsAround(30, 255)) {
+        const std::string name = Text("Home", length - 1, 'h');
+        const TextLines products = {
+            "", "ZOR Installation Copy Name:C1", "Global Profiles:", Rule('-', 120), Left(name + ":", 30) + "/opt/zor",
+            Rule('-', 120),
+        };
+        SnapshotSection copies;
+        ReadZORProductsSection(ViewsOf(products), copies);
+        const std::string profile = "copy C1: global profile " + name;
+        EXPECT_EQ(copies.items.count(profile), 1u) << length;
+        EXPECT_EQ(copies.items.count(profile) ? copies.items.at(profile).value : std::string(), "/opt/zor") << length;
+    }
+    for (const std::size_t length : LengthsAround(36, 255)) {
+        const std::string name = Text("Port", length, 'i');
+        const TextLines instance = {
+            "", "ZOR Installation Copy Name:C1", "ZOR Instance Name:PROD", Rule('-', 68),
+            "Parameter Name                      Value                  ", Rule('-', 68), Left(name, 36) + "5000",
+            Rule('-', 68),
+        };
+        SnapshotSection copies;
+        ReadZORProductsSection(ViewsOf(instance), copies);
+        const std::string whole = "copy C1: instance PROD: " + name + (length < 36 ? "" : "5000");
+        EXPECT_EQ(copies.items.count(whole), 1u) << length;
+        EXPECT_EQ(copies.items.count(whole) ? copies.items.at(whole).value : std::string(), length < 36 ? "5000" : "")
+            << length;
+    }
+}
+
 TEST(SectionReaders, TheEmptyParentOfV9CopiesIsNoCopyBeforeV9)
 {
     // Under the layout before V9 the parent key of the V9 copies has the old
