@@ -120,6 +120,43 @@ TEST(ReportWriters, TheTextSummaryHasOneLineForEachEvent)
               "C1 | E2 | Upgrade | never ended | no snapshot after the install\n");
 }
 
+// Two events compared: a line that names the two snapshots, a line of
+// counts, and a line for each thing that came (+), went (-) or changed (~)
+// behind its section's key; a thing that came with its owner is told with it.
+TEST(ReportWriters, TheTextSummaryGivesAComparisonALineForEachChange)
+{
+    ReportOfSources report = OneSource(SmallReport());
+    EventComparison compared;
+    compared.first = EventName{"E1", "C1"};
+    compared.second = EventName{"E4", "C2"};
+    SnapshotChanges changes = *report.machines[0].copies[0].events[0].changes;
+    changes[3]->changed = {Changed("ZOR Listener", "Started", "Stopped",
+                                   {"service", {TextField("displayName", "ZOR Listener")}, {TextField("state", "Stopped")}},
+                                   {TextField("state", "Started")})};
+    compared.changes = changes;
+    report.comparison = compared;
+    std::ostringstream out;
+    WriteTextSummary(report, out);
+    const std::string text = out.str();
+    EXPECT_EQ(text.substr(text.find("Compared")),
+              "Compared the after snapshot of E1 (copy C1) against the after snapshot of E4 (copy C2)\n"
+              "users 0 software 0 processes 2 services 2 zorProducts 1 odbcDrivers -\n"
+              "processes + zorsrv.exe: 1\n"
+              "processes ~ svchost.exe: 2 -> 3\n"
+              "services - <b>Old & odd</b>: Stopped\n"
+              "services ~ ZOR Listener: Started -> Stopped\n"
+              "zorProducts + copy C1\n");
+
+    compared.changes.reset();
+    compared.missing = "E4 has no snapshot after the install";
+    report.comparison = compared;
+    std::ostringstream missing;
+    WriteTextSummary(report, missing);
+    EXPECT_NE(missing.str().find("Compared the after snapshot of E1 (copy C1) against the after snapshot of E4 "
+                                 "(copy C2)\nNot compared: E4 has no snapshot after the install\n"),
+              std::string::npos);
+}
+
 TEST(ReportWriters, ControlBytesFromTheHistoryReachTheConsoleAsQuestionMarks)
 {
     HistoryReport report = SmallReport();
