@@ -19,6 +19,27 @@ SnapshotContent Before()
     return content;
 }
 
+// The log as -start leaves it: its head and the snapshot before the install.
+std::string StartOfLog()
+{
+    return StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before());
+}
+
+// The machine after an install that started its server.
+SnapshotContent Installed()
+{
+    SnapshotContent content = Before();
+    content.processes.push_back({300, "zorsrv.exe"});
+    return content;
+}
+
+// A copy of the machine with a process that a message made up.
+SnapshotContent WithFakeProcess(SnapshotContent content)
+{
+    content.processes.push_back({999, "FAKEPROC.exe"});
+    return content;
+}
+
 CEventLogReader Read(const std::string& log, const std::string& eventId = "E1",
                      std::shared_ptr<CSectionMemo> memo = std::make_shared<CSectionMemo>(),
                      CEventLogReader::InstallEnd end = CEventLogReader::InstallEnd::Unknown)
@@ -92,8 +113,7 @@ std::pair<std::size_t, std::size_t> ProcessLinesAndBytes(const std::string& log)
 
 TEST(EventLogReader, AWholeLogGivesTheMachineBothSnapshotsAndTheMessages)
 {
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
+    const SnapshotContent after = Installed();
     const CEventLogReader reader = Read(WholeLog(Before(), after));
 
     EXPECT_EQ(reader.computerName, "VM");
@@ -114,7 +134,7 @@ TEST(EventLogReader, AWholeLogGivesTheMachineBothSnapshotsAndTheMessages)
 
 TEST(EventLogReader, ALogCutInTheMiddleOfASnapshotKeepsTheSectionsReadWhole)
 {
-    const std::string whole = StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before());
+    const std::string whole = StartOfLog();
     const std::string cut = whole.substr(0, whole.find("4) Services & Service Status:") + 40);
     const CEventLogReader reader = Read(cut);
 
@@ -133,7 +153,7 @@ TEST(EventLogReader, ASecondSnapshotBeforeTheInstallIsAMessageInItsPlace)
     SnapshotContent other = Before();
     other.processes = {{1, "other.exe"}};
     const std::string lookAlike = StartSnapshot("E1", "Install", other);
-    const CEventLogReader reader = Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) +
+    const CEventLogReader reader = Read(StartOfLog() +
                                         "first\n" + lookAlike + "last\n");
     EXPECT_EQ(reader.before[SnapshotPart::Processes].items.count("setup.exe"), 1u);
     EXPECT_EQ(reader.before[SnapshotPart::Processes].items.count("other.exe"), 0u);
@@ -151,11 +171,9 @@ TEST(EventLogReader, ASecondSnapshotBeforeTheInstallIsAMessageInItsPlace)
 // the messages whole, in its place among them.
 TEST(EventLogReader, AMessageThatCopiesTheSnapshotAfterOrTheWholeEndIsAMessageAndTheRealOneIsCompared)
 {
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
-    SnapshotContent fake = after;
-    fake.processes.push_back({999, "FAKEPROC.exe"});
-    const std::string head = StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before());
+    const SnapshotContent after = Installed();
+    const SnapshotContent fake = WithFakeProcess(after);
+    const std::string head = StartOfLog();
     for (const std::string& lookAlike :
          {EndSnapshot("E1", "Install", fake), EndSnapshot("E1", "Install", fake) + EndTail("Install")}) {
         for (const auto end : {CEventLogReader::InstallEnd::Ended, CEventLogReader::InstallEnd::Unknown}) {
@@ -177,10 +195,9 @@ TEST(EventLogReader, AMessageThatCopiesTheSnapshotAfterOrTheWholeEndIsAMessageAn
 // ended or History.ini doesn't say, it is that snapshot.
 TEST(EventLogReader, ABlockAfterTheInstallIsAMessageWhereTheInstallNeverEnded)
 {
-    SnapshotContent fake = Before();
-    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const SnapshotContent fake = WithFakeProcess(Before());
     const std::string lookAlike = EndSnapshot("E1", "Install", fake);
-    const std::string log = StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + "one\n" + lookAlike;
+    const std::string log = StartOfLog() + "one\n" + lookAlike;
 
     const CEventLogReader neverEnded = ReadEnded(log, CEventLogReader::InstallEnd::NeverEnded);
     EXPECT_FALSE(neverEnded.after.present);
@@ -202,12 +219,11 @@ TEST(EventLogReader, ABlockAfterTheInstallIsAMessageWhereTheInstallNeverEnded)
 // result block: a message that copies both is messages too.
 TEST(EventLogReader, AnInstallThatNeverEndedHasNoSnapshotAfterItEvenWithAResultBlock)
 {
-    SnapshotContent fake = Before();
-    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const SnapshotContent fake = WithFakeProcess(Before());
     const std::string block = EndSnapshot("E1", "Install", fake);
     const std::string lookAlike = block + EndTail("Install");
     const CEventLogReader reader =
-        ReadEnded(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike + "Done\n",
+        ReadEnded(StartOfLog() + lookAlike + "Done\n",
                   CEventLogReader::InstallEnd::NeverEnded);
     EXPECT_FALSE(reader.after.present);
     EXPECT_EQ(reader.messages, Joined({NonBlankLines(lookAlike), {"Done"}}));
@@ -222,10 +238,8 @@ TEST(EventLogReader, AnInstallThatNeverEndedHasNoSnapshotAfterItEvenWithAResultB
 // the -end's snapshot is compared.
 TEST(EventLogReader, CopiedLinesOfASnapshotWithoutTheirLastRuleLeaveTheEndsFrameWhole)
 {
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
-    SnapshotContent fake = after;
-    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const SnapshotContent after = Installed();
+    const SnapshotContent fake = WithFakeProcess(after);
     const std::string rule(94, '*');
     const std::string fakeBlock = EndSnapshot("E1", "Install", fake);
     const std::string beforeOpening = StartSnapshot("E1", "Install", fake);
@@ -236,7 +250,7 @@ TEST(EventLogReader, CopiedLinesOfASnapshotWithoutTheirLastRuleLeaveTheEndsFrame
     };
     for (const std::string& copy : copies) {
         const CEventLogReader reader =
-            Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + copy +
+            Read(StartOfLog() + copy +
                  EndSnapshot("E1", "Install", after) + EndTail("Install"));
         EXPECT_TRUE(reader.after.complete) << copy;
         EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u) << copy;
@@ -250,12 +264,11 @@ TEST(EventLogReader, CopiedLinesOfASnapshotWithoutTheirLastRuleLeaveTheEndsFrame
 // snapshot's, and the message is shown as it was written.
 TEST(EventLogReader, ACopyThatBeginsBehindTheRuleLeavesTheClosingRuleOutOfTheMessages)
 {
-    SnapshotContent fake = Before();
-    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const SnapshotContent fake = WithFakeProcess(Before());
     const std::string block = EndSnapshot("E1", "Install", fake);
     const std::string lookAlike = block.substr(block.find('\n') + 1);
     const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike +
+        Read(StartOfLog() + lookAlike +
              EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
     EXPECT_EQ(reader.messages, NonBlankLines(lookAlike));
@@ -267,14 +280,12 @@ TEST(EventLogReader, ACopyThatBeginsBehindTheRuleLeavesTheClosingRuleOutOfTheMes
 // -end's snapshot, which its own result block follows, is compared.
 TEST(EventLogReader, ACopiedResultBlockCutShortEndsAtTheEndsFrame)
 {
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
-    SnapshotContent fake = after;
-    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const SnapshotContent after = Installed();
+    const SnapshotContent fake = WithFakeProcess(after);
     const std::string tail = EndTail("Install");
     const std::string lookAlike = EndSnapshot("E1", "Install", fake) + tail.substr(0, tail.find("End   Time"));
     const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike +
+        Read(StartOfLog() + lookAlike +
              EndSnapshot("E1", "Install", after) + tail);
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("FAKEPROC.exe"), 0u);
@@ -287,15 +298,13 @@ TEST(EventLogReader, ACopiedResultBlockCutShortEndsAtTheEndsFrame)
 // block: the snapshot the log ends in is the recorder's, cut off.
 TEST(EventLogReader, ASnapshotThatTheLogEndsInWinsOverACopyAheadOfIt)
 {
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
-    SnapshotContent fake = after;
-    fake.processes.push_back({999, "FAKEPROC.exe"});
+    const SnapshotContent after = Installed();
+    const SnapshotContent fake = WithFakeProcess(after);
     const std::string lookAlike = EndSnapshot("E1", "Install", fake) + EndTail("Install");
     std::string real = EndSnapshot("E1", "Install", after);
     real.resize(real.find("4) Services"));
     const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike + real);
+        Read(StartOfLog() + lookAlike + real);
     EXPECT_TRUE(reader.after.present);
     EXPECT_FALSE(reader.after.complete);
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
@@ -314,7 +323,7 @@ TEST(EventLogReader, ManyCopiedBlocksAreToldInOneNote)
     for (int copy = 0; copy < 5; ++copy)
         messages += lookAlike + "step\n";
     const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + messages +
+        Read(StartOfLog() + messages +
              EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
     EXPECT_EQ(reader.messages, NonBlankLines(messages));
     EXPECT_EQ(reader.notes, (std::vector<std::string>{"the messages hold " +
@@ -327,13 +336,12 @@ TEST(EventLogReader, ManyCopiedBlocksAreToldInOneNote)
 // it until the real frame begins: all of them are messages again.
 TEST(EventLogReader, AnUnclosedBlockAheadOfTheRealSnapshotGivesBackEveryLineAsAMessage)
 {
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
+    const SnapshotContent after = Installed();
     std::string opening = EndSnapshot("E1", "Install", Before());
     opening.resize(opening.find("4) Services"));
     const std::string messages = opening + "step 2\nstep 3\n";
     const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + messages +
+        Read(StartOfLog() + messages +
              EndSnapshot("E1", "Install", after) + EndTail("Install"));
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("zorsrv.exe"), 1u);
     EXPECT_TRUE(reader.after.complete);
@@ -351,7 +359,7 @@ TEST(EventLogReader, OfTwoEndsTheLastIsComparedAndTheFirstIsShownAsMessages)
     SnapshotContent second = Before();
     second.processes.push_back({301, "second.exe"});
     const std::string firstEnd = EndSnapshot("E1", "Install", first) + EndTail("Install");
-    const CEventLogReader reader = Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) +
+    const CEventLogReader reader = Read(StartOfLog() +
                                        firstEnd + EndSnapshot("E1", "Install", second) + EndTail("Install"));
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("second.exe"), 1u);
     EXPECT_EQ(reader.after[SnapshotPart::Processes].items.count("first.exe"), 0u);
@@ -368,7 +376,7 @@ TEST(EventLogReader, ALookAlikeOverTheMessageLimitPushesTheLaterMessagesOut)
     const std::string lookAlike = EndSnapshot("E1", "Install", fake) + EndTail("Install");
     const std::string longMessage(CEventLogReader::kMessageTextLimit + 7, 'm');
     const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + "one\n" + lookAlike +
+        Read(StartOfLog() + "one\n" + lookAlike +
              longMessage + "\nthree\n" + EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
     const std::vector<std::string> lines = NonBlankLines(lookAlike);
     std::vector<std::string> expected = Joined({{"one"}, lines});
@@ -386,7 +394,7 @@ TEST(EventLogReader, AMessageCutToItsLimitKeepsItsCountWhenALookAlikeGoesAheadOf
     const std::string lookAlike = EndSnapshot("E1", "Install", Before()) + EndTail("Install");
     const std::string longMessage(CEventLogReader::kMessageTextLimit + 7, 'm');
     const CEventLogReader reader =
-        Read(StartHead("E1", "VM", "XP") + StartSnapshot("E1", "Install", Before()) + lookAlike + longMessage +
+        Read(StartOfLog() + lookAlike + longMessage +
              "\n" + EndSnapshot("E1", "Install", Before()) + EndTail("Install"));
     const std::size_t lines = NonBlankLines(lookAlike).size();
     ASSERT_EQ(reader.messages.size(), lines + 1);
@@ -477,8 +485,7 @@ const std::vector<std::string> kLookAlikes = {
 
 TEST(EventLogReader, AMessageThatReadsLikeALineOfTheRecorderIsAMessageAndTheLogStaysWhole)
 {
-    SnapshotContent after = Before();
-    after.processes.push_back({300, "zorsrv.exe"});
+    const SnapshotContent after = Installed();
     std::string messages;
     std::vector<std::string> written;
     for (const std::string& line : kLookAlikes) {
