@@ -11,7 +11,8 @@
 // snapshot's frame that a frame line follows is the first line of a frame,
 // whatever stood before it.
 // A message may hold line ends, and so a whole snapshot block: the snapshot
-// before the install is the first, the one at the head of the log. Of those
+// before the install is the first block titled so (in a log as the recorder
+// writes it, the one at its head). Of those
 // after it, the last that the recorder's own output follows (its result
 // block, or the end of a log cut off in it), else the last; none where
 // History.ini says that the install never ended. Every other snapshot block
