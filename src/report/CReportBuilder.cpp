@@ -11,6 +11,7 @@
 #include "report/EventFacts.h"
 #include "report/EventLogStream.h"
 #include "report/HistoryEvents.h"
+#include "report/ReportWords.h"
 #include "report/SnapshotComparison.h"
 
 namespace {
@@ -222,12 +223,13 @@ void CReportBuilder::TakeAfterSnapshotsUntil(long long time)
             ++held;
             continue;
         }
-        if (latest_ && held->time >= latest_->time)
-            Dispose(std::move(latest_->snapshot));
-        if (!latest_ || held->time >= latest_->time)
-            latest_ = std::move(*held);
-        else
+        if (latest_ && held->time < latest_->time) {
             Dispose(std::move(held->snapshot));
+        } else {
+            if (latest_)
+                Dispose(std::move(latest_->snapshot));
+            latest_ = std::move(*held);
+        }
         held = running_.erase(held);
     }
 }
@@ -255,10 +257,11 @@ void CReportBuilder::Keep(std::size_t event, Snapshot& before, Snapshot& after)
 {
     const std::optional<long long> start = timeline_->Start(event);
     const std::optional<long long> end = timeline_->AfterSnapshotTime(event);
-    if (start && before.present && latest_)
-        Dispose(std::move(latest_->snapshot));
-    if (start && before.present)
+    if (start && before.present) {
+        if (latest_)
+            Dispose(std::move(latest_->snapshot));
         latest_ = HeldSnapshot{event, false, *start, std::move(before)};
+    }
     if (end && after.present)
         running_.push_back(HeldSnapshot{event, true, *end, std::move(after)});
 }
@@ -343,13 +346,15 @@ CReportBuilder::Naming CReportBuilder::Names(const EventRecord& event, const std
     for (const std::size_t holder : holders) {
         const std::string given = platform::FoldedAsciiText(WithoutEndSeparators(sources_.Name(holder)));
         const std::string::size_type slash = given.find_last_of("/\\");
-        const bool exactly = source == given;
-        if (!exactly && (naming != Naming::Not || slash == std::string::npos || source != given.substr(slash + 1)))
+        Naming found = source == given ? Naming::Exactly : Naming::Not;
+        if (found == Naming::Not && slash != std::string::npos && source == given.substr(slash + 1))
+            found = Naming::ByFileName;
+        if (found <= naming)
             continue;
-        naming = exactly ? Naming::Exactly : Naming::ByFileName;
+        naming = found;
         if (holderNamed != nullptr)
             *holderNamed = holder;
-        if (exactly)
+        if (naming == Naming::Exactly)
             break;
     }
     return naming;
@@ -492,14 +497,14 @@ void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetch
     if (log)
         return;
     report.installerLogs = InstallerLogsOf(sources_.Source(event.source), event, std::string());
-    report.notes.push_back("the event log is not in the source");
+    report.notes.push_back(kLogNotInSource);
 }
 
 // Why the event log was not read from the source: it lacks the log (no name)
 // or holds it damaged.
 std::string CReportBuilder::PassedOver(std::size_t source, const std::string& logName) const
 {
-    std::string why = "the event log is not in the source";
+    std::string why = kLogNotInSource;
     if (!logName.empty() && sources_.Source(source).IsArchive())
         why = "the archive's entry " + logName + " is damaged";
     else if (!logName.empty())

@@ -88,7 +88,7 @@ std::string ChangeCountsText(const ChangeCounts& counts)
 std::string InstallChangesText(const EventReport& event)
 {
     if (!event.hasBefore && !event.hasAfter && event.eventLogName.empty())
-        return "the event log is not in the source";
+        return kLogNotInSource;
     if (!event.changeCounts)
         return MissingSnapshots(event.hasBefore, event.hasAfter);
     return ChangeCountsText(*event.changeCounts);

@@ -14,6 +14,9 @@ std::string SectionTitle(std::size_t part);
 // "users", "software", "processes", "services", "zorProducts", "odbcDrivers".
 const char* SectionKey(std::size_t part);
 
+// What the report says of an event whose log no source holds.
+inline constexpr char kLogNotInSource[] = "the event log is not in the source";
+
 // "succeeded", "succeeded, restart needed", "failed", "no result", "never
 // ended" or "unknown".
 const char* OutcomeWord(EventOutcome outcome);
