@@ -16,9 +16,9 @@ constexpr unsigned kBlockSize = 64 * 1024;
 // An entry's name is read into a buffer of this size; a longer name is cut.
 constexpr unsigned kEntryNameLimit = 4096;
 
-int InflateHere(const CBlockPipe::Producer& produce, const CBlockPipe::Consumer& consume)
+int InflateHere(std::size_t blockSize, const CBlockPipe::Producer& produce, const CBlockPipe::Consumer& consume)
 {
-    std::vector<char> block(kBlockSize);
+    std::vector<char> block(blockSize);
     int read = 0;
     while ((read = produce(block.data(), block.size())) > 0 && consume(block.data(), static_cast<std::size_t>(read))) {
     }
@@ -128,8 +128,10 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
     // The report reads the logs that are inflated here ahead on a thread of
     // their own already: a hand-over between threads for each block of them
     // would cost more than it saves.
+    // A block no larger than the limit, so that no more is inflated than is
+    // handed over.
     if (limit != 0 && info.uncompressed_size <= kInflatedHereUpTo)
-        read = InflateHere(produce, consume);
+        read = InflateHere(static_cast<std::size_t>(std::min<std::uint64_t>(kBlockSize, limit)), produce, consume);
     else if (limit != 0)
         read = CBlockPipe::Run(kBlockSize, produce, consume);
     // A checksum that doesn't match shows only at the close, and only when the

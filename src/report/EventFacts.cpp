@@ -125,14 +125,22 @@ std::string FindEventLog(const CHistorySource& source, const EventRecord& event)
 
 namespace {
 
-// The file's first bytes up to the limit; the rest is counted as cut.
+// The file's first bytes up to the limit; the rest is counted as cut. An
+// archive's entry is inflated no further than one byte past the limit: the
+// bytes behind it are those that the archive declares.
 void ReadInstallerLogText(const CHistorySource& source, InstallerLog& log)
 {
-    source.Stream(log.entry, [&log](const char* bytes, std::size_t size) {
-        const std::size_t kept = std::min(size, kInstallerLogTextLimit - log.text.size());
-        log.text.append(bytes, kept);
-        log.bytesCut += size - kept;
-    });
+    const std::optional<std::uint64_t> declared = source.DeclaredSize(log.entry);
+    source.Stream(
+        log.entry,
+        [&log](const char* bytes, std::size_t size) {
+            const std::size_t kept = std::min(size, kInstallerLogTextLimit - log.text.size());
+            log.text.append(bytes, kept);
+            log.bytesCut += size - kept;
+        },
+        declared ? kInstallerLogTextLimit + 1 : CHistorySource::kFileLimit);
+    if (declared && log.bytesCut != 0)
+        log.bytesCut = std::max<std::uint64_t>(*declared, log.text.size() + 1) - log.text.size();
 }
 
 }  // namespace

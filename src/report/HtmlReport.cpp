@@ -300,21 +300,38 @@ void WriteHtmlEvent(const EventReport& event, std::ostream& out)
     out << "</section>\n";
 }
 
+namespace {
+
+// The entity of a character that HTML gives a meaning to, or null.
+const char* EntityOf(char c)
+{
+    switch (c) {
+    case '&': return "&amp;";
+    case '<': return "&lt;";
+    case '>': return "&gt;";
+    case '"': return "&quot;";
+    case '\'': return "&#39;";
+    default: return nullptr;
+    }
+}
+
+}  // namespace
+
 std::string HtmlText(const std::string& utf8Text)
 {
     const std::string text = CleanUtf8(utf8Text);
     std::string escaped;
     escaped.reserve(text.size());
-    for (const char c : text) {
-        switch (c) {
-        case '&': escaped += "&amp;"; break;
-        case '<': escaped += "&lt;"; break;
-        case '>': escaped += "&gt;"; break;
-        case '"': escaped += "&quot;"; break;
-        case '\'': escaped += "&#39;"; break;
-        default: escaped += c;
-        }
+    std::size_t plain = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char* entity = EntityOf(text[at]);
+        if (entity == nullptr)
+            continue;
+        escaped.append(text, plain, at - plain);
+        escaped += entity;
+        plain = at + 1;
     }
+    escaped.append(text, plain, std::string::npos);
     return escaped;
 }
 

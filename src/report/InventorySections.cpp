@@ -171,10 +171,8 @@ private:
             const std::string name = "copy before V9 #" + std::to_string(copy);
             const std::string prefix = name + ":";
             const auto owned = section_.items.lower_bound(prefix);
-            if (owned == section_.items.end() || !StartsWith(owned->first, prefix.c_str())) {
-                section_.items.erase(name);
-                section_.ownFields.erase(name);
-            }
+            if (owned == section_.items.end() || !StartsWith(owned->first, prefix.c_str()))
+                section_.Forget(name);
         }
     }
 

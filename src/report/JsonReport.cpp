@@ -2,188 +2,228 @@
 
 #include <string>
 
-#include <nlohmann/json.hpp>
-
+#include "report/CJsonWriter.h"
 #include "report/EventFacts.h"
 #include "report/ReportWords.h"
 #include "report/TextDecoding.h"
 
 namespace {
 
-using json = nlohmann::ordered_json;
-
 // Raised whenever a field changes its meaning or goes away; fields may be
 // added without it.
 constexpr int kJsonSchemaVersion = 1;
 
-json Text(const std::string& text)
+// A text of the history, which may hold anything its writer put there.
+CJsonWriter& Text(CJsonWriter& json, const std::string& text)
 {
-    return CleanUtf8(text);
+    return json.Text(CleanUtf8(text));
 }
 
-json Names(const std::vector<std::string>& names)
+CJsonWriter& TextOrNull(CJsonWriter& json, const std::string& text)
 {
-    json list = json::array();
+    return text.empty() ? json.Null() : Text(json, text);
+}
+
+void Names(CJsonWriter& json, const std::vector<std::string>& names)
+{
+    json.Array();
     for (const std::string& name : names)
-        list.push_back(Text(name));
-    return list;
+        Text(json, name);
+    json.End();
 }
 
 // A field's value: its text, its number, or its list of texts.
-json FieldJson(const ItemField& field)
+void Field(CJsonWriter& json, const ItemField& field)
 {
+    json.Key(field.key);
     switch (field.form) {
     case ItemField::Form::Number:
-        return std::stoull(field.texts.front());
+        json.Number(std::stoull(field.texts.front()));
+        return;
     case ItemField::Form::List:
-        return Names(field.texts);
+        Names(json, field.texts);
+        return;
     case ItemField::Form::Text:
         break;
     }
-    return Text(field.texts.front());
+    Text(json, field.texts.front());
 }
 
-void AddFields(json& item, const std::vector<ItemField>& fields)
+void Fields(CJsonWriter& json, const std::vector<ItemField>& fields)
 {
     for (const ItemField& field : fields)
-        item[field.key] = FieldJson(field);
+        Field(json, field);
 }
 
-// A thing's kind and its fields, and what was cut of their texts.
-json ItemJson(const ItemFields& fields)
+void BytesCut(CJsonWriter& json, std::uint64_t bytesCut)
 {
-    json item = {{"kind", fields.kind}};
-    AddFields(item, fields.names);
-    AddFields(item, fields.values);
-    if (fields.bytesCut != 0)
-        item["bytesCut"] = fields.bytesCut;
-    return item;
+    if (bytesCut != 0)
+        json.Key("bytesCut").Number(bytesCut);
+}
+
+// A thing's kind and its fields, and what was cut of their texts, as members
+// of the object begun last.
+void ItemMembers(CJsonWriter& json, const ItemFields& fields)
+{
+    json.Key("kind").Text(fields.kind);
+    Fields(json, fields.names);
+    Fields(json, fields.values);
+    BytesCut(json, fields.bytesCut);
 }
 
 // Things that came or went: each with its fields and what came or went with it.
-json ListedJson(const std::vector<ListedItem>& items)
+void Listed(CJsonWriter& json, const std::vector<ListedItem>& items)
 {
-    json list = json::array();
+    json.Array();
     for (const ListedItem& item : items) {
-        json details = json::array();
-        for (const ItemValue& detail : item.details)
-            details.push_back(ItemJson(detail.fields));
-        json listed = ItemJson(item.fields);
-        listed["details"] = details;
+        json.Object();
+        ItemMembers(json, item.fields);
+        json.Key("details").Array();
+        for (const ItemValue& detail : item.details) {
+            json.Object();
+            ItemMembers(json, detail.fields);
+            json.End();
+        }
+        json.End();
         if (item.detailsLeftOut != 0)
-            listed["detailsLeftOut"] = item.detailsLeftOut;
-        list.push_back(std::move(listed));
+            json.Key("detailsLeftOut").Number(item.detailsLeftOut);
+        json.End();
     }
-    return list;
+    json.End();
 }
 
 // A thing whose value changed: its kind, its names, and its value's fields
 // before and after.
-json ChangedJson(const ItemChange& change)
+void Changed(CJsonWriter& json, const ItemChange& change)
 {
-    json item = {{"kind", change.fields.kind}};
-    AddFields(item, change.fields.names);
-    json before = json::object();
-    AddFields(before, change.valuesBefore);
-    json after = json::object();
-    AddFields(after, change.fields.values);
-    item["before"] = before;
-    item["after"] = after;
-    if (change.fields.bytesCut != 0)
-        item["bytesCut"] = change.fields.bytesCut;
-    return item;
+    json.Object().Key("kind").Text(change.fields.kind);
+    Fields(json, change.fields.names);
+    json.Key("before").Object();
+    Fields(json, change.valuesBefore);
+    json.End().Key("after").Object();
+    Fields(json, change.fields.values);
+    json.End();
+    BytesCut(json, change.fields.bytesCut);
+    json.End();
 }
 
-json SectionJson(const std::optional<SectionChanges>& changes)
+void Section(CJsonWriter& json, const std::optional<SectionChanges>& changes)
 {
-    if (!changes)
-        return nullptr;
-    json changed = json::array();
+    if (!changes) {
+        json.Null();
+        return;
+    }
+    json.Object().Key("added");
+    Listed(json, changes->added);
+    json.Key("removed");
+    Listed(json, changes->removed);
+    json.Key("changed").Array();
     for (const ItemChange& change : changes->changed)
-        changed.push_back(ChangedJson(change));
-    return {{"added", ListedJson(changes->added)},
-            {"removed", ListedJson(changes->removed)},
-            {"changed", changed},
-            {"addedLeftOut", changes->addedLeftOut},
-            {"removedLeftOut", changes->removedLeftOut},
-            {"changedLeftOut", changes->changedLeftOut}};
+        Changed(json, change);
+    json.End();
+    json.Key("addedLeftOut").Number(changes->addedLeftOut);
+    json.Key("removedLeftOut").Number(changes->removedLeftOut);
+    json.Key("changedLeftOut").Number(changes->changedLeftOut);
+    json.End();
 }
 
-json ChangesJson(const std::optional<SnapshotChanges>& changes)
+void Changes(CJsonWriter& json, const std::optional<SnapshotChanges>& changes)
 {
-    if (!changes)
-        return nullptr;
-    json sections = json::object();
-    for (std::size_t part = 0; part < kSnapshotPartCount; ++part)
-        sections[SectionKey(part)] = SectionJson((*changes)[part]);
-    return sections;
+    if (!changes) {
+        json.Null();
+        return;
+    }
+    json.Object();
+    for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
+        json.Key(SectionKey(part));
+        Section(json, (*changes)[part]);
+    }
+    json.End();
 }
 
-json EventNameJson(const EventName& event)
+// An event's name as members of the object begun last.
+void EventNameMembers(CJsonWriter& json, const EventName& event)
 {
-    json name = {{"eventId", Text(event.eventId)}, {"copy", Text(event.copy)}};
+    Text(json.Key("eventId"), event.eventId);
+    Text(json.Key("copy"), event.copy);
     if (!event.source.empty())
-        name["source"] = Text(event.source);
-    return name;
+        Text(json.Key("source"), event.source);
 }
 
-json EventNamesJson(const std::vector<EventName>& events)
+// The events that ran between two snapshots, and whether none did.
+void RanBetween(CJsonWriter& json, const std::vector<EventName>& events)
 {
-    json list = json::array();
-    for (const EventName& event : events)
-        list.push_back(EventNameJson(event));
-    return list;
+    json.Key("eventsBetween").Array();
+    for (const EventName& event : events) {
+        json.Object();
+        EventNameMembers(json, event);
+        json.End();
+    }
+    json.End().Key("drift").Bool(events.empty());
 }
 
 // The changes since the machine's snapshot before the event: drift when no
 // recorded event ran between the two.
-json SinceJson(const std::optional<ChangesSince>& since)
+void Since(CJsonWriter& json, const std::optional<ChangesSince>& since)
 {
-    if (!since)
-        return nullptr;
-    json from = EventNameJson(since->event);
-    from["snapshot"] = since->afterSnapshot ? "after" : "before";
-    return {{"since", from},
-            {"eventsBetween", EventNamesJson(since->ranBetween)},
-            {"drift", since->ranBetween.empty()},
-            {"changes", ChangesJson(since->changes)}};
+    if (!since) {
+        json.Null();
+        return;
+    }
+    json.Object().Key("since").Object();
+    EventNameMembers(json, since->event);
+    json.Key("snapshot").Text(since->afterSnapshot ? "after" : "before").End();
+    RanBetween(json, since->ranBetween);
+    json.Key("changes");
+    Changes(json, since->changes);
+    json.End();
 }
 
-json ComputerJson(const std::optional<ComputerChanges>& computer)
+void Computer(CJsonWriter& json, const std::optional<ComputerChanges>& computer)
 {
-    if (!computer)
-        return nullptr;
-    return {{"since", EventNameJson(computer->since)},
-            {"eventsBetween", EventNamesJson(computer->ranBetween)},
-            {"drift", computer->ranBetween.empty()},
-            {"changes", SectionJson(computer->changes)}};
+    if (!computer) {
+        json.Null();
+        return;
+    }
+    json.Object().Key("since").Object();
+    EventNameMembers(json, computer->since);
+    json.End();
+    RanBetween(json, computer->ranBetween);
+    json.Key("changes");
+    Section(json, computer->changes);
+    json.End();
 }
 
-json InstallerLogsJson(const std::vector<InstallerLog>& logs)
+void InstallerLogs(CJsonWriter& json, const std::vector<InstallerLog>& logs)
 {
-    json list = json::array();
-    for (const InstallerLog& log : logs)
-        list.push_back({{"kind", log.kind},
-                        {"name", Text(log.name)},
-                        {"path", Text(log.path)},
-                        {"inSource", !log.entry.empty()},
-                        {"entry", log.entry.empty() ? json(nullptr) : Text(log.entry)}});
-    return list;
+    json.Array();
+    for (const InstallerLog& log : logs) {
+        json.Object().Key("kind").Text(log.kind);
+        Text(json.Key("name"), log.name);
+        Text(json.Key("path"), log.path);
+        json.Key("inSource").Bool(!log.entry.empty());
+        TextOrNull(json.Key("entry"), log.entry);
+        json.End();
+    }
+    json.End();
 }
 
-json CutJson(const std::vector<CutText>& cut)
+void Cut(CJsonWriter& json, const std::vector<CutText>& cut)
 {
-    json list = json::array();
+    json.Array();
     for (const CutText& text : cut)
-        list.push_back({{"index", text.index}, {"bytesCut", text.bytesCut}});
-    return list;
+        json.Object().Key("index").Number(text.index).Key("bytesCut").Number(text.bytesCut).End();
+    json.End();
 }
 
 // A time stamp in ISO 8601, or null where it can't be read.
-json TimeJson(const std::string& stamp)
+void Time(CJsonWriter& json, const std::string& stamp)
 {
     const std::optional<std::string> time = IsoTimeOfStamp(stamp);
-    return time ? json(*time) : json(nullptr);
+    if (time)
+        json.Text(*time);
+    else
+        json.Null();
 }
 
 // Where an event's object stands: in a report over one source, at depth 8;
@@ -193,158 +233,148 @@ std::size_t EventIndent(const EventReport& event)
     return event.sources.empty() ? 8 : 12;
 }
 
-json EventJson(const EventReport& event)
+// The event's facts from History.ini and from its log.
+void EventFactsMembers(CJsonWriter& json, const EventReport& event)
 {
     const EventRecord& record = event.record;
-    json value = {
-        {"eventId", Text(record.eventId)},
-        {"copy", record.copyName.empty() ? json(nullptr) : Text(record.copyName)},
-        {"action", Text(record.action)},
-        {"product", Text(record.product)},
-        {"serviceLevel", Text(record.serviceLevel)},
-        {"start", TimeJson(record.startTime)},
-        {"end", TimeJson(record.endTime)},
-        {"result", OutcomeWord(event.outcome)},
-        {"resultText", Text(record.result)},
-        {"durationSeconds", event.durationSeconds ? json(*event.durationSeconds) : json(nullptr)},
-        {"eventLog", event.eventLogName.empty() ? json(nullptr) : Text(event.eventLogName)},
-        {"snapshotBefore", event.hasBefore},
-        {"snapshotAfter", event.hasAfter},
-        {"messages", Names(event.messages)},
-        {"messagesLeftOut", event.messagesLeftOut},
-        {"messagesCut", CutJson(event.messagesCut)},
-        {"installerLogs", InstallerLogsJson(event.installerLogs)},
-        {"notes", Names(event.notes)},
-        {"changes", ChangesJson(event.changes)},
-        {"sincePrevious", SinceJson(event.sincePrevious)},
-        {"computerChanges", ComputerJson(event.computer)},
-    };
-    if (!event.sources.empty())
-        value["sources"] = Names(event.sources);
-    return value;
+    Text(json.Key("eventId"), record.eventId);
+    TextOrNull(json.Key("copy"), record.copyName);
+    Text(json.Key("action"), record.action);
+    Text(json.Key("product"), record.product);
+    Text(json.Key("serviceLevel"), record.serviceLevel);
+    Time(json.Key("start"), record.startTime);
+    Time(json.Key("end"), record.endTime);
+    json.Key("result").Text(OutcomeWord(event.outcome));
+    Text(json.Key("resultText"), record.result);
+    if (event.durationSeconds)
+        json.Key("durationSeconds").SignedNumber(*event.durationSeconds);
+    else
+        json.Key("durationSeconds").Null();
+    TextOrNull(json.Key("eventLog"), event.eventLogName);
+    json.Key("snapshotBefore").Bool(event.hasBefore);
+    json.Key("snapshotAfter").Bool(event.hasAfter);
 }
 
-// The value's text with each line behind the first indented by `indent`
-// blanks more, as it stands at that depth of the document; strings in it
-// hold no line end of their own.
-std::string Indented(const json& value, std::size_t indent)
+void Event(CJsonWriter& json, const EventReport& event)
 {
-    const std::string text = value.dump(2);
-    std::string indented;
-    indented.reserve(text.size() + text.size() / 8);
-    for (const char c : text) {
-        indented += c;
-        if (c == '\n')
-            indented.append(indent, ' ');
-    }
-    return indented;
+    json.Object();
+    EventFactsMembers(json, event);
+    Names(json.Key("messages"), event.messages);
+    json.Key("messagesLeftOut").Number(event.messagesLeftOut);
+    Cut(json.Key("messagesCut"), event.messagesCut);
+    InstallerLogs(json.Key("installerLogs"), event.installerLogs);
+    Names(json.Key("notes"), event.notes);
+    Changes(json.Key("changes"), event.changes);
+    Since(json.Key("sincePrevious"), event.sincePrevious);
+    Computer(json.Key("computerChanges"), event.computer);
+    if (!event.sources.empty())
+        Names(json.Key("sources"), event.sources);
+    json.End();
 }
 
 // The two events that -compare named, or null.
-json ComparisonJson(const std::optional<EventComparison>& comparison)
+void Comparison(CJsonWriter& json, const std::optional<EventComparison>& comparison)
 {
-    if (!comparison)
-        return nullptr;
-    json first = EventNameJson(comparison->first);
-    first["snapshot"] = comparison->firstBefore ? "before" : "after";
-    json second = EventNameJson(comparison->second);
-    second["snapshot"] = "after";
-    return {{"first", first},
-            {"second", second},
-            {"missing", comparison->missing.empty() ? json(nullptr) : Text(comparison->missing)},
-            {"changes", ChangesJson(comparison->changes)}};
-}
-
-// A machine's facts, as the head of its document or of its object.
-json MachineJson(const HistoryReport& history)
-{
-    return {{"machine", {{"computer", Text(history.computerName)}, {"os", Text(history.operatingSystem)}}}};
-}
-
-void AddHistoryFacts(json& value, const HistoryReport& history)
-{
-    value["textEncoding"] = history.textEncoding;
-    value["eventCount"] = history.eventCount;
-    value["copyCount"] = history.copies.size();
-    value["firstTime"] = TimeJson(history.firstTime);
-    value["lastTime"] = TimeJson(history.lastTime);
-    value["notes"] = Names(history.notes);
-}
-
-// The object's text without its closing brace, to go on with more members.
-std::string OpenObject(const json& value, std::size_t indent)
-{
-    const std::string text = Indented(value, indent);
-    return text.substr(0, text.size() - 2 - indent);
-}
-
-// The machine's copies with their events, as the member "copies" of an
-// object at depth `indent`.
-void WriteCopies(const HistoryReport& history, std::size_t indent, std::ostream& out, const EventWriter& writeEvent)
-{
-    const std::string at(indent, ' ');
-    out << ",\n" << at << "  \"copies\": [";
-    for (std::size_t c = 0; c < history.copies.size(); ++c) {
-        const CopyReport& copy = history.copies[c];
-        out << (c == 0 ? "\n" : ",\n") << at << "    {\n" << at << "      \"copy\": " << Text(copy.name).dump() << ",\n"
-            << at << "      \"events\": [";
-        for (std::size_t e = 0; e < copy.events.size(); ++e) {
-            out << (e == 0 ? "\n" : ",\n") << at << "        ";
-            writeEvent(copy.events[e], out);
-        }
-        out << (copy.events.empty() ? "]" : "\n" + at + "      ]") << "\n" << at << "    }";
+    if (!comparison) {
+        json.Null();
+        return;
     }
-    out << (history.copies.empty() ? "]" : "\n" + at + "  ]") << "\n" << at << "}";
+    json.Object().Key("first").Object();
+    EventNameMembers(json, comparison->first);
+    json.Key("snapshot").Text(comparison->firstBefore ? "before" : "after").End();
+    json.Key("second").Object();
+    EventNameMembers(json, comparison->second);
+    json.Key("snapshot").Text("after").End();
+    TextOrNull(json.Key("missing"), comparison->missing);
+    Changes(json.Key("changes"), comparison->changes);
+    json.End();
+}
+
+// A machine's facts, as members of its document or of its object.
+void Machine(CJsonWriter& json, const HistoryReport& history)
+{
+    json.Key("machine").Object();
+    Text(json.Key("computer"), history.computerName);
+    Text(json.Key("os"), history.operatingSystem);
+    json.End();
+}
+
+void HistoryFacts(CJsonWriter& json, const HistoryReport& history)
+{
+    json.Key("textEncoding").Text(history.textEncoding);
+    json.Key("eventCount").Number(history.eventCount);
+    json.Key("copyCount").Number(history.copies.size());
+    Time(json.Key("firstTime"), history.firstTime);
+    Time(json.Key("lastTime"), history.lastTime);
+    Names(json.Key("notes"), history.notes);
+}
+
+// The machine's copies with their events, as the member "copies" of the
+// object begun last.
+void Copies(CJsonWriter& json, const HistoryReport& history, const EventWriter& writeEvent)
+{
+    json.Key("copies").Array();
+    for (const CopyReport& copy : history.copies) {
+        json.Object();
+        Text(json.Key("copy"), copy.name);
+        json.Key("events").Array();
+        for (const EventReport& event : copy.events)
+            writeEvent(event, json.ValueWrittenApart());
+        json.End().End();
+    }
+    json.End();
 }
 
 // A report over one source: the machine's facts and copies at the top.
-void WriteOneSource(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
+void WriteOneSource(const ReportOfSources& report, CJsonWriter& json, const EventWriter& writeEvent)
 {
     const HistoryReport& history = report.machines.front();
-    json head = {{"schemaVersion", kJsonSchemaVersion}};
-    head.update(MachineJson(history));
-    head["source"] = Text(report.sources.front());
-    AddHistoryFacts(head, history);
-    head["comparison"] = ComparisonJson(report.comparison);
-    out << OpenObject(head, 0);
-    WriteCopies(history, 0, out, writeEvent);
+    json.Object().Key("schemaVersion").Number(kJsonSchemaVersion);
+    Machine(json, history);
+    Text(json.Key("source"), report.sources.front());
+    HistoryFacts(json, history);
+    Comparison(json.Key("comparison"), report.comparison);
+    Copies(json, history, writeEvent);
+    json.End();
 }
 
 // A report over several sources: each machine an object of its facts, its
 // sources and its copies.
-void WriteSeveralSources(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
+void WriteSeveralSources(const ReportOfSources& report, CJsonWriter& json, const EventWriter& writeEvent)
 {
-    const json head = {{"schemaVersion", kJsonSchemaVersion},
-                       {"sources", Names(report.sources)},
-                       {"computerCount", report.machines.size()},
-                       {"comparison", ComparisonJson(report.comparison)}};
-    out << OpenObject(head, 0) << ",\n  \"machines\": [";
-    for (std::size_t m = 0; m < report.machines.size(); ++m) {
-        const HistoryReport& history = report.machines[m];
-        json machine = MachineJson(history);
-        machine["sources"] = Names(history.sources);
-        AddHistoryFacts(machine, history);
-        out << (m == 0 ? "\n    " : ",\n    ") << OpenObject(machine, 4);
-        WriteCopies(history, 4, out, writeEvent);
+    json.Object().Key("schemaVersion").Number(kJsonSchemaVersion);
+    Names(json.Key("sources"), report.sources);
+    json.Key("computerCount").Number(report.machines.size());
+    Comparison(json.Key("comparison"), report.comparison);
+    json.Key("machines").Array();
+    for (const HistoryReport& history : report.machines) {
+        json.Object();
+        Machine(json, history);
+        Names(json.Key("sources"), history.sources);
+        HistoryFacts(json, history);
+        Copies(json, history, writeEvent);
+        json.End();
     }
-    out << (report.machines.empty() ? "]" : "\n  ]") << "\n}";
+    json.End().End();
 }
 
 }  // namespace
 
 void WriteJsonEvent(const EventReport& event, std::ostream& out)
 {
-    out << Indented(EventJson(event), EventIndent(event));
+    CJsonWriter json(out, EventIndent(event));
+    Event(json, event);
 }
 
-// The document as json's dump with an indent of 2 would write it, written
-// one copy and one event at a time so that no more than one event's value is
-// ever held.
+// The document is written one copy and one event at a time, so that no more
+// than one event is ever held; each event's object stands at the depth that
+// EventIndent gives it.
 void WriteJsonReport(const ReportOfSources& report, std::ostream& out, const EventWriter& writeEvent)
 {
+    CJsonWriter json(out);
     if (report.SeveralSources())
-        WriteSeveralSources(report, out, writeEvent);
+        WriteSeveralSources(report, json, writeEvent);
     else
-        WriteOneSource(report, out, writeEvent);
+        WriteOneSource(report, json, writeEvent);
     out << "\n";
 }

@@ -34,13 +34,14 @@ ItemField ListField(const char* key, std::vector<std::string> texts)
 // A name listed again gets fields of its own, whose values list each row's.
 void SnapshotSection::Add(std::string_view name, std::string_view value, std::string_view owner, ItemFields fields)
 {
-    const auto at = items.lower_bound(name);
+    auto at = PlaceOf(name);
     if (at == items.end() || at->first != name) {
-        items.emplace_hint(at, texts_.Keep(name), SnapshotItem{texts_.Keep(value), texts_.Keep(owner)});
+        namedLast_.Set(items.emplace_hint(at, texts_.Keep(name), SnapshotItem{texts_.Keep(value), texts_.Keep(owner)}));
         if (!fields.kind.empty())
             Describe(name, std::move(fields));
         return;
     }
+    namedLast_.Set(at);
     SnapshotItem& item = at->second;
     if (JoinsLater(name, owner, fields, item)) {
         std::vector<std::string_view>& values = rowValues_[at->first];
@@ -77,10 +78,12 @@ void SnapshotSection::JoinFields(std::string_view name, SnapshotItem& item, std:
 
 void SnapshotSection::Mark(std::string_view name, std::string_view owner, ItemFields fields)
 {
-    const auto at = items.lower_bound(name);
-    if (at != items.end() && at->first == name)
+    const auto at = PlaceOf(name);
+    if (at != items.end() && at->first == name) {
+        namedLast_.Set(at);
         return;
-    items.emplace_hint(at, texts_.Keep(name), SnapshotItem{std::string_view(), texts_.Keep(owner)});
+    }
+    namedLast_.Set(items.emplace_hint(at, texts_.Keep(name), SnapshotItem{std::string_view(), texts_.Keep(owner)}));
     if (!fields.kind.empty())
         Describe(name, std::move(fields));
 }
@@ -108,8 +111,20 @@ ItemFields SnapshotSection::FieldsOf(std::string_view name, const SnapshotItem& 
     return fields;
 }
 
+SnapshotSection::Items::iterator SnapshotSection::PlaceOf(std::string_view name)
+{
+    const Items::iterator* last = namedLast_.Get();
+    if (last != nullptr && (*last)->first < name) {
+        const auto next = std::next(*last);
+        if (next == items.end() || !(next->first < name))
+            return next;
+    }
+    return items.lower_bound(name);
+}
+
 void SnapshotSection::Forget(std::string_view name)
 {
+    namedLast_.Clear();
     const auto item = items.find(name);
     if (item != items.end())
         items.erase(item);

@@ -111,12 +111,40 @@ private:
                     const SnapshotItem& item) const;
     void JoinFields(std::string_view name, SnapshotItem& item, std::string_view value, std::string_view owner,
                     ItemFields fields);
+    // Where the name stands or would stand among the things.
+    Items::iterator PlaceOf(std::string_view name);
+
+    // The thing named last: a section lists its things mostly in the order
+    // of their names, so the place behind it is tried before the map is
+    // searched. A copy of the section, or one moved, starts without it.
+    class NamedLast {
+    public:
+        NamedLast() = default;
+        NamedLast(const NamedLast&) noexcept {}
+        NamedLast& operator=(const NamedLast&) noexcept
+        {
+            Clear();
+            return *this;
+        }
+        void Set(Items::iterator at)
+        {
+            at_ = at;
+            set_ = true;
+        }
+        void Clear() { set_ = false; }
+        const Items::iterator* Get() const { return set_ ? &at_ : nullptr; }
+
+    private:
+        Items::iterator at_;
+        bool set_ = false;
+    };
 
     CTextStore texts_;
     // The values of each row of a name listed more than once, in their order,
     // where the fields are made when asked for: the software list names many
     // products more than once, and few of them show in a change.
     std::map<std::string_view, std::vector<std::string_view>> rowValues_;
+    NamedLast namedLast_;
 };
 
 // A machine's snapshots repeat most sections from one to the next (an install

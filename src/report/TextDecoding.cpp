@@ -153,6 +153,26 @@ bool IsControl(unsigned code)
     return (code < 0x20 && code != '\t') || (code >= 0x7F && code < 0xA0);
 }
 
+// How many bytes from `at` on are ASCII, which every code page and UTF-8
+// write alike: most texts are ASCII alone, and are copied as they stand.
+std::size_t AsciiRunAt(const std::string& text, std::size_t at)
+{
+    std::size_t end = at;
+    while (end < text.size() && static_cast<unsigned char>(text[end]) < 0x80)
+        ++end;
+    return end - at;
+}
+
+// How many bytes from `at` on are ASCII characters that are no control.
+std::size_t PlainRunAt(const std::string& text, std::size_t at)
+{
+    std::size_t end = at;
+    while (end < text.size() && !IsControl(static_cast<unsigned char>(text[end])) &&
+           static_cast<unsigned char>(text[end]) < 0x80)
+        ++end;
+    return end - at;
+}
+
 }  // namespace
 
 bool CTextDecoder::Knows(int codePage)
@@ -175,13 +195,18 @@ std::string CTextDecoder::Utf8(const std::string& bytes) const
     std::string out;
     out.reserve(bytes.size());
     for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t ascii = AsciiRunAt(bytes, at);
+        out.append(bytes, at, ascii);
+        at += ascii;
+        if (at == bytes.size())
+            break;
         if (high_ == nullptr) {
             AppendUtf8(out, NextCharacter(bytes, at));
             continue;
         }
         const unsigned char byte = static_cast<unsigned char>(bytes[at++]);
-        const unsigned code = byte < 0x80 ? byte : high_[byte - 0x80];
-        AppendUtf8(out, code == 0 && byte != 0 ? kReplacement : code);
+        const unsigned code = high_[byte - 0x80];
+        AppendUtf8(out, code == 0 ? kReplacement : code);
     }
     return out;
 }
@@ -191,6 +216,11 @@ std::string CleanUtf8(const std::string& text)
     std::string out;
     out.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
+        const std::size_t plain = PlainRunAt(text, at);
+        out.append(text, at, plain);
+        at += plain;
+        if (at == text.size())
+            break;
         const unsigned code = NextCharacter(text, at);
         AppendUtf8(out, IsControl(code) ? kReplacement : code);
     }

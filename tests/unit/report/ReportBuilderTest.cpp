@@ -12,6 +12,7 @@
 #include "report/CLineSplitter.h"
 #include "report/CReportBuilder.h"
 #include "report/CReportSources.h"
+#include "report/EventFacts.h"
 #include "report/HtmlReport.h"
 #include "report/JsonReport.h"
 #include "report/MachineTimeline.h"
@@ -285,6 +286,32 @@ TEST_F(ReportBuilderTest, TheLinesCutAtTheLimitAreCountedInTheEventsNotes)
         const std::string expected = lines == 1 ? "1 line of the event log longer than " + limit + " bytes was cut there"
                                                 : "2 lines of the event log longer than " + limit + " bytes were cut there";
         EXPECT_EQ(notes, std::vector<std::string>{expected});
+    }
+}
+
+// An installer's log is shown to its limit and the bytes behind it are
+// counted, whether the folder holds it or an archive, which inflates no more
+// of it than it shows.
+TEST_F(ReportBuilderTest, AnInstallerLogIsShownToItsLimitAndTheRestIsCounted)
+{
+    for (const std::size_t size : {kInstallerLogTextLimit, kInstallerLogTextLimit + 1, std::size_t{50000}}) {
+        const std::string zipPath = machine_.Root() + "\\history" + std::to_string(size) + ".zip";
+        std::string text;
+        for (std::size_t line = 0; text.size() < size; ++line)
+            text += "line " + std::to_string(line) + " of the installer\n";
+        text.resize(size);
+        WriteWholeFile(history_ + "\\C1\\E1\\setup.log", text);
+        CZipper zipper(nullptr, nullptr, false);
+        ASSERT_TRUE(zipper.Open(zipPath.c_str(), history_.c_str(), false));
+        ASSERT_TRUE(zipper.AddFolder(history_.c_str(), false));
+        zipper.Close();
+        for (const std::string& source : {history_, zipPath}) {
+            const HistoryReport report = Build(source);
+            ASSERT_EQ(report.copies[0].events[0].installerLogs.size(), 1u);
+            const InstallerLog& log = report.copies[0].events[0].installerLogs[0];
+            EXPECT_EQ(log.text, text.substr(0, kInstallerLogTextLimit)) << source << ", " << size << " bytes";
+            EXPECT_EQ(log.bytesCut, size - kInstallerLogTextLimit) << source << ", " << size << " bytes";
+        }
     }
 }
 

@@ -127,8 +127,8 @@ TEST(ReportWriters, TheTextSummaryGivesAComparisonALineForEachChange)
 {
     ReportOfSources report = OneSource(SmallReport());
     EventComparison compared;
-    compared.first = EventName{"E1", "C1"};
-    compared.second = EventName{"E4", "C2"};
+    compared.first = EventName{"E1", "C1", ""};
+    compared.second = EventName{"E4", "C2", ""};
     SnapshotChanges changes = *report.machines[0].copies[0].events[0].changes;
     changes[3]->changed = {Changed("ZOR Listener", "Started", "Stopped",
                                    {"service", {TextField("displayName", "ZOR Listener")}, {TextField("state", "Stopped")}},
