@@ -603,7 +603,7 @@ std::shared_ptr<const SnapshotSection> CEventLogReader::SectionRead(bool complet
     }
     section->present = true;
     section->complete = complete;
-    memo_->Keep(part_, std::move(sectionText_), section);
+    memo_->Keep(part_, sectionText_, section);
     return section;
 }
 

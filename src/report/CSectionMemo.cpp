@@ -11,9 +11,9 @@ std::shared_ptr<const SnapshotSection> CSectionMemo::Find(SnapshotPart part, con
     return entry.section;
 }
 
-void CSectionMemo::Keep(SnapshotPart part, std::string&& text, std::shared_ptr<const SnapshotSection> section)
+void CSectionMemo::Keep(SnapshotPart part, std::string& text, std::shared_ptr<const SnapshotSection> section)
 {
     Entry& entry = entries_[static_cast<std::size_t>(part)];
-    entry.text = std::move(text);
+    entry.text.swap(text);
     entry.section = std::move(section);
 }

@@ -18,9 +18,9 @@ public:
     // What was read of this very text of the section, as complete or not; null
     // if it was not the text read last.
     std::shared_ptr<const SnapshotSection> Find(SnapshotPart part, const std::string& text, bool complete) const;
-    // The text (taken) and what was read of it, in place of the section's
-    // text read before.
-    void Keep(SnapshotPart part, std::string&& text, std::shared_ptr<const SnapshotSection> section);
+    // The text and what was read of it, in place of the section's text read
+    // before, which `text` is left with: its room serves the next text.
+    void Keep(SnapshotPart part, std::string& text, std::shared_ptr<const SnapshotSection> section);
     // The software table as read last, which the next text of it is read from.
     CSoftwareTable& SoftwareTable() { return softwareTable_; }
 

@@ -36,7 +36,7 @@ void SnapshotSection::Add(std::string_view name, std::string_view value, std::st
 {
     auto at = PlaceOf(name);
     if (at == items.end() || at->first != name) {
-        namedLast_.Set(items.emplace_hint(at, texts_.Keep(name), SnapshotItem{texts_.Keep(value), texts_.Keep(owner)}));
+        namedLast_.Set(items.emplace_hint(at, texts_.Keep(name), SnapshotItem{texts_.Keep(value), KeepOwner(owner)}));
         if (!fields.kind.empty())
             Describe(name, std::move(fields));
         return;
@@ -83,7 +83,7 @@ void SnapshotSection::Mark(std::string_view name, std::string_view owner, ItemFi
         namedLast_.Set(at);
         return;
     }
-    namedLast_.Set(items.emplace_hint(at, texts_.Keep(name), SnapshotItem{std::string_view(), texts_.Keep(owner)}));
+    namedLast_.Set(items.emplace_hint(at, texts_.Keep(name), SnapshotItem{std::string_view(), KeepOwner(owner)}));
     if (!fields.kind.empty())
         Describe(name, std::move(fields));
 }
@@ -109,6 +109,14 @@ ItemFields SnapshotSection::FieldsOf(std::string_view name, const SnapshotItem& 
         JoinValues(fields.values, more.values);
     }
     return fields;
+}
+
+// The things below one owner come one after another: its name is kept once.
+std::string_view SnapshotSection::KeepOwner(std::string_view owner)
+{
+    if (owner != ownerKept_)
+        ownerKept_ = texts_.Keep(owner);
+    return ownerKept_;
 }
 
 SnapshotSection::Items::iterator SnapshotSection::PlaceOf(std::string_view name)

@@ -113,6 +113,7 @@ private:
                     ItemFields fields);
     // Where the name stands or would stand among the things.
     Items::iterator PlaceOf(std::string_view name);
+    std::string_view KeepOwner(std::string_view owner);
 
     // The thing named last: a section lists its things mostly in the order
     // of their names, so the place behind it is tried before the map is
@@ -145,6 +146,8 @@ private:
     // products more than once, and few of them show in a change.
     std::map<std::string_view, std::vector<std::string_view>> rowValues_;
     NamedLast namedLast_;
+    // The owner kept last, in the store.
+    std::string_view ownerKept_;
 };
 
 // A machine's snapshots repeat most sections from one to the next (an install
