@@ -200,9 +200,31 @@ def test_windows_installers_restart_results_read_as_success_that_needs_a_restart
                      f"result of {event} in the summary")
         expect_equal(event_of(document, "RestartCopy", event)["result"], word.split(" (")[0],
                      f"result of {event} in the JSON form")
-    html = (env.work / "r.html").read_bytes().decode("utf-8")
-    # Each of the two in the contents, the machine's timeline, its copy's timeline and its own heading.
-    expect_equal(html.count('class="restart-needed"'), 8, "restart-needed marks on the page")
+    # On the page as the browser shows it, each in the contents, the machine's
+    # timeline, its copy's timeline and its own heading, in the colour of its
+    # word; a restart is no failure, so its row doesn't stand out.
+    from test_report_page import MACHINE_TIMELINE, event_section, rendered_page, words
+    dom = rendered_page(env.work / "r.html")
+    contents = dom[dom.index('<nav class="contents">'):dom.index("</nav>")]
+    machine_timeline = dom[dom.index(MACHINE_TIMELINE):dom.index('<h2 id="copy-0">')]
+    copy_timeline = dom[dom.index('<h2 id="copy-0">'):dom.index('<section class="event"')]
+    marks = {"R-0": "succeeded", "R-3010": "restart-needed", "R-1641": "restart-needed", "R-1603": "failed"}
+    for event, (_, word) in results.items():
+        mark = marks[event]
+        shown = f'<span class="{mark}">{word}</span>'
+        assert re.search(f">{event}</a>: Install, {re.escape(shown)}</li>", contents), \
+            f"{event} in the contents:\n{contents}"
+        heading = re.search(r"<h3>(.*?)</h3>", event_section(dom, event)).group(1)
+        expect_equal(words(heading), f"{event}: Install, {word}", f"{event}'s heading as the browser shows it")
+        assert shown in heading, f"{event}'s result in its heading: {heading!r}"
+        for name, timeline in (("the machine's", machine_timeline), ("its copy's", copy_timeline)):
+            row = re.search(f"<tr( [^>]*)?><td>[^<]*</td>(?:<td>RestartCopy</td>)?<td><a [^>]*>{event}</a>.*?</tr>",
+                            timeline, re.DOTALL)
+            assert row, f"no row of {event} in {name} timeline"
+            assert f'<td class="{mark}">{word}</td>' in row.group(0), f"{event}'s result in {name} timeline: {row[0]}"
+            # Other processes of the machine may come and go between two events.
+            expect_equal(row.group(1) == ' class="stands-out"', mark == "failed" or '"drift"' in row.group(0),
+                         f"whether {event}'s row stands out in {name} timeline: {row.group(0)}")
 
 
 # Each line head that the recorder writes in an event log.
@@ -347,11 +369,25 @@ def test_changes_since_the_machines_last_snapshot_name_the_events_that_ran_meanw
                   [{"eventId": "N1", "copy": "(Unknown)"}], False), "A3's comparison")
     assert during_n.name in names_of(since["changes"]["processes"]["added"], "image"), \
         since["changes"]["processes"]
-    html = (env.work / "r.html").read_bytes().decode("utf-8")
-    assert ("What changed since the after snapshot of B1 (copy CopyB): <span class=\"drift\">drift</span>, "
-            "outside any recorded install") in html, "A2's drift heading is not on the page"
-    assert ("What changed since the before snapshot of N1 (copy (Unknown)), while these recorded events ran: "
-            "N1 (copy (Unknown))") in html, "A3's heading is not on the page"
+    # The page, as the browser shows it: under each event, the machine's last
+    # snapshot before it, whichever copy's it is, and drift by its word and
+    # colour only where no event ran meanwhile.
+    from test_report_page import MACHINE_TIMELINE, event_section, rendered_page, table_after, under_heading, words
+    dom = rendered_page(env.work / "r.html")
+    heading, below = under_heading(event_section(dom, "A2"), "What changed since")
+    expect_equal(words(heading), "What changed since the after snapshot of B1 (copy CopyB): drift, outside any "
+                 "recorded install", "A2's heading as the browser shows it")
+    assert '<span class="drift">drift</span>' in heading, f"A2's drift has no colour of its own: {heading!r}"
+    assert during_b.name not in below, f"B1's process is shown as drift before A2:\n{below}"
+    heading, below = under_heading(event_section(dom, "A3"), "What changed since")
+    expect_equal(words(heading), "What changed since the before snapshot of N1 (copy (Unknown)), while these "
+                 "recorded events ran: N1 (copy (Unknown))", "A3's heading as the browser shows it")
+    assert f'<li class="added">{during_n.name}: 1</li>' in below, \
+        f"the process that came while N1 ran is not shown under A3's heading:\n{below}"
+    timeline = {cells[2]: cells for _, cells in table_after(dom, MACHINE_TIMELINE)[1:]}
+    expect_equal(list(timeline), ["A1", "B1", "A2", "N1", "A3"], "the machine's timeline, in order")
+    expect_equal((timeline["N1"][7], timeline["A3"][9]), ("never ended", ""),
+                 "N1's result, and the drift before A3 in the machine's timeline")
 
 
 def record_two_events_with_a_process_between(env):
@@ -428,6 +464,8 @@ SOFTWARE_HEADER = ("Publisher                     Product Name                  
 PRODUCT_HEADER = ("Product Name                            Product Code                            "
                   "Version   Service Level       Last Modified Date")
 USER_HEADER = "Group                                   user   "
+SERVICE_RULE = "-" * 68 + " "
+SERVICE_HEADER = "Service Name                                                Status   "
 BANNER_RULE = "*" * 93
 PART_A = "*  PART A --ZOR Installed Copies Information -- Prior to V9                                 *"
 PART_B = "*  PART B --ZOR Installed Copies Information -- V9 & Later                                  *"
@@ -442,11 +480,20 @@ def copy_lines(name_line, products):
     return lines
 
 
+def products_section(copy, products):
+    """The body of a snapshot's section 5 with one copy from V9 on and its
+    product rows, as the inventory writes it."""
+    return (["", BANNER_RULE, PART_A, BANNER_RULE] + copy_lines([], [])[:-1] +
+            ["", BANNER_RULE, PART_B, BANNER_RULE, "", "Total ZOR Copies:1", "-" * 45, "ZOR Copy Name", "-" * 45,
+             copy, "-" * 45] + copy_lines([f"ZOR Installation Copy Name:{copy}"], products))
+
+
 def replace_section(lines, number, occurrence, body):
     """The lines with the body of a snapshot's section replaced: its
     `occurrence`-th heading of that number, up to the empty line ahead of the
     next heading."""
-    title = {2: "2) Software Installed on the machine:", 5: "5) ZOR Products Installed:"}[number]
+    title = {2: "2) Software Installed on the machine:", 4: "4) Services & Service Status:",
+             5: "5) ZOR Products Installed:"}[number]
     headings = [i for i, line in enumerate(lines) if line == title]
     start = headings[occurrence] + 1
     end = start
@@ -478,9 +525,11 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
     Linux machine leaves empty written in by hand as the Windows collectors
     write them: a product name of 66 characters in a column of 65, a copy's
     product of 41 in a column of 40, the V9 copies' parent key among the
-    copies before V9; a user who joins a first group; every line of the
-    computer report changed between the two starts, on the page as the
-    browser shows it."""
+    copies before V9; a service that the first install adds and the second
+    removes; a user who joins a first group before the second install and
+    is in none after it; every line of the computer report changed between
+    the two starts; each with its values on the page as the browser shows
+    it."""
     if not env.native:
         skip("the Linux build only; in the logs of the Windows builds a user who joins a group shows as a user added")
     record(env, "-start", "E1", "-Action", "Install")
@@ -496,16 +545,18 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
     software_row = (f"{'TAQ Inc.':<30}{software:<65}{'9.1.0':<20}{'20240105':<14}{'1033':<11}/opt/zor")
     product_row = f"{product:<40}{'{C1}':<40}{'9.1.0':<10}{'SL2':<20}{'20240105':<20}"
     software_body = ["", "-" * 185, SOFTWARE_HEADER, "-" * 185, software_row, "-" * 185, ""]
-    products_body = (["", BANNER_RULE, PART_A, BANNER_RULE] + copy_lines([], [])[:-1] +
-                     ["", BANNER_RULE, PART_B, BANNER_RULE, "", "Total ZOR Copies:1", "-" * 45, "ZOR Copy Name",
-                      "-" * 45, "C1", "-" * 45] + copy_lines(["ZOR Installation Copy Name:C1"], [product_row]))
+    service = "ZOR Values Test Service"
+    services_body = ["", SERVICE_RULE, SERVICE_HEADER, SERVICE_RULE, f"{service:<60}{'Stopped':<15}", SERVICE_RULE]
+    products_body = products_section("C1", [product_row])
 
     def after_install(lines):
+        lines = replace_section(lines, 4, 1, services_body)
         return replace_section(replace_section(lines, 2, 1, software_body), 5, 1, products_body)
 
     def joined_and_updated(lines):
         lines = replace_section(replace_section(lines, 2, 0, software_body), 5, 0, products_body)
         lines = replace_section(replace_section(lines, 2, 1, software_body), 5, 1, products_body)
+        lines = replace_section(lines, 4, 0, services_body)
         table = lines.index("Local User List:") + 4
         assert lines[table - 1] == "-" * 74 and lines[table - 2] == USER_HEADER, lines[table - 3:table + 1]
         lines.insert(table, f"{'zorgroup':<30}          VM\\zorjoiner")
@@ -532,10 +583,14 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
                    "details": [{"kind": "product", "copy": "C1", "product": product, "version": "9.1.0",
                                 "serviceLevel": "SL2", "code": "{C1}", "lastModified": "20240105"}]}],
                  "copies added by E1")
+    service_fields = {"kind": "service", "displayName": service, "state": "Stopped", "details": []}
+    expect_equal(changes["services"]["added"], [service_fields], "services added by E1")
     second = event_of(document, "C1", "E2")
+    expect_equal(second["changes"]["services"]["removed"], [service_fields], "services removed by E2")
     since = second["sincePrevious"]
-    expect_equal((since["drift"], since["changes"]["software"], since["changes"]["zorProducts"]),
-                 (True, NO_CHANGE, NO_CHANGE), "E2 against E1's after snapshot")
+    expect_equal((since["drift"], since["changes"]["software"], since["changes"]["services"],
+                  since["changes"]["zorProducts"]), (True, NO_CHANGE, NO_CHANGE, NO_CHANGE),
+                 "E2 against E1's after snapshot")
     users = since["changes"]["users"]
     expect_equal((users["added"], users["removed"]), ([], []), "users added or removed before E2")
     assert {"kind": "user", "name": "VM\\zorjoiner", "before": {"groups": []},
@@ -548,10 +603,30 @@ def test_values_long_fields_copies_users_and_the_computer_report_as_recorded(env
                for change in computer["changes"]["changed"]}
     expect_equal(changed, {label.rstrip(" :"): (before[label], after) for label, after in COMPUTER_LINES.items()},
                  "changes of the computer report")
-    html = (env.work / "r.html").read_bytes().decode("utf-8")
-    assert f'<li class="added">{software}: 9.1.0</li>' in html, "the software's version is not on the page"
-    from test_report_page import chromium, rendered_text
-    text = " ".join(rendered_text(chromium("--dump-dom", (env.work / "r.html").as_uri())).split())
+
+    # The page, as the browser shows it: what came or went with its values,
+    # the copy with its product's, a user's groups before and after.
+    from test_report_page import event_section, rendered_page, table_after, under_heading, words
+    dom = rendered_page(env.work / "r.html")
+    _, installed = under_heading(event_section(dom, "E1"), "What the install changed")
+    for shown in (f"{software}: 9.1.0", f"{service}: Stopped"):
+        assert f'<li class="added">{shown}</li>' in installed, f"{shown!r} is not shown as added by E1:\n{installed}"
+    copy = re.search(r'<li class="added">copy C1\s*<ul class="details">\s*<li>(.*?)</li>\s*</ul>', installed)
+    assert copy, f"the copy added by E1 is not shown with its product:\n{installed}"
+    expect_equal(words(copy.group(1)), f"product {product}: version 9.1.0, service level SL2, code {{C1}}, "
+                 "last modified 20240105", "the product of the copy added by E1")
+    second_section = event_section(dom, "E2")
+    _, installed = under_heading(second_section, "What the install changed")
+    assert f'<li class="removed">{service}: Stopped</li>' in installed, \
+        f"the service is not shown as removed by E2 with its state:\n{installed}"
+    expect_equal(table_after(installed, "User Group &amp; User Information")[1][1],
+                 ["user VM\\zorjoiner", "member of zorgroup", "in no group's member list"],
+                 "the user who left the group during E2")
+    _, since_first = under_heading(second_section, "What changed since the after snapshot of E1")
+    expect_equal(table_after(since_first, "User Group &amp; User Information")[1][1],
+                 ["user VM\\zorjoiner", "in no group's member list", "member of zorgroup"],
+                 "the user who joined the group before E2")
+    text = words(dom[dom.index("<body"):])
     assert "The computer report since the start of E1 (copy C1)" in text, "the computer's changes have no heading"
     for label, after in COMPUTER_LINES.items():
         row = " ".join(f"{label.rstrip(' :')} {before[label]} {after}".split())

@@ -1,11 +1,14 @@
 """ZORHistoryReport over damaged archives: an archive cut off in the middle of
 an entry, or with an entry whose bytes were changed, says which entry is
 damaged and reports the rest; an event whose log is not in the archive still
-appears with what History.ini says of it."""
+appears with what History.ini says of it. The page says so as the browser
+shows it."""
+import re
 import zipfile
 
 from e2e_support import expect_equal, main, profile_bytes
 from test_report import collect, event_of, make_report, read_json, record, run_report
+from test_report_page import COUNTS, MACHINE_TIMELINE, event_section, rendered_page, table_after, under_heading, words
 
 EVENTS = ["Dmg-1", "Dmg-2", "Dmg-3"]
 COPY = "DmgCopy"
@@ -75,8 +78,27 @@ def test_an_archive_cut_off_in_an_event_log_names_it_and_reports_the_rest(env):
     expect_equal(damaged["snapshotBefore"], True, "the cut-off event's snapshot before the install")
     expect_equal({event["result"] for copy in document["copies"] for event in copy["events"]}, {"unknown"},
                  "results of events that History.ini doesn't hold")
-    html = (env.work / "r.html").read_bytes().decode("utf-8")
-    assert "is cut off: what stands of it is read" in html, "the page doesn't name the cut-off entry"
+    # The page, as the browser shows it: the archive's notes above all, the
+    # cut-off event with what could be read of it, the others whole.
+    dom = rendered_page(env.work / "r.html")
+    head = words(dom[dom.index("<body"):dom.index('<nav class="contents">')])
+    assert f"Note: the archive's entry {last.filename} is cut off: what stands of it is read." in head, head
+    timeline = {cells[2]: cells for _, cells in table_after(dom, MACHINE_TIMELINE)[1:]}
+    expect_equal(sorted(timeline), sorted(EVENTS), "events in the machine's timeline")
+    damaged_section = event_section(dom, damaged["eventId"])
+    expect_equal(words(re.findall(r'<p class="note">(.*?)</p>', damaged_section)[0]),
+                 f"Note: the archive's entry {damaged['eventLog']} is damaged: what could be read of it is shown.",
+                 "the cut-off event's first note on the page")
+    expect_equal(words(under_heading(damaged_section, "What the install changed")[1]),
+                 "Not compared: no snapshot after the install.", "what the cut-off event changed, on the page")
+    expect_equal(timeline[damaged["eventId"]][8], "no snapshot after the install", "the cut-off event's changes")
+    for info in logs[:-1]:
+        event = event_of_entry(info)
+        section = event_section(dom, event)
+        expect_equal(re.findall(r'<p class="note">', section), [], f"notes on {event} on the page")
+        assert f"<li>installing {event}</li>" in section, f"{event}'s message is not on the page:\n{section}"
+        assert "not compared" not in section.lower(), f"{event} is not compared on the page:\n{section}"
+        assert COUNTS.fullmatch(timeline[event][8]), f"{event}'s changes in the machine's timeline: {timeline[event]}"
 
 
 def test_an_archive_cut_off_in_history_ini_reports_what_stands_of_it(env):
@@ -133,13 +155,18 @@ def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):
         data[at] ^= 0x5A
     archive.write_bytes(bytes(data))
 
-    make_report(env, archive, "-json", "r.json")
+    make_report(env, archive, "-json", "r.json", "-o", "r.html")
     document = read_json(env.work / "r.json")
     expect_equal(document["notes"], [], "notes on the archive")
     damaged = event_of(document, COPY, event_of_entry(hurt))
-    assert f"the archive's entry {damaged['eventLog']} is damaged: what could be read of it is shown" \
-        in damaged["notes"], damaged["notes"]
+    note = f"the archive's entry {damaged['eventLog']} is damaged: what could be read of it is shown"
+    assert note in damaged["notes"], damaged["notes"]
     expect_whole_events(document, logs[1:])
+    dom = rendered_page(env.work / "r.html")
+    assert f"Note: {note}." in words(event_section(dom, damaged["eventId"])), "the page doesn't name the damaged entry"
+    for info in logs[1:]:
+        section = event_section(dom, event_of_entry(info))
+        assert '<p class="note">' not in section and "not compared" not in section.lower(), section
 
 
 def declare_larger(archive, info, more):
@@ -203,8 +230,18 @@ def test_an_event_whose_log_is_missing_appears_with_what_history_ini_says(env):
     expect_equal((event["eventLog"], event["snapshotBefore"], event["snapshotAfter"], event["changes"]),
                  (None, False, False, None), "the event's log and snapshots")
     assert "LostCopy | Lost-1 | Upgrade | failed (1603) | the event log is not in the source" in out, out
-    html = (env.work / "r.html").read_bytes().decode("utf-8")
-    assert "Lost-1" in html and "Event log: not in the source" in html, "the page doesn't show the event"
+    # The page, as the browser shows it: the event in the timeline with what
+    # History.ini says of it, and under its heading, why nothing is compared.
+    dom = rendered_page(env.work / "r.html")
+    expect_equal(table_after(dom, MACHINE_TIMELINE)[1:],
+                 [('<tr class="stands-out">', ["20240105 10:00:00", "LostCopy", "Lost-1", "Upgrade", "ZOR Server",
+                                               "20240105 10:02:03", "2 min 03 s", "failed (1603)",
+                                               "the event log is not in the source", ""])],
+                 "the event in the machine's timeline")
+    expect_equal(words(event_section(dom, "Lost-1")),
+                 "Lost-1: Upgrade, failed (1603) Note: the event log is not in the source. Event log: not in the "
+                 "source What the install changed Not compared: no snapshot before or after the install.",
+                 "the event's section")
 
 
 if __name__ == "__main__":

@@ -121,6 +121,36 @@ def table_after(dom, heading):
     return rows
 
 
+def rendered_page(path):
+    """The page that the report wrote to `path`, as the browser holds it once loaded."""
+    return chromium("--dump-dom", pathlib.Path(path).as_uri())
+
+
+def words(part):
+    """The text of a part of the rendered page as it reads: the tags of text
+    within a line taken out, every other tag a blank, one blank between words."""
+    inline = re.sub(r"</?(?:span|a|code)\b[^>]*>", "", part)
+    return " ".join(html.unescape(re.sub(r"<[^>]*>", " ", inline)).split())
+
+
+def event_section(dom, event_id):
+    """The one section of the rendered page on this event, from its heading to its end."""
+    sections = [section for section in re.findall(r'<section class="event"[^>]*>.*?</section>', dom, re.DOTALL)
+                if re.search(r"<h3>" + re.escape(html.escape(event_id, quote=False)) + ":", section)]
+    expect_equal(len(sections), 1, f"sections of {event_id} on the page")
+    return sections[0]
+
+
+def under_heading(section, begins):
+    """The h4 heading of an event's section whose text begins with `begins`,
+    and what stands below it up to the next one: (heading, below), as markup."""
+    for match in re.finditer(r"<h4>(.*?)</h4>", section, re.DOTALL):
+        if words(match.group(1)).startswith(begins):
+            following = section.find("<h4>", match.end())
+            return match.group(1), section[match.end():following if following != -1 else len(section)]
+    raise AssertionError(f"no heading that begins with {begins!r} in:\n{section}")
+
+
 MACHINE_TIMELINE = "What happened on the machine, in order"
 COUNTS = re.compile(r"users \d+ software \d+ processes \d+ services \d+ zorProducts \d+ odbcDrivers \d+")
 

@@ -1,12 +1,20 @@
 // The README's first example of the report's console lines is what the report
 // prints for x.zip, an archive of three events of a Windows XP machine that
 // this test makes: an install of copy C1, its failed upgrade and a repair
-// that never ended.
+// that never ended. Where the build runs its programs natively, the example
+// is checked against the program itself, the line on where the page went
+// with it; everywhere, its summary lines against the library's.
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#ifdef ZOR_REPORT_PROGRAM
+#include <sys/wait.h>
+
+#include <cstdio>
+#endif
 
 #include <gtest/gtest.h>
 
@@ -23,6 +31,8 @@ using namespace reportlogs;
 namespace {
 
 const char kFirstExampleLine[] = "Computer VM, Microsoft Windows XP Professional";
+// The program's last line, behind the summary: where the page went.
+const char kWrittenLine[] = "Report written to report.html";
 
 // The indented lines of the README that begin with `first`, without their
 // indent: an example of console output.
@@ -151,9 +161,56 @@ private:
     std::filesystem::path previous_;
 };
 
+#ifdef ZOR_REPORT_PROGRAM
+// A word for the shell, whatever it holds.
+std::string ShellWord(const std::string& word)
+{
+    std::string quoted = "'";
+    for (const char c : word)
+        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+// What the command prints on its standard output; `exitCode` is its exit
+// code, or -1 if it didn't exit.
+std::string OutputOf(const std::string& command, int& exitCode)
+{
+    exitCode = -1;
+    std::FILE* pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr)
+        return std::string();
+    std::string output;
+    char buffer[4096];
+    for (std::size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) != 0;)
+        output.append(buffer, got);
+    const int status = pclose(pipe);
+    if (status != -1 && WIFEXITED(status))
+        exitCode = WEXITSTATUS(status);
+    return output;
+}
+#endif
+
 }  // namespace
 
-TEST(ReadmeExample, TheConsoleLinesOfTheFirstExampleAreTheReportsOwnForTheArchive)
+#ifdef ZOR_REPORT_PROGRAM
+TEST(ReadmeExample, TheFirstExampleIsWhatTheProgramPrintsForTheArchive)
+{
+    TestMachine machine;
+    MakeArchive(machine);
+    // ZORHistoryReport x.zip, in the archive's folder.
+    const InFolder there(machine.Root());
+    int exitCode = -1;
+    const std::string printed = OutputOf(ShellWord(ZOR_REPORT_PROGRAM) + " x.zip", exitCode);
+    EXPECT_EQ(exitCode, 0);
+
+    const std::vector<std::string> example = ReadmeExample(kFirstExampleLine);
+    ASSERT_FALSE(example.empty()) << "the README has no example that begins with " << kFirstExampleLine;
+    EXPECT_EQ(LinesOf(printed), example);
+    EXPECT_TRUE(std::filesystem::is_regular_file("report.html"));
+}
+#endif
+
+TEST(ReadmeExample, TheSummaryLinesOfTheFirstExampleAreTheLibrarysOwnForTheArchive)
 {
     TestMachine machine;
     MakeArchive(machine);
@@ -167,7 +224,10 @@ TEST(ReadmeExample, TheConsoleLinesOfTheFirstExampleAreTheReportsOwnForTheArchiv
     std::ostringstream out;
     WriteTextSummary(report, out);
 
-    const std::vector<std::string> example = ReadmeExample(kFirstExampleLine);
+    std::vector<std::string> example = ReadmeExample(kFirstExampleLine);
     ASSERT_FALSE(example.empty()) << "the README has no example that begins with " << kFirstExampleLine;
+    // The program adds the line on where the page went behind the summary.
+    ASSERT_EQ(example.back(), kWrittenLine);
+    example.pop_back();
     EXPECT_EQ(LinesOf(out.str()), example);
 }
