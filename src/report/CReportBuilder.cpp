@@ -33,9 +33,12 @@ CEventLogReader::InstallEnd InstallEndOf(EventOutcome outcome)
                                                : CEventLogReader::InstallEnd::Ended;
 }
 
-// How many events may wait at each step ahead of the comparisons: a log read
-// into memory (at most CLogReadAhead::kLimit bytes), or an event read with its
-// two snapshots.
+// How many events may wait at each step ahead of the comparisons: logs read
+// into memory (each at most CLogReadAhead::kLimit bytes), a few, so that the
+// inflating goes on while the reading of one event takes longer than the
+// others; an event read with its two snapshots, which may hold much more,
+// one.
+constexpr std::size_t kLogsReadAhead = 4;
 constexpr std::size_t kEventsReadAhead = 1;
 
 void UpdateEarliest(std::string& earliest, const std::string& time)
@@ -130,7 +133,7 @@ void CReportBuilder::BuildMachine(const MachineEvents& machine, HistoryReport& r
     const std::vector<std::size_t> order = timeline_->Order();
     report.machineOrder = order;
     CReadAhead<FetchedLog> fetching(
-        order.size(), [this, &order](std::size_t at) { return FetchLog(order[at], 0); }, kEventsReadAhead);
+        order.size(), [this, &order](std::size_t at) { return FetchLog(order[at], 0); }, kLogsReadAhead);
     CReadAhead<EventRead> reading(
         order.size(), [this, &order, &fetching](std::size_t at) { return ReadEvent(order[at], fetching.Next()); },
         kEventsReadAhead);

@@ -5,8 +5,8 @@
 // event's before snapshot is compared with the snapshot that the machine had
 // last before it, whichever event took it. Two threads of the builder's own
 // work ahead of the comparisons: one reads the next events' logs from the
-// sources into memory, the other reads their lines into snapshots, and each
-// has at most one event waiting. At any time the builder holds the current
+// sources into memory, a few logs ahead, the other reads their lines into
+// snapshots, one event ahead. At any time the builder holds the current
 // event's two snapshots, that last snapshot, the after snapshots of events
 // still running at the current event's start, and those few events; the
 // events' reports are kept whole unless the caller lets each go as it comes.

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "recorder/EventTexts.h"
+#include "report/ArenaAllocator.h"
 #include "report/CTextStore.h"
 
 // The sections in the snapshot's order.
@@ -68,7 +69,8 @@ struct SnapshotItem {
 };
 
 struct SnapshotSection {
-    using Items = std::map<std::string_view, SnapshotItem>;
+    using Items = std::map<std::string_view, SnapshotItem, std::less<std::string_view>,
+                           ArenaAllocator<std::pair<const std::string_view, SnapshotItem>>>;
 
     bool present = false;
     bool complete = false;
