@@ -55,6 +55,16 @@ void Fields(CJsonWriter& json, const std::vector<ItemField>& fields)
         Field(json, field);
 }
 
+// The value as `write` writes it, or null where there is none.
+template <typename T, typename Writer>
+void OrNull(CJsonWriter& json, const std::optional<T>& value, Writer write)
+{
+    if (value)
+        write(json, *value);
+    else
+        json.Null();
+}
+
 void BytesCut(CJsonWriter& json, std::uint64_t bytesCut)
 {
     if (bytesCut != 0)
@@ -107,36 +117,27 @@ void Changed(CJsonWriter& json, const ItemChange& change)
     json.End();
 }
 
-void Section(CJsonWriter& json, const std::optional<SectionChanges>& changes)
+void Section(CJsonWriter& json, const SectionChanges& changes)
 {
-    if (!changes) {
-        json.Null();
-        return;
-    }
     json.Object().Key("added");
-    Listed(json, changes->added);
+    Listed(json, changes.added);
     json.Key("removed");
-    Listed(json, changes->removed);
+    Listed(json, changes.removed);
     json.Key("changed").Array();
-    for (const ItemChange& change : changes->changed)
+    for (const ItemChange& change : changes.changed)
         Changed(json, change);
     json.End();
-    json.Key("addedLeftOut").Number(changes->addedLeftOut);
-    json.Key("removedLeftOut").Number(changes->removedLeftOut);
-    json.Key("changedLeftOut").Number(changes->changedLeftOut);
+    json.Key("addedLeftOut").Number(changes.addedLeftOut);
+    json.Key("removedLeftOut").Number(changes.removedLeftOut);
+    json.Key("changedLeftOut").Number(changes.changedLeftOut);
     json.End();
 }
 
-void Changes(CJsonWriter& json, const std::optional<SnapshotChanges>& changes)
+void Changes(CJsonWriter& json, const SnapshotChanges& changes)
 {
-    if (!changes) {
-        json.Null();
-        return;
-    }
     json.Object();
     for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
-        json.Key(SectionKey(part));
-        Section(json, (*changes)[part]);
+        OrNull(json.Key(SectionKey(part)), changes[part], Section);
     }
     json.End();
 }
@@ -164,33 +165,23 @@ void RanBetween(CJsonWriter& json, const std::vector<EventName>& events)
 
 // The changes since the machine's snapshot before the event: drift when no
 // recorded event ran between the two.
-void Since(CJsonWriter& json, const std::optional<ChangesSince>& since)
+void Since(CJsonWriter& json, const ChangesSince& since)
 {
-    if (!since) {
-        json.Null();
-        return;
-    }
     json.Object().Key("since").Object();
-    EventNameMembers(json, since->event);
-    json.Key("snapshot").Text(since->afterSnapshot ? "after" : "before").End();
-    RanBetween(json, since->ranBetween);
-    json.Key("changes");
-    Changes(json, since->changes);
+    EventNameMembers(json, since.event);
+    json.Key("snapshot").Text(since.afterSnapshot ? "after" : "before").End();
+    RanBetween(json, since.ranBetween);
+    Changes(json.Key("changes"), since.changes);
     json.End();
 }
 
-void Computer(CJsonWriter& json, const std::optional<ComputerChanges>& computer)
+void Computer(CJsonWriter& json, const ComputerChanges& computer)
 {
-    if (!computer) {
-        json.Null();
-        return;
-    }
     json.Object().Key("since").Object();
-    EventNameMembers(json, computer->since);
+    EventNameMembers(json, computer.since);
     json.End();
-    RanBetween(json, computer->ranBetween);
-    json.Key("changes");
-    Section(json, computer->changes);
+    RanBetween(json, computer.ranBetween);
+    Section(json.Key("changes"), computer.changes);
     json.End();
 }
 
@@ -219,11 +210,7 @@ void Cut(CJsonWriter& json, const std::vector<CutText>& cut)
 // A time stamp in ISO 8601, or null where it can't be read.
 void Time(CJsonWriter& json, const std::string& stamp)
 {
-    const std::optional<std::string> time = IsoTimeOfStamp(stamp);
-    if (time)
-        json.Text(*time);
-    else
-        json.Null();
+    OrNull(json, IsoTimeOfStamp(stamp), [](CJsonWriter& time, const std::string& iso) { time.Text(iso); });
 }
 
 // Where an event's object stands: in a report over one source, at depth 8;
@@ -246,10 +233,8 @@ void EventFactsMembers(CJsonWriter& json, const EventReport& event)
     Time(json.Key("end"), record.endTime);
     json.Key("result").Text(OutcomeWord(event.outcome));
     Text(json.Key("resultText"), record.result);
-    if (event.durationSeconds)
-        json.Key("durationSeconds").SignedNumber(*event.durationSeconds);
-    else
-        json.Key("durationSeconds").Null();
+    OrNull(json.Key("durationSeconds"), event.durationSeconds,
+           [](CJsonWriter& duration, long long seconds) { duration.SignedNumber(seconds); });
     TextOrNull(json.Key("eventLog"), event.eventLogName);
     json.Key("snapshotBefore").Bool(event.hasBefore);
     json.Key("snapshotAfter").Bool(event.hasAfter);
@@ -264,29 +249,25 @@ void Event(CJsonWriter& json, const EventReport& event)
     Cut(json.Key("messagesCut"), event.messagesCut);
     InstallerLogs(json.Key("installerLogs"), event.installerLogs);
     Names(json.Key("notes"), event.notes);
-    Changes(json.Key("changes"), event.changes);
-    Since(json.Key("sincePrevious"), event.sincePrevious);
-    Computer(json.Key("computerChanges"), event.computer);
+    OrNull(json.Key("changes"), event.changes, Changes);
+    OrNull(json.Key("sincePrevious"), event.sincePrevious, Since);
+    OrNull(json.Key("computerChanges"), event.computer, Computer);
     if (!event.sources.empty())
         Names(json.Key("sources"), event.sources);
     json.End();
 }
 
 // The two events that -compare named, or null.
-void Comparison(CJsonWriter& json, const std::optional<EventComparison>& comparison)
+void Comparison(CJsonWriter& json, const EventComparison& comparison)
 {
-    if (!comparison) {
-        json.Null();
-        return;
-    }
     json.Object().Key("first").Object();
-    EventNameMembers(json, comparison->first);
-    json.Key("snapshot").Text(comparison->firstBefore ? "before" : "after").End();
+    EventNameMembers(json, comparison.first);
+    json.Key("snapshot").Text(comparison.firstBefore ? "before" : "after").End();
     json.Key("second").Object();
-    EventNameMembers(json, comparison->second);
+    EventNameMembers(json, comparison.second);
     json.Key("snapshot").Text("after").End();
-    TextOrNull(json.Key("missing"), comparison->missing);
-    Changes(json.Key("changes"), comparison->changes);
+    TextOrNull(json.Key("missing"), comparison.missing);
+    OrNull(json.Key("changes"), comparison.changes, Changes);
     json.End();
 }
 
@@ -333,7 +314,7 @@ void WriteOneSource(const ReportOfSources& report, CJsonWriter& json, const Even
     Machine(json, history);
     Text(json.Key("source"), report.sources.front());
     HistoryFacts(json, history);
-    Comparison(json.Key("comparison"), report.comparison);
+    OrNull(json.Key("comparison"), report.comparison, Comparison);
     Copies(json, history, writeEvent);
     json.End();
 }
@@ -345,7 +326,7 @@ void WriteSeveralSources(const ReportOfSources& report, CJsonWriter& json, const
     json.Object().Key("schemaVersion").Number(kJsonSchemaVersion);
     Names(json.Key("sources"), report.sources);
     json.Key("computerCount").Number(report.machines.size());
-    Comparison(json.Key("comparison"), report.comparison);
+    OrNull(json.Key("comparison"), report.comparison, Comparison);
     json.Key("machines").Array();
     for (const HistoryReport& history : report.machines) {
         json.Object();
