@@ -127,9 +127,8 @@ bool CArchiveReader::Stream(const std::string& lookupName, std::uint64_t limit,
     int read = 0;
     // The report reads the logs that are inflated here ahead on a thread of
     // their own already: a hand-over between threads for each block of them
-    // would cost more than it saves.
-    // A block no larger than the limit, so that no more is inflated than is
-    // handed over.
+    // would cost more than it saves. The block is no larger than the limit,
+    // so that no more is inflated than is handed over.
     if (limit != 0 && info.uncompressed_size <= kInflatedHereUpTo)
         read = InflateHere(static_cast<std::size_t>(std::min<std::uint64_t>(kBlockSize, limit)), produce, consume);
     else if (limit != 0)
