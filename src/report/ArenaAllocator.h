@@ -21,6 +21,10 @@ public:
     using propagate_on_container_swap = std::true_type;
 
     ArenaAllocator() : blocks_(std::make_shared<std::pmr::monotonic_buffer_resource>()) {}
+    // A move copies: the allocator moved from still takes from the blocks, as
+    // a container moved from may still add to itself.
+    ArenaAllocator(const ArenaAllocator&) noexcept = default;
+    ArenaAllocator& operator=(const ArenaAllocator&) noexcept = default;
     template <typename U>
     ArenaAllocator(const ArenaAllocator<U>& other) noexcept : blocks_(other.blocks_)
     {

@@ -1,6 +1,7 @@
 #include "report/CJsonWriter.h"
 
 #include <algorithm>
+#include <charconv>
 #include <string>
 
 namespace {
@@ -123,19 +124,29 @@ void CJsonWriter::Quoted(std::string_view utf8)
     out_ << '"';
 }
 
+// The number's digits as JSON writes them, whatever the stream's locale.
+template <typename Integer>
+void CJsonWriter::Digits(Integer number)
+{
+    char digits[24];
+    const std::to_chars_result written = std::to_chars(digits, digits + sizeof digits, number);
+    out_.write(digits, written.ptr - digits);
+}
+
 CJsonWriter& CJsonWriter::Number(std::uint64_t number)
 {
     Place();
-    out_ << number;
+    Digits(number);
     return *this;
 }
 
 CJsonWriter& CJsonWriter::SignedNumber(long long number)
 {
     Place();
-    out_ << number;
+    Digits(number);
     return *this;
 }
+
 
 CJsonWriter& CJsonWriter::Bool(bool value)
 {

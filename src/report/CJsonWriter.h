@@ -52,6 +52,8 @@ private:
     void NewLine(std::size_t blanks);
     // The text in quotes, escaped.
     void Quoted(std::string_view utf8);
+    template <typename Integer>
+    void Digits(Integer number);
 
     std::ostream& out_;
     std::size_t indent_;

@@ -126,11 +126,13 @@ std::string FindEventLog(const CHistorySource& source, const EventRecord& event)
 namespace {
 
 // The file's first bytes up to the limit; the rest is counted as cut. An
-// archive's entry is inflated no further than one byte past the limit: the
-// bytes behind it are those that the archive declares.
+// entry of an archive without damage is inflated no further than one byte
+// past the limit: the bytes behind it are those that the archive declares.
+// A damaged archive's are counted as far as they can be inflated.
 void ReadInstallerLogText(const CHistorySource& source, InstallerLog& log)
 {
-    const std::optional<std::uint64_t> declared = source.DeclaredSize(log.entry);
+    const std::optional<std::uint64_t> declared =
+        source.Damage().empty() ? source.DeclaredSize(log.entry) : std::nullopt;
     source.Stream(
         log.entry,
         [&log](const char* bytes, std::size_t size) {

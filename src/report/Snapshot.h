@@ -119,14 +119,22 @@ private:
 
     // The thing named last: a section lists its things mostly in the order
     // of their names, so the place behind it is tried before the map is
-    // searched. A copy of the section, or one moved, starts without it.
+    // searched. A copy of the section, or one moved, starts without it, and
+    // a section moved from is left without it.
     class NamedLast {
     public:
         NamedLast() = default;
         NamedLast(const NamedLast&) noexcept {}
+        NamedLast(NamedLast&& other) noexcept { other.Clear(); }
         NamedLast& operator=(const NamedLast&) noexcept
         {
             Clear();
+            return *this;
+        }
+        NamedLast& operator=(NamedLast&& other) noexcept
+        {
+            Clear();
+            other.Clear();
             return *this;
         }
         void Set(Items::iterator at)

@@ -3,8 +3,10 @@ an entry, or with an entry whose bytes were changed, says which entry is
 damaged and reports the rest; an event whose log is not in the archive still
 appears with what History.ini says of it. The page says so as the browser
 shows it."""
+import random
 import re
 import zipfile
+import zlib
 
 from e2e_support import expect_equal, main, profile_bytes
 from test_report import collect, event_of, make_report, read_json, record, run_report
@@ -12,6 +14,8 @@ from test_report_page import COUNTS, MACHINE_TIMELINE, event_section, rendered_p
 
 EVENTS = ["Dmg-1", "Dmg-2", "Dmg-3"]
 COPY = "DmgCopy"
+# The bytes of an installer log that the page shows.
+SHOWN = 16 * 1024
 
 
 def recorded_archive(env):
@@ -173,6 +177,37 @@ def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):
         section = event_section(dom, event_of_entry(info))
         _, own_changes = under_heading(section, "What the install changed")
         assert '<p class="note">' not in section and "not compared" not in own_changes.lower(), section
+
+
+def test_an_installer_log_of_an_archive_cut_off_in_it_is_counted_as_far_as_it_inflates(env):
+    """An archive cut off in an installer log that stands behind History.ini:
+    the page shows the log's first 16 KB and counts the bytes behind them as
+    far as they can be inflated, not as the entry's header declares them."""
+    words_of = random.Random(5)
+    text = "".join(f"{line:05d} {words_of.choice(['copy', 'set', 'start', 'check'])} "
+                   f"{words_of.randrange(10 ** 6)}\r\n" for line in range(4000)).encode()
+    history = ("[History]\r\nCount=1\r\n[E1]\r\nAction=Install\r\nCopy_Name=C1\r\nComplete_Flag=TRUE\r\n"
+               "Result=0\r\nStart_Time=20240105 10:00:00\r\nEnd_Time=20240105 10:01:00\r\n"
+               "Log_File_Name=D:\\logs\\setup.log\r\n"
+               "Event_Log_File=C:\\ProgramData\\TAQ\\ZORHistory\\C1\\E1\\ZORInstallEvent.Log\r\n")
+    archive = env.work / "cut.zip"
+    with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as z:
+        z.writestr("History.ini", history)
+        z.writestr("C1\\E1\\ZORInstallEvent.Log", "some log\r\n")
+        z.writestr("C1\\E1\\setup.log", text)
+    with zipfile.ZipFile(archive) as z:
+        log = z.getinfo("C1\\E1\\setup.log")
+    start = data_offset(archive, log)
+    cut_at = start + log.compress_size * 3 // 4
+    data = archive.read_bytes()[:cut_at]
+    archive.write_bytes(data)
+    inflatable = len(zlib.decompressobj(-15).decompress(data[start:]))
+    assert SHOWN < inflatable < len(text), (inflatable, len(text))
+
+    make_report(env, archive, "-o", "r.html")
+    section = event_section(rendered_page(env.work / "r.html"), "E1")
+    counted = re.findall(r"\.\.\. and (\d+) more bytes, not shown", words(section))
+    expect_equal(counted, [str(inflatable - SHOWN)], "the bytes of the installer log counted behind its text")
 
 
 def declare_larger(archive, info, more):

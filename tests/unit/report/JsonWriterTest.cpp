@@ -1,6 +1,7 @@
 // The JSON writer lays a document out as json's own dump with an indent of 2
 // does, escapes every text that JSON can't hold as it stands, and writes a
 // value apart at its depth so that it stands in the document unchanged.
+#include <locale>
 #include <sstream>
 #include <string>
 
@@ -63,4 +64,18 @@ TEST(JsonWriter, AValueWrittenApartStandsInTheDocumentAsIfWrittenThere)
 
     const json expected = {{"events", {{{"eventId", "E1"}, {"notes", {"n"}}}, {{"eventId", "E2"}, {"notes", {"n"}}}}}};
     EXPECT_EQ(out.str(), expected.dump(2));
+}
+
+// A locale that groups the digits of numbers by thousands.
+struct GroupedDigits : std::numpunct<char> {
+    char do_thousands_sep() const override { return ','; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(JsonWriter, NumbersAreWrittenAsJsonWritesThemWhateverTheStreamsLocale)
+{
+    std::ostringstream out;
+    out.imbue(std::locale(out.getloc(), new GroupedDigits));
+    CJsonWriter(out).Array().Number(1234567).SignedNumber(-7654321).End();
+    EXPECT_EQ(out.str(), "[\n  1234567,\n  -7654321\n]");
 }

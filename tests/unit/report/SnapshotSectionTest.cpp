@@ -107,3 +107,21 @@ TEST(SnapshotSectionTest, AThingForgottenIsGoneAndTheRestStayInOrder)
     const std::vector<std::pair<std::string, std::string>> expected = {{"a", "0"}, {"b", "4"}, {"bb", "3"}, {"c", "2"}};
     EXPECT_EQ(Things(section), expected);
 }
+
+// A section moved from is empty and can be read into again, without the hint
+// of the section it went to.
+TEST(SnapshotSectionTest, ASectionMovedFromCanBeFilledAgain)
+{
+    SnapshotSection source = SectionOf({"a", "b"});
+    SnapshotSection moved(std::move(source));
+    source.items.clear();
+    source.Add("c", "0");
+    source.Add("d", "1");
+    SnapshotSection assigned;
+    assigned = std::move(source);
+    source.items.clear();
+    source.Add("e", "0");
+    EXPECT_EQ(Things(moved), Expected({"a", "b"}));
+    EXPECT_EQ(Things(assigned), Expected({"c", "d"}));
+    EXPECT_EQ(Things(source), Expected({"e"}));
+}
