@@ -1,11 +1,13 @@
 """ZORHistoryReport reads the history's texts in the code page that wrote
 them: UTF-8 for an archive of the Linux build, whose Event_Log_File paths
 begin with "/"; the Windows system's ANSI code page for any other,
-Windows-1252 unless -codepage names another."""
+Windows-1252 unless -codepage names another. Control and escape bytes of
+the history never reach the console or the page raw."""
 import zipfile
 
 from e2e_support import expect_equal, main, profile_bytes, skip
 from test_report import event_of, make_report, read_json, record, collect, run_report
+from test_report_page import rendered_page, words
 
 WINDOWS_LOG = "C:\\ProgramData\\TAQ\\ZORHistory\\C1\\E1\\ZORInstallEvent.Log"
 LINUX_LOG = "/var/lib/TAQ/ZORHistory/C1/E1/ZORInstallEvent.Log"
@@ -67,6 +69,22 @@ def test_an_unknown_code_page_is_a_usage_error(env):
     expect_equal(code, 2, "exit code of -codepage 932")
     assert "the option -codepage needs one of the code pages 1252, 1250, 1251 and 437" in err, err
     assert "-codepage N" in err, err
+
+
+def test_control_and_escape_bytes_reach_neither_the_console_nor_the_page_raw(env):
+    """A terminal's escapes and a bell in the copy's name and the action show
+    as "?" on the console and as U+FFFD on the page, as the browser shows it."""
+    history = profile_bytes([("History", {"Count": "1"})])
+    history += (b"[E1]\r\nCopy_Name=C\x1b[2J1\x07\r\nComplete_Flag=TRUE\r\nResult=0\r\n"
+                b"Action=In\x1b]0;x\x07stall\r\nEvent_Log_File=" + WINDOWS_LOG.encode("ascii") + b"\r\n")
+    with zipfile.ZipFile(env.work / "text.zip", "w", zipfile.ZIP_DEFLATED) as z:
+        z.writestr("History.ini", history)
+    out = make_report(env, "text.zip", "-o", "r.html")
+    raw = sorted({c for c in out if ord(c) < 0x20 and c not in "\r\n"})
+    expect_equal(raw, [], "control characters on the console")
+    assert "C?[2J1? | E1 | In?]0;x?stall | succeeded" in out, out
+    page = words(rendered_page(env.work / "r.html"))
+    assert "Copy C\ufffd[2J1\ufffd" in page and "E1: In\ufffd]0;x\ufffdstall" in page, page
 
 
 if __name__ == "__main__":
