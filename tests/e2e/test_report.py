@@ -319,8 +319,8 @@ def test_a_message_that_copies_a_whole_snapshot_is_a_message_and_the_real_snapsh
                                      "install, which an install that never ended has not written"],
                  "notes on Look-3")
     expect_equal((reported["snapshotAfter"], reported["changes"]), (False, None), "Look-3's snapshot after")
-    from test_report_page import chromium, rendered_text
-    text = " ".join(rendered_text(chromium("--dump-dom", (env.work / "r.html").as_uri())).split())
+    from test_report_page import rendered_page, rendered_text
+    text = " ".join(rendered_text(rendered_page(env.work / "r.html")).split())
     assert f"Note: {note}." in text, "the page doesn't note the look-alike"
     assert "FAKEPROC.exe" in text, "the page doesn't show the copied lines among the messages"
 
@@ -422,8 +422,8 @@ def test_two_events_compared_by_their_after_snapshots_on_the_console_and_the_pag
             "Cmp-2 (copy CopyB)</h4>") in compared, compared
     assert f'<li class="added">{probe.name}: 1</li>' in compared, compared
     assert '<a href="#comparison">Comparison of Cmp-1 and Cmp-2</a>' in html, "the contents don't lead to it"
-    from test_report_page import chromium, rendered_text
-    text = " ".join(rendered_text(chromium("--dump-dom", (env.work / "r.html").as_uri())).split())
+    from test_report_page import rendered_page, rendered_text
+    text = " ".join(rendered_text(rendered_page(env.work / "r.html")).split())
     assert ("Comparison of Cmp-1 and Cmp-2 What changed from the after snapshot of Cmp-1 (copy CopyA) against the "
             "after snapshot of Cmp-2 (copy CopyB)") in text, "the browser doesn't show the comparison's headings"
     assert f"{probe.name}: 1" in text, "the browser doesn't show the process that came"

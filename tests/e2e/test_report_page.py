@@ -58,7 +58,7 @@ def rendered_text(dom):
 
 def test_a_message_with_a_script_is_shown_as_text_and_the_title_stays(env):
     page = write_page(env)
-    dom = chromium("--dump-dom", page.as_uri())
+    dom = rendered_page(page)
     expect_equal(re.findall(r"<title>(.*?)</title>", dom), [TITLE], "title after the page has loaded")
     expect_equal(re.findall(r"<script", dom, re.IGNORECASE), [], "script elements in the rendered page")
     text = rendered_text(dom)
@@ -67,7 +67,7 @@ def test_a_message_with_a_script_is_shown_as_text_and_the_title_stays(env):
 
 def test_the_rendered_page_tells_the_machine_and_the_event(env):
     page = write_page(env)
-    text = " ".join(rendered_text(chromium("--dump-dom", page.as_uri())).split())
+    text = " ".join(rendered_text(rendered_page(page)).split())
     for expected in ("ZOR installation history report", "Copy C1", "E1: Install, succeeded",
                      "What the install changed", "User Group & User Information:",
                      "ZOR ODBC Driver Info: no change."):
@@ -106,7 +106,7 @@ def rendered_dom(env):
     code, _, err = env.run_full("ZORHistoryReport", env.program_path(env.work / "x.zip"), "-o",
                                 env.program_path(page))
     expect_equal(code, 0, f"exit code of the report (stderr {err!r})")
-    return chromium("--dump-dom", page.as_uri())
+    return rendered_page(page)
 
 
 def table_after(dom, heading):

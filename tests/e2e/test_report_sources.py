@@ -17,7 +17,7 @@ import jsonschema
 from e2e_support import expect_equal, main, skip
 from test_report import (JSON_SCHEMA, collect, error_lines, make_report, next_second, read_json, record,
                          run_report)
-from test_report_page import chromium, rendered_text
+from test_report_page import rendered_page, rendered_text
 
 COMPUTER_LABEL = "Computer Name       :"
 OS_LABEL = "OS                  :"
@@ -188,7 +188,7 @@ def test_events_of_several_sources_are_compared_by_source_and_eventid(env):
 
 def test_the_page_leads_to_every_machine_copy_and_event(env):
     report_three_archives(env)
-    dom = chromium("--dump-dom", (env.work / "r.html").as_uri())
+    dom = rendered_page(env.work / "r.html")
     contents = dom[dom.index('<nav class="contents">'):dom.index("</nav>")]
     links = re.findall(r'<a href="#([^"]+)">(.*?)</a>', contents)
     ids = re.findall(r'\sid="([^"]+)"', dom)
