@@ -33,7 +33,12 @@ bool IsAllBlank(std::string_view text)
 
 // The readings of a row: of all in which each field keeps the recorder's
 // rules, the one with the fewest fields that fill or overrun their columns,
-// which rows seldom have; among those, each field as short as the rest allows.
+// which rows seldom have; among those, the one whose fields run the fewest
+// bytes past their columns, first those of fields whose text has a form (a
+// version of three values joined by dots takes any text with two dots, and
+// so may swallow its neighbours), then the others, as two overruns of a few
+// bytes are likelier than one field that swallows the next; then each field
+// as short as the rest allows.
 // The best reading from each place is remembered, so that no row costs more
 // than its fields times its length times the longest text.
 class RowReading {
@@ -77,14 +82,14 @@ private:
         std::string_view text;
         for (std::size_t field = 0; field + 1 < count_; ++field) {
             const RowField& column = fields_[field];
-            if (at + column.width > row_.size() || !FittedText(at, column.width, text) || FillsColumn(column, text) != 0 ||
+            if (at + column.width > row_.size() || !FittedText(at, column.width, text) || ColumnCost(column, text) != 0 ||
                 !Accepts(column, text, false))
                 return false;
             values.push_back(text);
             at += column.width;
         }
         text = LastText(at);
-        if (FillsColumn(fields_[count_ - 1], text) != 0 || !Accepts(fields_[count_ - 1], text, true))
+        if (ColumnCost(fields_[count_ - 1], text) != 0 || !Accepts(fields_[count_ - 1], text, true))
             return false;
         values.push_back(text);
         return true;
@@ -98,7 +103,12 @@ private:
     static constexpr std::size_t kWorkLimit = 50000;
 
     bool OutOfWork() const { return work_ >= kWorkLimit || budget_.left == 0; }
-    static constexpr int kNone = 1 << 20;
+    // What a field that fills or overruns its column costs, ahead of the
+    // bytes it runs over: more than all the bytes of a row can. A byte of a
+    // field with a form costs more than all bytes of those without one.
+    static constexpr int kFillCost = 1 << 20;
+    static constexpr int kFormedByteCost = 1 << 10;
+    static constexpr int kNone = 1 << 30;
 
     std::size_t Place(std::size_t field, std::size_t at) const { return field * (row_.size() + 1) + at; }
 
@@ -156,12 +166,20 @@ private:
         if (!Accepts(fields_[field], text, false))
             return kNone;
         const int rest = Best(field + 1, next);
-        return rest == kNone ? kNone : rest + FillsColumn(fields_[field], text);
+        return rest == kNone ? kNone : rest + ColumnCost(fields_[field], text);
     }
 
-    static int FillsColumn(const RowField& field, std::string_view text)
+    static int ColumnCost(const RowField& field, std::string_view text)
     {
-        return field.width != 0 && text.size() >= field.width ? 1 : 0;
+        if (field.width == 0 || text.size() < field.width)
+            return 0;
+        return LeastCost(field, text.size());
+    }
+
+    static int LeastCost(const RowField& field, std::size_t length)
+    {
+        const int byteCost = field.accepts != nullptr ? kFormedByteCost : 1;
+        return field.width == 0 ? 0 : kFillCost + static_cast<int>(length - field.width) * byteCost;
     }
 
     void Consider(std::size_t field, std::size_t at, std::size_t next, std::string_view text)
@@ -181,7 +199,7 @@ private:
     {
         if (field + 1 == count_) {
             const std::string_view text = LastText(at);
-            return Accepts(fields_[field], text, true) ? FillsColumn(fields_[field], text) : kNone;
+            return Accepts(fields_[field], text, true) ? ColumnCost(fields_[field], text) : kNone;
         }
         if (best_[Place(field, at)] != kUnknown)
             return best_[Place(field, at)];
@@ -190,12 +208,11 @@ private:
         std::string_view text;
         if (at + column.width <= row_.size() && FittedText(at, column.width, text))
             Consider(field, at, at + column.width, text);
-        // A longer text fills the column, so it costs at least 1 and, as long
-        // as a shorter one, loses to it; a strict reading takes no text past
-        // two blanks in a row.
-        const int leastLonger = column.width != 0 ? 1 : 0;
+        // A longer text costs at least what it runs over its column, so no
+        // longer one beats a reading that costs less; a strict reading takes
+        // no text past two blanks in a row.
         for (std::size_t length = column.width + 1; length <= column.longest && at + length <= row_.size() &&
-                                                  !IsBlank(row_[at]) && best_[Place(field, at)] > leastLonger;
+                                                  !IsBlank(row_[at]) && best_[Place(field, at)] > LeastCost(column, length);
              ++length) {
             if (strict_ && length >= 2 && IsBlank(row_[at + length - 2]) && IsBlank(row_[at + length - 1]))
                 break;

@@ -299,6 +299,33 @@ TEST(SectionReaders, ProductRowsWithFieldsAsLongAsOrLongerThanTheirColumnsAreRea
     }
 }
 
+TEST(SectionReaders, AProductRowWithTwoFieldsOverTheirColumnsIsReadAsWritten)
+{
+    // A code that runs into a version that begins with a digit, and a service
+    // level that runs into the date.
+    const std::string texts[5] = {"ZOR Server", "{A1A1A1A1-0000-0000-0000-000000000095}-SERVER-X64", "9.5.12345",
+                                  "SL0 with Cumulative Hotfix 7", "20250611"};
+    for (const bool left : {true, false}) {
+        const auto pad = left ? Left : Right;
+        const TextLines lines = {
+            "", "ZOR Installation Copy Name:C1", "ZOR Products installed:", Rule('-', 128),
+            "Product Name                            Product Code                            "
+            "Version   Service Level       Last Modified Date",
+            Rule('-', 128),
+            pad(texts[0], 40) + pad(texts[1], 40) + pad(texts[2], 10) + pad(texts[3], 20) + pad(texts[4], 20),
+            Rule('-', 128),
+        };
+        SnapshotSection section;
+        ReadZORProductsSection(ViewsOf(lines), section);
+        const std::map<std::string, std::string> expected = {
+            {"copy C1", ""},
+            {"copy C1: product ZOR Server", "version 9.5.12345, service level SL0 with Cumulative Hotfix 7, code "
+                                            "{A1A1A1A1-0000-0000-0000-000000000095}-SERVER-X64, last modified 20250611"},
+        };
+        EXPECT_EQ(Values(section), expected) << (left ? "left" : "right");
+    }
+}
+
 TEST(SectionReaders, ServiceNamesAroundTheirColumnKeepTheirState)
 {
     const std::string rule = "-------------------------------------------------------------------- ";
