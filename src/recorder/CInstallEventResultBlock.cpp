@@ -14,15 +14,15 @@ void CInstallEvent::WriteResultBlock()
     log << std::endl << std::endl << std::endl << std::endl;
     log << texts::kResultBlockTitle + GetAction() + ":" << std::endl;
     log << rule << std::endl;
-    log << "Start Time                   :" << GetStartTime() << std::endl;
-    log << "End   Time                   :" << GetEndTime() << std::endl;
-    log << "ZOR Products & Build Level   :" << GetProduct() << std::endl;
-    log << "Service Level                :" << GetServiceLevel() << std::endl;
-    log << "Install Type ( GUI | Silent ):" << GetType() << std::endl;
-    log << "Installation Action          :" << GetAction() << std::endl;
-    log << "Result                       :" << GetResult() << std::endl;
-    log << "Log File Name                :" << GetLogFileName() << std::endl;
-    log << "Trace File Name              :" << GetTraceFile() << std::endl;
+    log << texts::kResultStartLabel << GetStartTime() << std::endl;
+    log << texts::kResultEndLabel << GetEndTime() << std::endl;
+    log << texts::kResultProductLabel << GetProduct() << std::endl;
+    log << texts::kResultServiceLevelLabel << GetServiceLevel() << std::endl;
+    log << texts::kResultTypeLabel << GetType() << std::endl;
+    log << texts::kResultActionLabel << GetAction() << std::endl;
+    log << texts::kResultResultLabel << GetResult() << std::endl;
+    log << texts::kResultLogFileLabel << GetLogFileName() << std::endl;
+    log << texts::kResultTraceFileLabel << GetTraceFile() << std::endl;
     log << rule << std::endl;
     log << std::endl;
 }

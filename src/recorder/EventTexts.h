@@ -59,5 +59,16 @@ inline constexpr const char* kSnapshotSectionTitles[kSnapshotSectionCount] = {
 // the rule of 69 "=" that stands below it and at its end.
 inline constexpr char kResultBlockTitle[] = "Result of ";
 inline constexpr int kResultRuleLength = 69;
+// The labels of the result block's lines, each 30 characters wide, with the
+// value of the event's section right behind the colon.
+inline constexpr char kResultStartLabel[] = "Start Time                   :";
+inline constexpr char kResultEndLabel[] = "End   Time                   :";
+inline constexpr char kResultProductLabel[] = "ZOR Products & Build Level   :";
+inline constexpr char kResultServiceLevelLabel[] = "Service Level                :";
+inline constexpr char kResultTypeLabel[] = "Install Type ( GUI | Silent ):";
+inline constexpr char kResultActionLabel[] = "Installation Action          :";
+inline constexpr char kResultResultLabel[] = "Result                       :";
+inline constexpr char kResultLogFileLabel[] = "Log File Name                :";
+inline constexpr char kResultTraceFileLabel[] = "Trace File Name              :";
 
 }  // namespace texts

@@ -23,6 +23,20 @@ constexpr int kBannerLines = 4;
 constexpr int kComputerLines = 9;
 constexpr int kResultLines = 12;
 
+// The result block's labelled lines, and the field of the event that each
+// gives.
+const std::pair<const char*, std::string EventRecord::*> kResultFields[] = {
+    {texts::kResultStartLabel, &EventRecord::startTime},
+    {texts::kResultEndLabel, &EventRecord::endTime},
+    {texts::kResultProductLabel, &EventRecord::product},
+    {texts::kResultServiceLevelLabel, &EventRecord::serviceLevel},
+    {texts::kResultTypeLabel, &EventRecord::type},
+    {texts::kResultActionLabel, &EventRecord::action},
+    {texts::kResultResultLabel, &EventRecord::result},
+    {texts::kResultLogFileLabel, &EventRecord::logFile},
+    {texts::kResultTraceFileLabel, &EventRecord::traceFile},
+};
+
 const char* const kComputerLabels[] = {
     texts::computer::kComputerNameLabel, texts::computer::kOSLabel,
     texts::computer::kTypeLabel,         texts::computer::kServicePackLabel,
@@ -164,6 +178,8 @@ void CEventLogReader::Finish()
     place_ = Place::Outside;
     if (kept_) {
         after = std::move(kept_->snapshot);
+        if (kept_->resultBlockWhole)
+            resultBlock = std::move(kept_->resultBlock);
         for (const std::string& note : kept_->notes)
             AddNote(note);
         kept_.reset();
@@ -246,6 +262,7 @@ void CEventLogReader::ResolvePending()
     } else if (IsResultTitle(lines.front())) {
         lastRead_ = LastRead::Result;
         HoldWithKept(lines.front());
+        BeginResultBlock();
         place_ = Place::ResultBlock;
         blockLinesLeft_ = kResultLines;
         blockRulesLeft_ = 2;
@@ -312,10 +329,34 @@ void CEventLogReader::LineInBlock(const std::string& line)
     if (place_ == Place::Computer)
         ComputerLine(line);
     else
-        HoldWithKept(line);
+        ResultLine(line);
     if ((line == blockRule_ && --blockRulesLeft_ == 0) || --blockLinesLeft_ == 0) {
         computer.complete = computer.complete || (place_ == Place::Computer && line == blockRule_);
+        if (kept_ && place_ == Place::ResultBlock && line == blockRule_)
+            kept_->resultBlockWhole = true;
         place_ = Place::Outside;
+    }
+}
+
+// The result block belongs to the snapshot after the install in front of it:
+// if a later one is kept, it goes to the messages with it.
+void CEventLogReader::BeginResultBlock()
+{
+    if (!kept_)
+        return;
+    kept_->resultBlock = EventRecord();
+    kept_->resultBlock.completeFlag = texts::kComplete;
+    kept_->resultBlockWhole = false;
+}
+
+void CEventLogReader::ResultLine(const std::string& line)
+{
+    HoldWithKept(line);
+    if (!kept_)
+        return;
+    for (const auto& field : kResultFields) {
+        if (StartsWith(line, field.first))
+            kept_->resultBlock.*field.second = TextBehind(line, field.first);
     }
 }
 

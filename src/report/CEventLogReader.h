@@ -77,6 +77,11 @@ public:
     // The messages that were cut to kMessageTextLimit, with what was cut.
     std::vector<CutText> messagesCut;
     std::vector<std::string> notes;
+    // What the result block behind the snapshot after the install says of
+    // the event, read to its closing rule. The recorder writes it at -end
+    // from the event's section: it tells how an event ended that History.ini
+    // doesn't hold whole.
+    std::optional<EventRecord> resultBlock;
 
 private:
     // Lines on their way to the messages, each kept to its limit, as many as
@@ -104,6 +109,9 @@ private:
         bool closed = false;
         // The result block follows it, or the end of a log cut off in it.
         bool recorderFollows = false;
+        // The result block behind it, and whether it was read to its rule.
+        EventRecord resultBlock;
+        bool resultBlockWhole = false;
     };
     // Why a block that reads like a snapshot went to the messages.
     enum class LookAlike { Before, After, NeverWritten };
@@ -124,6 +132,8 @@ private:
     void LineInSnapshot(const std::string& line, std::uint64_t bytesCut);
     void LineInBlock(const std::string& line);
     void ComputerLine(const std::string& line);
+    void BeginResultBlock();
+    void ResultLine(const std::string& line);
     void SnapshotLine(const std::string& line, std::uint64_t bytesCut);
     void BeginSnapshot(const std::vector<std::string>& opening, bool onClosingRule);
     void BeginCandidate(bool isAfter, const std::vector<std::string>& opening, bool onClosingRule);

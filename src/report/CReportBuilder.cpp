@@ -451,6 +451,7 @@ CReportBuilder::EventRead CReportBuilder::ReadEvent(std::size_t place, FetchedLo
     if (!log)
         return read;
     report.notes.insert(report.notes.end(), log->notes.begin(), log->notes.end());
+    TakeTheResultBlock(*log, report);
     report.messages = std::move(log->messages);
     report.messagesLeftOut = log->messagesLeftOut;
     report.messagesCut = std::move(log->messagesCut);
@@ -464,6 +465,26 @@ CReportBuilder::EventRead CReportBuilder::ReadEvent(std::size_t place, FetchedLo
     read.operatingSystem = std::move(log->operatingSystem);
     FreeDisposed();
     return read;
+}
+
+// An event that History.ini doesn't hold whole (known by its log alone, or
+// by a section that the damage may have cut or garbled) is as the result
+// block of its log says, if the log has it: the recorder writes the block at
+// -end from the event's section, whole.
+void CReportBuilder::TakeTheResultBlock(const CEventLogReader& log, EventReport& report)
+{
+    EventRecord& record = report.record;
+    if ((record.inHistoryIni && !record.partlyRead) || !log.resultBlock)
+        return;
+    const EventRecord& block = *log.resultBlock;
+    for (std::string EventRecord::*field :
+         {&EventRecord::startTime, &EventRecord::endTime, &EventRecord::product, &EventRecord::serviceLevel,
+          &EventRecord::type, &EventRecord::action, &EventRecord::result, &EventRecord::logFile,
+          &EventRecord::traceFile, &EventRecord::completeFlag})
+        record.*field = block.*field;
+    report.outcome = OutcomeOf(record);
+    report.durationSeconds = SecondsBetween(record.startTime, record.endTime);
+    report.notes.push_back(kEndFromTheResultBlock);
 }
 
 // The event log and the installer's files from the source that the event is

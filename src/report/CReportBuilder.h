@@ -128,6 +128,7 @@ private:
     FetchedLog FetchLog(std::size_t event, std::size_t holder) const;
     EventRead ReadEvent(std::size_t event, FetchedLog&& fetched) const;
     void NoteTheSameEventId(EventReport& report) const;
+    static void TakeTheResultBlock(const CEventLogReader& log, EventReport& report);
     void ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
                         std::optional<CEventLogReader>& log) const;
     bool ReadEventLog(std::size_t source, const FetchedLog& fetched, EventReport& report,

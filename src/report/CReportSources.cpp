@@ -1,11 +1,13 @@
 #include "report/CReportSources.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
 #include "platform/FileSystem.h"
 #include "platform/common/AsciiCase.h"
+#include "recorder/EventTexts.h"
 #include "report/CEventLogReader.h"
 #include "report/EventFacts.h"
 #include "report/EventLogStream.h"
@@ -31,16 +33,30 @@ std::string WithoutHistoryIni(const CHistorySource& source)
 
 // The events whose logs an archive holds that the part of History.ini that
 // could be read lacks (its sections past the damage), known by their logs
-// alone.
+// alone. An event whose section the damage cut before its copy's name takes
+// the name from the folder of its log.
 void AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std::string>& entryNames)
 {
-    std::set<std::string> known;
-    for (const EventRecord& event : events)
-        known.insert(platform::FoldedAsciiText(event.eventId));
+    std::map<std::string, std::size_t> known;
+    for (std::size_t i = 0; i < events.size(); ++i)
+        known.emplace(platform::FoldedAsciiText(events[i].eventId), i);
     for (EventRecord& event : EventsOfTheLogs(entryNames)) {
-        if (known.insert(platform::FoldedAsciiText(event.eventId)).second)
+        const auto place = known.emplace(platform::FoldedAsciiText(event.eventId), events.size());
+        if (place.second)
             events.push_back(std::move(event));
+        else if (events[place.first->second].partlyRead && events[place.first->second].copyName.empty())
+            events[place.first->second].copyName = event.copyName;
     }
+}
+
+// The events of a damaged History.ini whose sections the damage may have
+// cut: the last one read, and those without the mark of their end.
+void MarkWhatTheDamageMayHaveCut(std::vector<EventRecord>& events)
+{
+    for (EventRecord& event : events)
+        event.partlyRead = event.completeFlag != texts::kComplete;
+    if (!events.empty())
+        events.back().partlyRead = true;
 }
 
 }  // namespace
@@ -113,9 +129,10 @@ bool CReportSources::ReadEvents(Opened& opened) const
     std::string historyIni;
     const bool whole = source.Contains(kHistoryIniName) && source.ReadProfile(kHistoryIniName, historyIni);
     if (whole || !historyIni.empty()) {
-        opened.events.events = ReadHistoryEvents(historyIni);
+        opened.events.events = whole ? ReadHistoryEvents(historyIni) : ReadHistoryEventsBeforeDamage(historyIni);
         if (!whole) {
             opened.notes.push_back("History.ini is damaged: the events that could be read of it are shown");
+            MarkWhatTheDamageMayHaveCut(opened.events.events);
             AddEventsOfTheLogs(opened.events.events, source.ArchiveFiles());
         }
         return true;

@@ -85,10 +85,10 @@ std::string LastPartOf(const std::string& path)
 
 EventOutcome OutcomeOf(const EventRecord& event)
 {
-    if (!event.inHistoryIni)
-        return EventOutcome::Unknown;
+    // Known by its log alone, or by a section that the damage may have cut,
+    // an event without the mark of its end may have ended all the same.
     if (event.completeFlag != texts::kComplete)
-        return EventOutcome::NeverEnded;
+        return event.inHistoryIni && !event.partlyRead ? EventOutcome::NeverEnded : EventOutcome::Unknown;
     if (event.result.empty())
         return EventOutcome::NoResult;
     const std::string folded = platform::FoldedAsciiText(event.result);

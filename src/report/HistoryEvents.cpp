@@ -40,21 +40,35 @@ EventRecord ReadEvent(const platform::ProfileDocument& document, const std::stri
     return event;
 }
 
-}  // namespace
-
-std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes)
+// The events of the sections that `taken` takes.
+template <typename Taken>
+std::vector<EventRecord> ReadEvents(const std::string& historyIniBytes, Taken taken)
 {
     const platform::ProfileDocument document = platform::ProfileDocument::Parse(historyIniBytes);
     std::vector<EventRecord> events;
     std::unordered_set<std::string> seen;
     for (const platform::ProfileSection& section : document.Sections()) {
         // The lines ahead of the first header form a section without a name.
-        if (section.name.empty() || section.name == kHistorySection)
+        if (section.name.empty() || section.name == kHistorySection || !taken(document, section.name))
             continue;
         if (seen.insert(platform::FoldedAsciiText(section.name)).second)
             events.push_back(ReadEvent(document, section.name));
     }
     return events;
+}
+
+}  // namespace
+
+std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes)
+{
+    return ReadEvents(historyIniBytes, [](const platform::ProfileDocument&, const std::string&) { return true; });
+}
+
+std::vector<EventRecord> ReadHistoryEventsBeforeDamage(const std::string& historyIniBytes)
+{
+    return ReadEvents(historyIniBytes, [](const platform::ProfileDocument& document, const std::string& section) {
+        return Value(document, section, keys::EventID) == section;
+    });
 }
 
 std::vector<EventRecord> EventsOfTheLogs(const std::vector<std::string>& entryNames)

@@ -43,6 +43,10 @@ struct EventRecord {
     // False for an event known only by its log in a damaged archive that
     // lacks History.ini: how it ended is unknown.
     bool inHistoryIni = true;
+    // True for an event of a damaged History.ini whose section the damage
+    // may have cut: the last one read, and one without the mark of its end.
+    // What its section lacks is not known.
+    bool partlyRead = false;
     // The place among the report's sources of the one it is read from.
     std::size_t source = 0;
 };

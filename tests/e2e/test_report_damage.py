@@ -13,6 +13,12 @@ from test_report import collect, event_of, make_report, read_json, record, run_r
 from test_report_page import COUNTS, MACHINE_TIMELINE, event_section, rendered_page, table_after, under_heading, words
 
 EVENTS = ["Dmg-1", "Dmg-2", "Dmg-3"]
+# Each event's result, and what the report makes of it.
+RESULTS = {"Dmg-1": "0", "Dmg-2": "1603", "Dmg-3": "3010"}
+OUTCOMES = {"Dmg-1": "succeeded", "Dmg-2": "failed", "Dmg-3": "succeeded, restart needed"}
+# What an event says whose end History.ini doesn't hold but its log does.
+END_FROM_THE_LOG = ("History.ini doesn't hold this event whole: "
+                    "how it ended is read from the result block of its event log")
 COPY = "DmgCopy"
 # The bytes of an installer log that the page shows.
 SHOWN = 16 * 1024
@@ -24,7 +30,7 @@ def recorded_archive(env):
     for event in EVENTS:
         record(env, "-start", event, "-Action", "Install")
         record(env, "-logmessage", event, "-message", "installing " + event)
-        record(env, "-end", event, "-CopyName", COPY, "-Result", "0")
+        record(env, "-end", event, "-CopyName", COPY, "-Result", RESULTS[event])
     archive = collect(env, "x.zip")
     with zipfile.ZipFile(archive) as z:
         infos = z.infolist()
@@ -49,11 +55,12 @@ def event_of_entry(info):
     return info.filename.replace("/", "\\").split("\\")[-2]
 
 
-def expect_whole_events(document, logs):
+def expect_whole_events(document, logs, notes=()):
     for info in logs:
         event = event_of_entry(info)
         reported = event_of(document, COPY, event)
-        expect_equal(reported["notes"], [], f"notes on {event}")
+        expect_equal(reported["notes"], list(notes), f"notes on {event}")
+        expect_equal(reported["result"], OUTCOMES[event], f"result of {event}")
         assert reported["changes"] is not None, f"{event} was not compared"
         expect_equal(reported["messages"], ["installing " + event], f"messages of {event}")
 
@@ -75,13 +82,13 @@ def test_an_archive_cut_off_in_an_event_log_names_it_and_reports_the_rest(env):
     assert f"the archive's entry {last.filename} is cut off: what stands of it is read" in notes, notes
     assert any(note.startswith("History.ini is not in the damaged archive") for note in notes), notes
     assert f"Note: the archive's entry {last.filename} is cut off" in out, out
-    expect_whole_events(document, logs[:-1])
+    # The whole logs tell how their events ended; the one cut off can't.
+    expect_whole_events(document, logs[:-1], [END_FROM_THE_LOG])
     damaged = event_of(document, COPY, event_of_entry(last))
     expect_equal(damaged["notes"][0], f"the archive's entry {damaged['eventLog']} is damaged: "
                                       "what could be read of it is shown", "first note on the cut-off event")
     expect_equal(damaged["snapshotBefore"], True, "the cut-off event's snapshot before the install")
-    expect_equal({event["result"] for copy in document["copies"] for event in copy["events"]}, {"unknown"},
-                 "results of events that History.ini doesn't hold")
+    expect_equal(damaged["result"], "unknown", "result of the event whose log is cut off")
     # The page, as the browser shows it: the archive's notes above all, the
     # cut-off event with what could be read of it, the others whole.
     dom = rendered_page(env.work / "r.html")
@@ -99,7 +106,9 @@ def test_an_archive_cut_off_in_an_event_log_names_it_and_reports_the_rest(env):
     for info in logs[:-1]:
         event = event_of_entry(info)
         section = event_section(dom, event)
-        expect_equal(re.findall(r'<p class="note">', section), [], f"notes on {event} on the page")
+        expect_equal([words(note) for note in re.findall(r'<p class="note">(.*?)</p>', section)],
+                     [f"Note: {END_FROM_THE_LOG}."], f"notes on {event} on the page")
+        assert OUTCOMES[event] in timeline[event][7], f"{event}'s result in the machine's timeline: {timeline[event]}"
         assert f"<li>installing {event}</li>" in section, f"{event}'s message is not on the page:\n{section}"
         assert "not compared" not in section.lower(), f"{event} is not compared on the page:\n{section}"
         assert COUNTS.fullmatch(timeline[event][8]), f"{event}'s changes in the machine's timeline: {timeline[event]}"
@@ -148,6 +157,45 @@ def test_an_archive_whose_history_ini_cant_be_inflated_gives_the_events_of_its_l
     events = [event["eventId"] for copy in document["copies"] for event in copy["events"]]
     expect_equal(sorted(events), sorted(EVENTS), "events of the archive whose History.ini is damaged")
     assert any(note.startswith("History.ini") for note in document["notes"]), document["notes"]
+
+
+def test_events_of_a_history_ini_damaged_in_their_sections_are_whole_with_their_logs(env):
+    """Bytes changed in History.ini's data, early and near its end: what
+    inflates before them is read, and each event whose section they cut or
+    garble, or that stands past them, has its copy, its log, and its times
+    and end as the log's result block gives them."""
+    archive, history, logs = recorded_archive(env)
+    whole = archive.read_bytes()
+    for at in (history.compress_size // 3, history.compress_size - 12):
+        data = bytearray(whole)
+        start = data_offset(archive, history) + at
+        for place in range(start, start + 8):
+            data[place] ^= 0x5A
+        archive.write_bytes(bytes(data))
+        out = make_report(env, archive, "-json", "r.json", "-o", "r.html")
+        document = read_json(env.work / "r.json")
+        expect_the_events_of_their_logs(document, logs)
+        assert "never ended" not in out, out
+    # Near the end, the sections in front of the damage are read whole.
+    assert "History.ini is damaged: the events that could be read of it are shown" in document["notes"], \
+        document["notes"]
+    read_of_history_ini = [event for copy in document["copies"] for event in copy["events"]
+                           if END_FROM_THE_LOG not in event["notes"]]
+    assert read_of_history_ini, "no event was read whole of what stands of History.ini"
+
+
+def expect_the_events_of_their_logs(document, logs):
+    events = sorted(event["eventId"] for copy in document["copies"] for event in copy["events"])
+    expect_equal(events, sorted(EVENTS), "events of the damaged History.ini and of the logs")
+    for info in logs:
+        event = event_of(document, COPY, event_of_entry(info))
+        name = event["eventId"]
+        assert event["eventLog"] is not None, f"{name} is not joined with its log"
+        expect_equal(event["result"], OUTCOMES[name], f"result of {name}")
+        expect_equal((event["snapshotBefore"], event["snapshotAfter"]), (True, True), f"snapshots of {name}")
+        expect_equal(event["messages"], ["installing " + name], f"messages of {name}")
+        assert re.fullmatch(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d", event["start"] or ""), \
+            f"start of {name}: {event['start']!r}"
 
 
 def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):

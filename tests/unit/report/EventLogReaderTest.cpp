@@ -295,6 +295,36 @@ TEST(EventLogReader, ACopiedResultBlockCutShortEndsAtTheEndsFrame)
 }
 
 // A log cut off in the -end's snapshot, behind a copied snapshot and result
+// The result block behind the snapshot after the install tells how the event
+// ended; one that a message copies, with a snapshot of its own ahead of the
+// real one, doesn't, and neither does one that the log cuts off.
+TEST(EventLogReader, TheResultBlockBehindTheSnapshotAfterTellsHowTheEventEnded)
+{
+    const SnapshotContent after = Installed();
+    std::string copied = EndTail("Repair");
+    copied.replace(copied.find(":Success"), 8, ":1603");
+    const CEventLogReader reader =
+        Read(StartOfLog() + EndSnapshot("E1", "Install", WithFakeProcess(after)) + copied +
+             EndSnapshot("E1", "Install", after) + EndTail("Install"));
+    ASSERT_TRUE(reader.resultBlock);
+    const EventRecord& block = *reader.resultBlock;
+    EXPECT_EQ(block.startTime, "20061012 10:00:00");
+    EXPECT_EQ(block.endTime, "20061012 10:05:00");
+    EXPECT_EQ(block.product, "ZOR 9.1");
+    EXPECT_EQ(block.serviceLevel, "SL2");
+    EXPECT_EQ(block.type, "Silent");
+    EXPECT_EQ(block.action, "Install");
+    EXPECT_EQ(block.result, "Success");
+    EXPECT_EQ(block.logFile, "C:\\setup.log");
+    EXPECT_EQ(block.traceFile, "");
+    EXPECT_EQ(block.completeFlag, "TRUE");
+
+    const std::string whole = StartOfLog() + EndSnapshot("E1", "Install", after) + EndTail("Install");
+    const std::string cut = whole.substr(0, whole.find("Log File Name"));
+    EXPECT_FALSE(Read(cut).resultBlock);
+    EXPECT_FALSE(Read(StartOfLog() + EndSnapshot("E1", "Install", after)).resultBlock);
+}
+
 // block: the snapshot the log ends in is the recorder's, cut off.
 TEST(EventLogReader, ASnapshotThatTheLogEndsInWinsOverACopyAheadOfIt)
 {

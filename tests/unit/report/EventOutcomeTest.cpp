@@ -44,4 +44,22 @@ TEST(EventOutcome, AnEndWithoutResultAndAStartWithoutEndAreNamedSo)
     EXPECT_EQ(OutcomeOf(started), EventOutcome::NeverEnded);
 }
 
+// Known by its log alone, or by a section that the damage to History.ini may
+// have cut, an event without the mark of its end may have ended all the same.
+TEST(EventOutcome, AnEventThatHistoryIniDoesntHoldWholeEndedAsItsMarkSays)
+{
+    EventRecord ofTheLog;
+    ofTheLog.inHistoryIni = false;
+    EXPECT_EQ(OutcomeOf(ofTheLog), EventOutcome::Unknown);
+    EventRecord cut;
+    cut.partlyRead = true;
+    cut.completeFlag = "FALSE";
+    EXPECT_EQ(OutcomeOf(cut), EventOutcome::Unknown);
+    for (EventRecord event : {ofTheLog, cut}) {
+        event.completeFlag = "TRUE";
+        event.result = "1603";
+        EXPECT_EQ(OutcomeOf(event), EventOutcome::Failed);
+    }
+}
+
 }  // namespace
