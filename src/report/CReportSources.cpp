@@ -35,8 +35,9 @@ std::string WithoutHistoryIni(const CHistorySource& source)
 // could be read lacks (its sections past the damage), known by their logs
 // alone. An event whose section the damage cut before its copy's name takes
 // the name from the folder of its log.
-void AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std::string>& entryNames)
+std::size_t AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std::string>& entryNames)
 {
+    const std::size_t before = events.size();
     std::map<std::string, std::size_t> known;
     for (std::size_t i = 0; i < events.size(); ++i)
         known.emplace(platform::FoldedAsciiText(events[i].eventId), i);
@@ -47,6 +48,7 @@ void AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std:
         else if (events[place.first->second].partlyRead && events[place.first->second].copyName.empty())
             events[place.first->second].copyName = event.copyName;
     }
+    return events.size() - before;
 }
 
 // The events of a damaged History.ini whose sections the damage may have
@@ -120,9 +122,9 @@ std::vector<MachineEvents> CReportSources::TakeMachines()
 }
 
 // The events of History.ini, as far as it can be read, and in an archive,
-// those whose logs it holds that the part read lacks; in an archive without
-// a History.ini that can be read, the events whose logs it holds. False if
-// there are neither.
+// those whose logs it holds that History.ini lacks (past its damage, or of a
+// History.ini emptied or replaced); in an archive without a History.ini that
+// can be read, the events whose logs it holds. False if there are neither.
 bool CReportSources::ReadEvents(Opened& opened) const
 {
     const CHistorySource& source = *opened.source;
@@ -133,8 +135,11 @@ bool CReportSources::ReadEvents(Opened& opened) const
         if (!whole) {
             opened.notes.push_back("History.ini is damaged: the events that could be read of it are shown");
             MarkWhatTheDamageMayHaveCut(opened.events.events);
-            AddEventsOfTheLogs(opened.events.events, source.ArchiveFiles());
         }
+        const std::size_t added = AddEventsOfTheLogs(opened.events.events, source.ArchiveFiles());
+        if (whole && added != 0)
+            opened.notes.push_back("History.ini has no section of " + std::to_string(added) +
+                                   " events whose logs the archive holds: they are known by their logs alone");
         return true;
     }
     opened.events.events = EventsOfTheLogs(source.ArchiveFiles());

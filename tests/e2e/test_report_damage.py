@@ -198,6 +198,26 @@ def expect_the_events_of_their_logs(document, logs):
             f"start of {name}: {event['start']!r}"
 
 
+def test_events_whose_logs_a_history_ini_without_their_sections_lacks_are_known_by_their_logs(env):
+    """History.ini emptied, or replaced by text that holds no section of the
+    events, in an archive that holds their logs."""
+    archive, _, logs = recorded_archive(env)
+    with zipfile.ZipFile(archive) as z:
+        entries = [(info, z.read(info)) for info in z.infolist() if info.filename != "History.ini"]
+    for replaced in (b"", b"garbage\r\nno=section\r\n", b"[History]\r\nCount=3\r\n[Other]\r\nAction=x\r\n"):
+        with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as z:
+            for info, data in entries:
+                z.writestr(info, data)
+            z.writestr("History.ini", replaced)
+        out = make_report(env, archive, "-json", "r.json")
+        document = read_json(env.work / "r.json")
+        note = f"History.ini has no section of {len(EVENTS)} events whose logs the archive holds: " \
+               "they are known by their logs alone"
+        assert note in document["notes"], document["notes"]
+        assert f"Note: {note}" in out, out
+        expect_whole_events(document, logs, [END_FROM_THE_LOG])
+
+
 def test_an_entry_whose_bytes_were_changed_is_named_and_the_rest_reported(env):
     archive, _, logs = recorded_archive(env)
     # The first event's log, wherever the archive holds it: the events after
