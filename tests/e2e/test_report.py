@@ -843,6 +843,15 @@ def test_no_output_is_written_into_the_source_folder(env):
     expect_outputs_refused(env, [env.program_path(env.store), "-json", new_file], new_file,
                            "the report can't be written over its source", {ini: content})
     assert not (env.store / "report.html").exists(), "report.html written into the store"
+    if env.native:
+        # A link in the folder that leads out of it is the folder's own entry.
+        outside = env.work / "outside.json"
+        outside.write_text("kept")
+        os.symlink(outside, env.store / "out.json")
+        link = env.program_path(env.store / "out.json")
+        expect_outputs_refused(env, [env.program_path(env.store), "-json", link], link,
+                               "the report can't be written over its source", {ini: content, outside: b"kept"})
+        assert (env.store / "out.json").is_symlink(), "the link in the store was replaced"
 
 
 def test_the_two_outputs_never_name_one_file(env):

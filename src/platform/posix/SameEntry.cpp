@@ -85,7 +85,16 @@ bool LiesWithin(const std::string& path, const std::string& folder)
     EntryKey folderKey;
     if (!StatKey(SystemPath(folder), folderKey))
         return false;
-    std::string ancestor = ResolvedExistingPart(SystemPath(path));
+    const std::string systemPath = SystemPath(path);
+    EntryKey own;
+    if (StatKey(systemPath, own) && own == folderKey)
+        return true;
+    // A file is written in place of the entry at its name, a link there
+    // included: the folder that holds the name is what counts, not where a
+    // link at the name leads.
+    const std::string last = systemPath.substr(systemPath.find_last_of('/') + 1);
+    const bool namesAFolder = last.empty() || last == "." || last == "..";
+    std::string ancestor = ResolvedExistingPart(namesAFolder ? systemPath : ParentOf(systemPath));
     while (!ancestor.empty()) {
         EntryKey key;
         if (StatKey(ancestor, key) && key == folderKey)

@@ -73,4 +73,15 @@ TEST_F(SameEntry, AFolderLinkLeadsWithinTheFolderItNames)
     EXPECT_TRUE(platform::LiesWithin(root_ + "\\store\\report.html", root_ + "\\shortcut"));
 }
 
+// An output replaces the entry at its name: a link inside the folder is the
+// folder's own entry, wherever it leads.
+TEST_F(SameEntry, ALinkInsideTheFolderLiesWithinItWhereverItLeads)
+{
+    const std::string store = root_ + "\\store";
+    if (!MakeSymbolicLink(root_ + "\\x.zip", store + "\\out.zip", false))
+        GTEST_SKIP() << "this file system holds no symbolic links";
+    EXPECT_TRUE(platform::LiesWithin(store + "\\out.zip", store));
+    EXPECT_FALSE(platform::LiesWithin(root_ + "\\x.zip", store));
+}
+
 }  // namespace
