@@ -169,8 +169,8 @@ void CReportBuilder::BuildEvent(std::size_t event, EventRead&& read, EventReport
         report.changeCounts = CountsOf(*report.changes);
     }
     CompareWithTheMachine(event, before, report);
+    TakeCompared(event, before, after, read.computer);
     CompareComputers(event, read.computer, report);
-    TakeCompared(event, before, after);
     Keep(event, before, after);
     TakeTimes(record, history);
     Dispose(std::move(before));
@@ -363,15 +363,20 @@ CReportBuilder::Naming CReportBuilder::Names(const EventRecord& event, const std
     return naming;
 }
 
-void CReportBuilder::TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after)
+void CReportBuilder::TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after,
+                                  const SnapshotSection& computer)
 {
     if (!comparison_)
         return;
     const EventPlace place{machine_, event};
-    if (place == comparison_->first)
+    if (place == comparison_->first) {
         comparison_->firstSnapshot = comparison_->firstBefore ? before : after;
-    if (place == comparison_->second)
+        comparison_->firstComputer = computer;
+    }
+    if (place == comparison_->second) {
         comparison_->secondSnapshot = after;
+        comparison_->secondComputer = computer;
+    }
 }
 
 EventComparison CReportBuilder::CompareTheTwo() const
@@ -387,7 +392,22 @@ EventComparison CReportBuilder::CompareTheTwo() const
         compared.missing = comparison_->secondName + " has no snapshot after the install";
     else
         compared.changes = CompareSnapshots(comparison_->firstSnapshot, comparison_->secondSnapshot);
+    CompareTheComputers(compared);
     return compared;
+}
+
+// Each event's computer report, written at its start, read to its closing
+// rule: a report cut off could show a line as gone that was only not read.
+void CReportBuilder::CompareTheComputers(EventComparison& compared) const
+{
+    const SnapshotSection& first = comparison_->firstComputer;
+    const SnapshotSection& second = comparison_->secondComputer;
+    if (!first.present || !first.complete)
+        compared.computerMissing = comparison_->firstName + " has no computer report read whole";
+    else if (!second.present || !second.complete)
+        compared.computerMissing = comparison_->secondName + " has no computer report read whole";
+    else
+        compared.computer = CompareSections(first, second);
 }
 
 EventName CReportBuilder::NameOf(std::size_t event) const

@@ -108,6 +108,8 @@ private:
         EventName secondEvent;
         Snapshot firstSnapshot;
         Snapshot secondSnapshot;
+        SnapshotSection firstComputer;
+        SnapshotSection secondComputer;
     };
 
     void BuildMachine(const MachineEvents& machine, HistoryReport& report, const EventHandler& onEvent);
@@ -122,7 +124,9 @@ private:
     void FreeDisposed() const;
     EventName NameAsGiven(const std::vector<MachineEvents>& machines, const EventPlace& place,
                           const std::string& name) const;
-    void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after);
+    void TakeCompared(std::size_t event, const Snapshot& before, const Snapshot& after,
+                      const SnapshotSection& computer);
+    void CompareTheComputers(EventComparison& compared) const;
     EventComparison CompareTheTwo() const;
     void BuildEvent(std::size_t event, EventRead&& read, EventReport& report, HistoryReport& history);
     FetchedLog FetchLog(std::size_t event, std::size_t holder) const;

@@ -142,4 +142,7 @@ void DecodeComparison(EventComparison& comparison, const CTextDecoder& first, co
     Decode(comparison.missing, first);
     if (comparison.changes)
         DecodeChanges(*comparison.changes, first);
+    Decode(comparison.computerMissing, first);
+    if (comparison.computer)
+        DecodeSection(*comparison.computer, first);
 }

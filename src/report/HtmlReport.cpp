@@ -347,6 +347,12 @@ void WriteComparison(const EventComparison& comparison, std::ostream& out)
     else
         out << "<h4>" << title << "</h4>\n<p class=\"na\">Not compared: " << HtmlText(comparison.missing)
             << ".</p>\n";
+    out << "<h4>What changed in the computer report from the start of " << HtmlText(EventNameText(comparison.first))
+        << " to the start of " << HtmlText(EventNameText(comparison.second)) << "</h4>\n";
+    if (comparison.computer)
+        WriteSection("Computer", comparison.computer, out);
+    else
+        out << "<p class=\"na\">Not compared: " << HtmlText(comparison.computerMissing) << ".</p>\n";
 }
 
 void WriteCopy(const CopyReport& copy, std::size_t machine, std::size_t index, std::ostream& out,

@@ -268,6 +268,8 @@ void Comparison(CJsonWriter& json, const EventComparison& comparison)
     json.Key("snapshot").Text("after").End();
     TextOrNull(json.Key("missing"), comparison.missing);
     OrNull(json.Key("changes"), comparison.changes, Changes);
+    TextOrNull(json.Key("computerMissing"), comparison.computerMissing);
+    OrNull(json.Key("computerChanges"), comparison.computer, Section);
     json.End();
 }
 

@@ -195,6 +195,10 @@ struct EventComparison {
     // What keeps them from being compared, in words, or empty.
     std::string missing;
     std::optional<SnapshotChanges> changes;
+    // Their computer reports, each written at the event's start: what keeps
+    // them from being compared, or what changed from the first to the second.
+    std::string computerMissing;
+    std::optional<SectionChanges> computer;
 };
 
 struct CopyReport {

@@ -25,22 +25,35 @@ std::string ConsoleText(const std::string& text)
 
 // Each thing that came, went or changed, one line each behind its section's
 // key: "processes + zorsrv.exe: 1", "services ~ ZOR Listener: Running -> Stopped".
+void WriteSectionLines(const std::string& key, const SectionChanges& changes, std::ostream& out)
+{
+    for (const auto* list : {&changes.added, &changes.removed}) {
+        const char* sign = list == &changes.added ? " + " : " - ";
+        for (const ListedItem& item : *list)
+            out << key << sign << ConsoleText(item.name) << (item.value.empty() ? "" : ": ")
+                << ConsoleText(item.value) << '\n';
+    }
+    for (const ItemChange& change : changes.changed)
+        out << key << " ~ " << ConsoleText(change.name) << ": " << ConsoleText(change.before) << " -> "
+            << ConsoleText(change.after) << '\n';
+}
+
 void WriteChangeLines(const SnapshotChanges& changes, std::ostream& out)
 {
     for (std::size_t part = 0; part < kSnapshotPartCount; ++part) {
-        if (!changes[part])
-            continue;
-        const std::string key = SectionKey(part);
-        for (const auto* list : {&changes[part]->added, &changes[part]->removed}) {
-            const char* sign = list == &changes[part]->added ? " + " : " - ";
-            for (const ListedItem& item : *list)
-                out << key << sign << ConsoleText(item.name) << (item.value.empty() ? "" : ": ")
-                    << ConsoleText(item.value) << '\n';
-        }
-        for (const ItemChange& change : changes[part]->changed)
-            out << key << " ~ " << ConsoleText(change.name) << ": " << ConsoleText(change.before) << " -> "
-                << ConsoleText(change.after) << '\n';
+        if (changes[part])
+            WriteSectionLines(SectionKey(part), *changes[part], out);
     }
+}
+
+// The computer reports' changes, as lines of the key "computer": "computer ~
+// Service Pack: Service Pack 2 -> Service Pack 3".
+void WriteComputerLines(const EventComparison& comparison, std::ostream& out)
+{
+    if (comparison.computer)
+        WriteSectionLines("computer", *comparison.computer, out);
+    else
+        out << "The computer reports not compared: " << ConsoleText(comparison.computerMissing) << '\n';
 }
 
 void WriteComparison(const EventComparison& comparison, std::ostream& out)
@@ -48,10 +61,11 @@ void WriteComparison(const EventComparison& comparison, std::ostream& out)
     out << "Compared " << ConsoleText(ComparisonTitle(comparison)) << '\n';
     if (!comparison.changes) {
         out << "Not compared: " << ConsoleText(comparison.missing) << '\n';
-        return;
+    } else {
+        out << ChangeCountsText(CountsOf(*comparison.changes)) << '\n';
+        WriteChangeLines(*comparison.changes, out);
     }
-    out << ChangeCountsText(CountsOf(*comparison.changes)) << '\n';
-    WriteChangeLines(*comparison.changes, out);
+    WriteComputerLines(comparison, out);
 }
 
 }  // namespace

@@ -138,6 +138,7 @@ def test_the_readmes_example_of_several_sources_is_the_reports_own_output(env):
     printed = [re.sub(r"processes \d+", "processes 0", line)
                .replace(f"Computer {computer}, {system}", f"Computer VM, {readme_system}")
                .replace(f"Computer SHOP-PC, {system}", f"Computer SHOP-PC, {readme_system}")
+               .replace(f"computer ~ Computer Name: {computer} -> SHOP-PC", "computer ~ Computer Name: VM -> SHOP-PC")
                for line in out.splitlines() if not re.match(r"processes [-+~] ", line)]
     expect_equal(printed, example, "the console lines against the README's")
 
@@ -172,6 +173,18 @@ def test_events_of_several_sources_are_compared_by_source_and_eventid(env):
                  ({"eventId": "A3", "copy": "CopyB", "source": "week2.zip", "snapshot": "after"},
                   {"eventId": "A1", "copy": "CopyA", "source": "other.zip", "snapshot": "after"}),
                  "the compared events in the JSON form")
+    # The computer reports of the two events' starts: the other names another computer.
+    computer = logged(env, "CopyB/A3/ZORInstallEvent.Log", COMPUTER_LABEL)
+    line = f"computer ~ Computer Name: {computer} -> {OTHER_COMPUTER}"
+    assert line in out.splitlines()[out.splitlines().index(title):], out
+    expect_equal(comparison["computerMissing"], None, "what kept the computer reports from being compared")
+    expect_equal(comparison["computerChanges"]["changed"],
+                 [{"kind": "computerLine", "label": "Computer Name", "before": {"text": computer},
+                   "after": {"text": OTHER_COMPUTER}}], "the computer report's changes")
+    page = " ".join(rendered_text(rendered_page(env.work / "r.html")).split())
+    heading = "What changed in the computer report from the start of week2.zip:A3 to the start of other.zip:A1"
+    assert heading in page, page
+    assert f"Changed Before After Computer Name {computer} {OTHER_COMPUTER}" in page[page.index(heading):], page
     code, out, err = run_report(env, "week1.zip", "other.zip", "week2.zip", "-compare", "A1", "A3")
     expect_equal((code, error_lines(env, err)), (1, ["A1 names 2 events of the sources: name one as SOURCE:A1"]),
                  "exit code and error of a name that two computers' events have")

@@ -134,6 +134,8 @@ TEST(ReportWriters, TheTextSummaryGivesAComparisonALineForEachChange)
                                    {"service", {TextField("displayName", "ZOR Listener")}, {TextField("state", "Stopped")}},
                                    {TextField("state", "Started")})};
     compared.changes = changes;
+    compared.computer = SectionChanges();
+    compared.computer->changed = {Changed("Service Pack", "Service Pack 2", "Service Pack 3", {}, {})};
     report.comparison = compared;
     std::ostringstream out;
     WriteTextSummary(report, out);
@@ -145,15 +147,19 @@ TEST(ReportWriters, TheTextSummaryGivesAComparisonALineForEachChange)
               "processes ~ svchost.exe: 2 -> 3\n"
               "services - <b>Old & odd</b>: Stopped\n"
               "services ~ ZOR Listener: Started -> Stopped\n"
-              "zorProducts + copy C1\n");
+              "zorProducts + copy C1\n"
+              "computer ~ Service Pack: Service Pack 2 -> Service Pack 3\n");
 
     compared.changes.reset();
     compared.missing = "E4 has no snapshot after the install";
+    compared.computer.reset();
+    compared.computerMissing = "E4 has no computer report read whole";
     report.comparison = compared;
     std::ostringstream missing;
     WriteTextSummary(report, missing);
     EXPECT_NE(missing.str().find("Compared the after snapshot of E1 (copy C1) against the after snapshot of E4 "
-                                 "(copy C2)\nNot compared: E4 has no snapshot after the install\n"),
+                                 "(copy C2)\nNot compared: E4 has no snapshot after the install\n"
+                                 "The computer reports not compared: E4 has no computer report read whole\n"),
               std::string::npos);
 }
 
