@@ -5,6 +5,7 @@
 #include "report/HtmlContents.h"
 #include "report/HtmlTimelines.h"
 #include "report/ReportWords.h"
+#include "report/SnapshotComparison.h"
 #include "report/TextDecoding.h"
 
 namespace {
@@ -177,11 +178,13 @@ std::string EventNames(const std::vector<EventName>& events)
 }
 
 // Drift stands out by its word and its colour; changes while other events
-// ran name them.
+// ran name them. Where nothing changed, there is no drift to tell.
 std::string SinceHeading(const ChangesSince& since)
 {
     const std::string snapshot = std::string(since.afterSnapshot ? "after" : "before") + " snapshot of " +
                                  HtmlText(since.event.eventId) + " (copy " + HtmlText(since.event.copy) + ")";
+    if (since.ranBetween.empty() && TotalOf(CountsOf(since.changes)) == 0)
+        return "What changed since the " + snapshot + ", outside any recorded install";
     if (since.ranBetween.empty())
         return "What changed since the " + snapshot + ": <span class=\"drift\">drift</span>, outside any recorded "
                "install";
@@ -193,7 +196,8 @@ void WriteComputerChanges(const ComputerChanges& computer, std::ostream& out)
 {
     out << "<h4>The computer report since the start of " << HtmlText(computer.since.eventId) << " (copy "
         << HtmlText(computer.since.copy) << ")"
-        << (computer.ranBetween.empty() ? std::string(": <span class=\"drift\">drift</span>")
+        << (computer.ranBetween.empty() && computer.changes.Count() == 0 ? std::string(", outside any recorded install")
+            : computer.ranBetween.empty() ? std::string(": <span class=\"drift\">drift</span>")
                                         : ", while these recorded events ran: " + EventNames(computer.ranBetween))
         << "</h4>\n";
     WriteSection("Computer", computer.changes, out);

@@ -303,6 +303,25 @@ TEST(ReportWriters, TheHtmlNamesTheEventsThatRanSinceTheSnapshotBeforeAndMarksDr
               std::string::npos);
 }
 
+// Nothing changed since the machine's last snapshot, and no event ran
+// meanwhile: there is no drift to mark.
+TEST(ReportWriters, TheHtmlMarksNoDriftWhereNothingChanged)
+{
+    HistoryReport report = SmallReport();
+    EventReport& open = report.copies[0].events[1];
+    open.sincePrevious->ranBetween.clear();
+    open.sincePrevious->changes[1]->added.clear();
+    open.computer->changes.changed.clear();
+    std::ostringstream out;
+    WriteHtmlReport(OneSource(report), out);
+    const std::string html = out.str();
+    EXPECT_NE(html.find("<h4>What changed since the after snapshot of E1 (copy C1), outside any recorded install</h4>"),
+              std::string::npos);
+    EXPECT_NE(html.find("<h4>The computer report since the start of E1 (copy C1), outside any recorded install</h4>"),
+              std::string::npos);
+    EXPECT_EQ(html.find("<span class=\"drift\">"), std::string::npos);
+}
+
 // An event whose lists and texts were cut to their limits.
 HistoryReport CutReport()
 {
