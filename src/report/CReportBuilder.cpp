@@ -488,19 +488,24 @@ CReportBuilder::EventRead CReportBuilder::ReadEvent(std::size_t place, FetchedLo
 }
 
 // An event that History.ini doesn't hold whole (known by its log alone, or
-// by a section that the damage may have cut or garbled) is as the result
-// block of its log says, if the log has it: the recorder writes the block at
-// -end from the event's section, whole.
+// of a damaged History.ini, whose section may be cut or garbled) is as the
+// result block of its log says, if the log has it: the recorder writes the
+// block at -end from the event's section, whole. A section that says the
+// same was read whole.
 void CReportBuilder::TakeTheResultBlock(const CEventLogReader& log, EventReport& report)
 {
+    static std::string EventRecord::*const kFields[] = {
+        &EventRecord::startTime, &EventRecord::endTime, &EventRecord::product, &EventRecord::serviceLevel,
+        &EventRecord::type,      &EventRecord::action,  &EventRecord::result,  &EventRecord::logFile,
+        &EventRecord::traceFile, &EventRecord::completeFlag};
     EventRecord& record = report.record;
     if ((record.inHistoryIni && !record.partlyRead) || !log.resultBlock)
         return;
     const EventRecord& block = *log.resultBlock;
-    for (std::string EventRecord::*field :
-         {&EventRecord::startTime, &EventRecord::endTime, &EventRecord::product, &EventRecord::serviceLevel,
-          &EventRecord::type, &EventRecord::action, &EventRecord::result, &EventRecord::logFile,
-          &EventRecord::traceFile, &EventRecord::completeFlag})
+    const auto differs = [&](std::string EventRecord::*field) { return record.*field != block.*field; };
+    if (std::none_of(std::begin(kFields), std::end(kFields), differs))
+        return;
+    for (std::string EventRecord::*field : kFields)
         record.*field = block.*field;
     report.outcome = OutcomeOf(record);
     report.durationSeconds = SecondsBetween(record.startTime, record.endTime);
@@ -542,6 +547,8 @@ void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetch
         return;
     report.installerLogs = InstallerLogsOf(sources_.Source(event.source), event, std::string());
     report.notes.push_back(kLogNotInSource);
+    if (event.partlyRead)
+        report.notes.push_back(kMayBeGarbled);
 }
 
 // Why the event log was not read from the source: it lacks the log (no name)

@@ -33,8 +33,8 @@ std::string WithoutHistoryIni(const CHistorySource& source)
 
 // The events whose logs an archive holds that the part of History.ini that
 // could be read lacks (its sections past the damage), known by their logs
-// alone. An event whose section the damage cut before its copy's name takes
-// the name from the folder of its log.
+// alone. An event of the part read takes its copy's name from the folder of
+// its log, which the damage may have cut or garbled in its section.
 std::size_t AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std::string>& entryNames)
 {
     const std::size_t before = events.size();
@@ -45,20 +45,16 @@ std::size_t AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vect
         const auto place = known.emplace(platform::FoldedAsciiText(event.eventId), events.size());
         if (place.second)
             events.push_back(std::move(event));
-        else if (events[place.first->second].partlyRead && events[place.first->second].copyName.empty())
+        else if (events[place.first->second].partlyRead)
             events[place.first->second].copyName = event.copyName;
     }
     return events.size() - before;
 }
 
-// The events of a damaged History.ini whose sections the damage may have
-// cut: the last one read, and those without the mark of their end.
-void MarkWhatTheDamageMayHaveCut(std::vector<EventRecord>& events)
+void MarkAsPartlyRead(std::vector<EventRecord>& events)
 {
     for (EventRecord& event : events)
-        event.partlyRead = event.completeFlag != texts::kComplete;
-    if (!events.empty())
-        events.back().partlyRead = true;
+        event.partlyRead = true;
 }
 
 }  // namespace
@@ -78,7 +74,9 @@ bool CReportSources::Open(const std::vector<std::string>& paths, std::string& re
             return false;
         opened.notes = opened.source->Damage();
         if (!ReadEvents(opened)) {
-            reason = path + ": no History.ini that can be read in it";
+            reason = path + (opened.notes.empty() ? ": no History.ini that can be read in it"
+                                                  : ": the archive is cut off or damaged, and holds neither a History.ini "
+                                                    "nor an event log that can be read");
             return false;
         }
         for (EventRecord& event : opened.events.events)
@@ -134,7 +132,7 @@ bool CReportSources::ReadEvents(Opened& opened) const
         opened.events.events = whole ? ReadHistoryEvents(historyIni) : ReadHistoryEventsBeforeDamage(historyIni);
         if (!whole) {
             opened.notes.push_back("History.ini is damaged: the events that could be read of it are shown");
-            MarkWhatTheDamageMayHaveCut(opened.events.events);
+            MarkAsPartlyRead(opened.events.events);
         }
         const std::size_t added = AddEventsOfTheLogs(opened.events.events, source.ArchiveFiles());
         if (whole && added != 0)

@@ -106,12 +106,23 @@ std::optional<long long> SecondsBetween(const std::string& start, const std::str
     return *to - *from;
 }
 
+bool NamesItsOwnLog(const EventRecord& event)
+{
+    if (event.eventLogFile.empty())
+        return true;
+    const std::string folder = FolderOf(event.eventLogFile);
+    const std::string folderName = LastPartOf(folder.substr(0, folder.empty() ? 0 : folder.size() - 1));
+    return platform::FoldedAsciiText(LastPartOf(event.eventLogFile)) ==
+               platform::FoldedAsciiText(texts::kEventLogName) &&
+           platform::FoldedAsciiText(folderName) == platform::FoldedAsciiText(event.eventId);
+}
+
 std::string FindEventLog(const CHistorySource& source, const EventRecord& event)
 {
     std::vector<std::string> candidates;
     const std::string folded = platform::FoldedAsciiText(event.eventLogFile);
     const std::string::size_type below = folded.rfind(kHistoryFolderName);
-    if (below != std::string::npos)
+    if (below != std::string::npos && NamesItsOwnLog(event))
         candidates.push_back(event.eventLogFile.substr(below + sizeof kHistoryFolderName - 1));
     if (!event.copyName.empty())
         candidates.push_back(event.copyName + "\\" + event.eventId + "\\" + texts::kEventLogName);

@@ -31,9 +31,15 @@ std::optional<std::string> IsoTimeOfStamp(const std::string& stamp);
 // both can be read and the end doesn't come first.
 std::optional<long long> SecondsBetween(const std::string& start, const std::string& end);
 
+// Whether Event_Log_File, where the section has it, names the event's own
+// log: ZORInstallEvent.Log in a folder named by the EventID, as the recorder
+// lays it down. One that names another event's log is not this event's.
+bool NamesItsOwnLog(const EventRecord& event);
+
 // The event log's name in the source, or empty if the source hasn't got it:
-// where Event_Log_File says below the history folder, else below the copy's
-// folder, else directly in the history folder.
+// where Event_Log_File says below the history folder, if it names the
+// event's own log, else below the copy's folder, else directly in the
+// history folder.
 std::string FindEventLog(const CHistorySource& source, const EventRecord& event);
 
 // The most of an installer's file that the report shows.

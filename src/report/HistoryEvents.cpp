@@ -8,6 +8,7 @@
 #include "platform/common/ProfileDocument.h"
 #include "recorder/EventKeys.h"
 #include "recorder/EventTexts.h"
+#include "report/EventFacts.h"
 
 namespace {
 
@@ -49,10 +50,12 @@ std::vector<EventRecord> ReadEvents(const std::string& historyIniBytes, Taken ta
     std::unordered_set<std::string> seen;
     for (const platform::ProfileSection& section : document.Sections()) {
         // The lines ahead of the first header form a section without a name.
-        if (section.name.empty() || section.name == kHistorySection || !taken(document, section.name))
+        if (section.name.empty() || section.name == kHistorySection ||
+            !seen.insert(platform::FoldedAsciiText(section.name)).second)
             continue;
-        if (seen.insert(platform::FoldedAsciiText(section.name)).second)
-            events.push_back(ReadEvent(document, section.name));
+        EventRecord event = ReadEvent(document, section.name);
+        if (taken(document, event))
+            events.push_back(std::move(event));
     }
     return events;
 }
@@ -61,13 +64,13 @@ std::vector<EventRecord> ReadEvents(const std::string& historyIniBytes, Taken ta
 
 std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes)
 {
-    return ReadEvents(historyIniBytes, [](const platform::ProfileDocument&, const std::string&) { return true; });
+    return ReadEvents(historyIniBytes, [](const platform::ProfileDocument&, const EventRecord&) { return true; });
 }
 
 std::vector<EventRecord> ReadHistoryEventsBeforeDamage(const std::string& historyIniBytes)
 {
-    return ReadEvents(historyIniBytes, [](const platform::ProfileDocument& document, const std::string& section) {
-        return Value(document, section, keys::EventID) == section;
+    return ReadEvents(historyIniBytes, [](const platform::ProfileDocument& document, const EventRecord& event) {
+        return Value(document, event.eventId, keys::EventID) == event.eventId && NamesItsOwnLog(event);
     });
 }
 

@@ -12,10 +12,11 @@
 std::vector<EventRecord> ReadHistoryEvents(const std::string& historyIniBytes);
 
 // The events of what could be read of a damaged History.ini: only sections
-// whose Event_ID names them, as -start lays it down first in each. Past the
-// damage, inflating yields text pieced from what came before it, which can
-// hold a section's header of a name that no event has, or a cut one; the
-// events of those sections are known by their logs instead.
+// whose Event_ID names them, as -start lays it down first in each, and whose
+// Event_Log_File names their own log. Past the damage, inflating yields text
+// pieced from what came before it, which can hold a section's header of a
+// name that no event has, or a cut one; the events of those sections are
+// known by their logs instead.
 std::vector<EventRecord> ReadHistoryEventsBeforeDamage(const std::string& historyIniBytes);
 
 // The events whose logs an archive holds, for an archive without History.ini:

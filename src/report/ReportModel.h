@@ -43,9 +43,9 @@ struct EventRecord {
     // False for an event known only by its log in a damaged archive that
     // lacks History.ini: how it ended is unknown.
     bool inHistoryIni = true;
-    // True for an event of a damaged History.ini whose section the damage
-    // may have cut: the last one read, and one without the mark of its end.
-    // What its section lacks is not known.
+    // True for an event of a damaged History.ini: past the damage, inflating
+    // yields text pieced from what came before it, so any section read may
+    // be cut or garbled, and what it lacks is not known.
     bool partlyRead = false;
     // The place among the report's sources of the one it is read from.
     std::size_t source = 0;

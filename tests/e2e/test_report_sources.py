@@ -305,7 +305,8 @@ def test_an_archive_cut_off_anywhere_adds_no_event_twice(env):
         (env.work / "cut.zip").write_bytes(whole[:cut])
         code, out, err = run_report(env, "week1.zip", "cut.zip", "-json", "r.json")
         if code != 0:
-            expect_equal(error_lines(env, err), ["cut.zip: no History.ini that can be read in it"],
+            expect_equal(error_lines(env, err), ["cut.zip: the archive is cut off or damaged, and holds neither a "
+                                                 "History.ini nor an event log that can be read"],
                          f"error of the archive cut at {cut}")
             continue
         reported += 1
