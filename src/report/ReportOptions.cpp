@@ -66,6 +66,17 @@ bool TakeCodePage(const std::vector<std::string>& arguments, std::size_t& i, boo
     return true;
 }
 
+// One of the program's options: "-compare E1 -o r.html" lacks its second
+// EventID rather than comparing an event named "-o".
+bool IsOption(const std::string& argument)
+{
+    for (const char* option : {"-o", "-json", "-codepage", "-compare", "-before", "-h", "--help", "/?"}) {
+        if (argument == option)
+            return true;
+    }
+    return false;
+}
+
 // The two EventIDs behind -compare.
 bool TakeEvents(const std::vector<std::string>& arguments, std::size_t& i, ReportOptions& options, std::string& error)
 {
@@ -73,7 +84,8 @@ bool TakeEvents(const std::vector<std::string>& arguments, std::size_t& i, Repor
         error = "the option -compare is given twice";
         return false;
     }
-    if (i + 2 >= arguments.size() || arguments[i + 1].empty() || arguments[i + 2].empty()) {
+    if (i + 2 >= arguments.size() || arguments[i + 1].empty() || arguments[i + 2].empty() ||
+        IsOption(arguments[i + 1]) || IsOption(arguments[i + 2])) {
         error = "the option -compare needs two EventIDs";
         return false;
     }

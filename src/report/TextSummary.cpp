@@ -90,8 +90,9 @@ void WriteMachine(const HistoryReport& report, std::ostream& out, const EventWri
     if (!report.operatingSystem.empty())
         out << ", " << ConsoleText(report.operatingSystem);
     out << '\n';
-    out << report.eventCount << " events of " << report.copies.size() << " copies in "
-        << ConsoleText(JoinedNames(report.sources)) << '\n';
+    out << report.eventCount << (report.eventCount == 1 ? " event of " : " events of ") << report.copies.size()
+        << (report.copies.size() == 1 ? " copy in " : " copies in ") << ConsoleText(JoinedNames(report.sources))
+        << '\n';
     for (const std::string& note : report.notes)
         out << "Note: " << ConsoleText(note) << '\n';
     for (const CopyReport& copy : report.copies) {

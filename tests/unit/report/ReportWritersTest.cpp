@@ -114,10 +114,20 @@ TEST(ReportWriters, TheTextSummaryHasOneLineForEachEvent)
     WriteTextSummary(OneSource(SmallReport()), out);
     EXPECT_EQ(out.str(),
               "Computer VM, Microsoft Windows XP Home Edition\n"
-              "2 events of 1 copies in x.zip\n"
+              "2 events of 1 copy in x.zip\n"
               "C1 | E1 | Install | failed (1603) | users 0 software 0 processes 2 services 1 zorProducts 1 "
               "odbcDrivers -\n"
               "C1 | E2 | Upgrade | never ended | no snapshot after the install\n");
+}
+
+TEST(ReportWriters, TheTextSummaryCountsOneEventOfOneCopyInTheSingular)
+{
+    HistoryReport report = SmallReport();
+    report.copies[0].events.resize(1);
+    report.eventCount = 1;
+    std::ostringstream out;
+    WriteTextSummary(OneSource(report), out);
+    EXPECT_NE(out.str().find("\n1 event of 1 copy in x.zip\n"), std::string::npos) << out.str();
 }
 
 // Two events compared: a line that names the two snapshots, a line of
@@ -175,7 +185,7 @@ TEST(ReportWriters, ControlBytesFromTheHistoryReachTheConsoleAsQuestionMarks)
     WriteTextSummary(OneSource(report), out);
     EXPECT_EQ(out.str(),
               "Computer VM?]0;owned?, Microsoft Windows XP Home Edition\n"
-              "2 events of 1 copies in x.zip\n"
+              "2 events of 1 copy in x.zip\n"
               "C1??C9 | E9 | Install | succeeded | E1?[2J | Install? | failed (16?03) | users 0 software 0 "
               "processes 2 services 1 zorProducts 1 odbcDrivers -\n"
               "C1??C9 | E9 | Install | succeeded | E2 | Upgrade | never ended | no snapshot after the install\n");
@@ -414,6 +424,10 @@ TEST(ReportOptionsTest, CompareNamesTwoEventsAndBeforeTakesTheFirstOnesBeforeSna
     EXPECT_TRUE(options.compareBefore);
     EXPECT_FALSE(ParseReportOptions({"x.zip", "-compare", "E1"}, options, error));
     EXPECT_EQ(error, "the option -compare needs two EventIDs");
+    for (const char* option : {"-o", "-json", "-codepage", "-before", "-h"}) {
+        EXPECT_FALSE(ParseReportOptions({"x.zip", "-compare", "E1", option, "r.html"}, options, error)) << option;
+        EXPECT_EQ(error, "the option -compare needs two EventIDs") << option;
+    }
     EXPECT_FALSE(ParseReportOptions({"x.zip", "-compare", "E1", "E2", "-compare", "E3", "E4"}, options, error));
     EXPECT_EQ(error, "the option -compare is given twice");
     EXPECT_FALSE(ParseReportOptions({"x.zip", "-before"}, options, error));
