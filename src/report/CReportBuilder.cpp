@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/common/AsciiCase.h"
+#include "recorder/EventTexts.h"
 #include "report/CEventLogReader.h"
 #include "report/CLineSplitter.h"
 #include "report/CReadAhead.h"
@@ -467,11 +468,11 @@ CReportBuilder::EventRead CReportBuilder::ReadEvent(std::size_t place, FetchedLo
     report.outcome = OutcomeOf(event);
     report.durationSeconds = SecondsBetween(event.startTime, event.endTime);
     std::optional<CEventLogReader> log;
-    ReadTheBestLog(event, std::move(fetched), report, log);
+    const LogRead logRead = ReadTheBestLog(event, std::move(fetched), report, log);
     if (!log)
         return read;
     report.notes.insert(report.notes.end(), log->notes.begin(), log->notes.end());
-    TakeTheResultBlock(*log, report);
+    TakeTheResultBlock(*log, logRead.whole, logRead.holder, report);
     report.messages = std::move(log->messages);
     report.messagesLeftOut = log->messagesLeftOut;
     report.messagesCut = std::move(log->messagesCut);
@@ -491,16 +492,19 @@ CReportBuilder::EventRead CReportBuilder::ReadEvent(std::size_t place, FetchedLo
 // of a damaged History.ini, whose section may be cut or garbled) is as the
 // result block of its log says, if the log has it: the recorder writes the
 // block at -end from the event's section, whole. A section that says the
-// same was read whole.
-void CReportBuilder::TakeTheResultBlock(const CEventLogReader& log, EventReport& report)
+// same was read whole. The block names the installer's files where the
+// installer had them; the section, where the archive holds them.
+void CReportBuilder::TakeTheResultBlock(const CEventLogReader& log, bool logWhole, std::size_t holder,
+                                        EventReport& report) const
 {
     static std::string EventRecord::*const kFields[] = {
         &EventRecord::startTime, &EventRecord::endTime, &EventRecord::product, &EventRecord::serviceLevel,
-        &EventRecord::type,      &EventRecord::action,  &EventRecord::result,  &EventRecord::logFile,
-        &EventRecord::traceFile, &EventRecord::completeFlag};
+        &EventRecord::type,      &EventRecord::action,  &EventRecord::result,  &EventRecord::completeFlag};
     EventRecord& record = report.record;
-    if ((record.inHistoryIni && !record.partlyRead) || !log.resultBlock)
+    if (record.inHistoryIni && !record.partlyRead)
         return;
+    if (!log.resultBlock)
+        return NeverEndedByItsLog(log, logWhole, report);
     const EventRecord& block = *log.resultBlock;
     const auto differs = [&](std::string EventRecord::*field) { return record.*field != block.*field; };
     if (std::none_of(std::begin(kFields), std::end(kFields), differs))
@@ -509,7 +513,45 @@ void CReportBuilder::TakeTheResultBlock(const CEventLogReader& log, EventReport&
         record.*field = block.*field;
     report.outcome = OutcomeOf(record);
     report.durationSeconds = SecondsBetween(record.startTime, record.endTime);
+    TakeTheBlocksFiles(block, sources_.Source(holder), report);
     report.notes.push_back(kEndFromTheResultBlock);
+}
+
+namespace {
+
+std::size_t CountInSource(const std::vector<InstallerLog>& logs)
+{
+    return static_cast<std::size_t>(
+        std::count_if(logs.begin(), logs.end(), [](const InstallerLog& log) { return !log.entry.empty(); }));
+}
+
+}  // namespace
+
+// The installer's log and trace file as the result block names them, where
+// the source holds more of them by those names than by the section's, which
+// may be missing or garbled.
+void CReportBuilder::TakeTheBlocksFiles(const EventRecord& block, const CHistorySource& source, EventReport& report)
+{
+    EventRecord named = report.record;
+    named.logFile = block.logFile;
+    named.traceFile = block.traceFile;
+    std::vector<InstallerLog> logs = InstallerLogsOf(source, named, report.eventLogName);
+    if (CountInSource(logs) <= CountInSource(report.installerLogs) && !report.installerLogs.empty())
+        return;
+    report.record.logFile = named.logFile;
+    report.record.traceFile = named.traceFile;
+    report.installerLogs = std::move(logs);
+}
+
+// A log read whole, with the snapshot before the install and neither the
+// snapshot after it nor a result block: the recorder writes both at -end, so
+// the install never ended.
+void CReportBuilder::NeverEndedByItsLog(const CEventLogReader& log, bool logWhole, EventReport& report)
+{
+    if (!logWhole || !log.before.present || log.after.present || report.record.completeFlag == texts::kComplete)
+        return;
+    report.outcome = EventOutcome::NeverEnded;
+    report.notes.push_back(kNeverEndedByTheLog);
 }
 
 // The event log and the installer's files from the source that the event is
@@ -517,13 +559,14 @@ void CReportBuilder::TakeTheResultBlock(const CEventLogReader& log, EventReport&
 // next that holds it, in the order of the event's sources, and the report
 // says which sources were passed over and why. Without any, the report says
 // so and `log` stays empty.
-void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
-                                    std::optional<CEventLogReader>& log) const
+CReportBuilder::LogRead CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched,
+                                                      EventReport& report, std::optional<CEventLogReader>& log) const
 {
     const EventReport base = report;
     const std::vector<std::size_t>& holders = events_->holders[report.place];
     std::vector<std::string> passedOver;
     std::size_t readFrom = 0;
+    bool whole = false;
     for (std::size_t next = 0; !fetched.name.empty(); fetched = FetchLog(report.place, next)) {
         if (log)
             passedOver.push_back(PassedOver(holders[readFrom], report.eventLogName));
@@ -534,7 +577,8 @@ void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetch
         report.eventLogName = fetched.name;
         report.installerLogs = std::move(fetched.installerLogs);
         log.emplace(event.eventId, sectionMemo_, InstallEndOf(report.outcome));
-        if (ReadEventLog(holders[readFrom], fetched, report, *log))
+        whole = ReadEventLog(holders[readFrom], fetched, report, *log);
+        if (whole)
             break;
     }
     for (const std::string& note : passedOver)
@@ -544,11 +588,15 @@ void CReportBuilder::ReadTheBestLog(const EventRecord& event, FetchedLog&& fetch
         std::rotate(report.sources.begin(), report.sources.begin() + static_cast<std::ptrdiff_t>(readFrom),
                     report.sources.begin() + static_cast<std::ptrdiff_t>(readFrom) + 1);
     if (log)
-        return;
+        return LogRead{whole, holders[readFrom]};
     report.installerLogs = InstallerLogsOf(sources_.Source(event.source), event, std::string());
     report.notes.push_back(kLogNotInSource);
-    if (event.partlyRead)
+    // Nothing confirms what the damage may have made up: how it ended is not known.
+    if (event.partlyRead) {
+        report.outcome = EventOutcome::Unknown;
         report.notes.push_back(kMayBeGarbled);
+    }
+    return LogRead{};
 }
 
 // Why the event log was not read from the source: it lacks the log (no name)

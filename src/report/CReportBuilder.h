@@ -132,8 +132,15 @@ private:
     FetchedLog FetchLog(std::size_t event, std::size_t holder) const;
     EventRead ReadEvent(std::size_t event, FetchedLog&& fetched) const;
     void NoteTheSameEventId(EventReport& report) const;
-    static void TakeTheResultBlock(const CEventLogReader& log, EventReport& report);
-    void ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
+    // Whether the event log was read whole, and from which source.
+    struct LogRead {
+        bool whole = false;
+        std::size_t holder = 0;
+    };
+    void TakeTheResultBlock(const CEventLogReader& log, bool logWhole, std::size_t holder, EventReport& report) const;
+    static void TakeTheBlocksFiles(const EventRecord& block, const CHistorySource& source, EventReport& report);
+    static void NeverEndedByItsLog(const CEventLogReader& log, bool logWhole, EventReport& report);
+    LogRead ReadTheBestLog(const EventRecord& event, FetchedLog&& fetched, EventReport& report,
                         std::optional<CEventLogReader>& log) const;
     bool ReadEventLog(std::size_t source, const FetchedLog& fetched, EventReport& report,
                       CEventLogReader& log) const;

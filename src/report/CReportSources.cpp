@@ -137,7 +137,9 @@ bool CReportSources::ReadEvents(Opened& opened) const
         const std::size_t added = AddEventsOfTheLogs(opened.events.events, source.ArchiveFiles());
         if (whole && added != 0)
             opened.notes.push_back("History.ini has no section of " + std::to_string(added) +
-                                   " events whose logs the archive holds: they are known by their logs alone");
+                                   (added == 1 ? " event whose log the archive holds: it is known by its log alone"
+                                               : " events whose logs the archive holds: they are known by their "
+                                                 "logs alone"));
         return true;
     }
     opened.events.events = EventsOfTheLogs(source.ArchiveFiles());

@@ -5,6 +5,7 @@
 #include "report/CJsonWriter.h"
 #include "report/EventFacts.h"
 #include "report/ReportWords.h"
+#include "report/SnapshotComparison.h"
 #include "report/TextDecoding.h"
 
 namespace {
@@ -151,8 +152,9 @@ void EventNameMembers(CJsonWriter& json, const EventName& event)
         Text(json.Key("source"), event.source);
 }
 
-// The events that ran between two snapshots, and whether none did.
-void RanBetween(CJsonWriter& json, const std::vector<EventName>& events)
+// The events that ran between two snapshots, and whether what changed is
+// drift: something changed, and no recorded event ran meanwhile.
+void RanBetween(CJsonWriter& json, const std::vector<EventName>& events, bool changed)
 {
     json.Key("eventsBetween").Array();
     for (const EventName& event : events) {
@@ -160,7 +162,7 @@ void RanBetween(CJsonWriter& json, const std::vector<EventName>& events)
         EventNameMembers(json, event);
         json.End();
     }
-    json.End().Key("drift").Bool(events.empty());
+    json.End().Key("drift").Bool(changed && events.empty());
 }
 
 // The changes since the machine's snapshot before the event: drift when no
@@ -170,7 +172,7 @@ void Since(CJsonWriter& json, const ChangesSince& since)
     json.Object().Key("since").Object();
     EventNameMembers(json, since.event);
     json.Key("snapshot").Text(since.afterSnapshot ? "after" : "before").End();
-    RanBetween(json, since.ranBetween);
+    RanBetween(json, since.ranBetween, TotalOf(CountsOf(since.changes)) != 0);
     Changes(json.Key("changes"), since.changes);
     json.End();
 }
@@ -180,7 +182,7 @@ void Computer(CJsonWriter& json, const ComputerChanges& computer)
     json.Object().Key("since").Object();
     EventNameMembers(json, computer.since);
     json.End();
-    RanBetween(json, computer.ranBetween);
+    RanBetween(json, computer.ranBetween, computer.changes.Count() != 0);
     Section(json.Key("changes"), computer.changes);
     json.End();
 }

@@ -19,6 +19,10 @@ inline constexpr char kLogNotInSource[] = "the event log is not in the source";
 // An event of a damaged History.ini that no log of the source confirms.
 inline constexpr char kMayBeGarbled[] =
     "History.ini is damaged: what it says of this event may be cut or garbled, and no event log confirms it";
+// An event that History.ini doesn't hold whole, whose log tells it never ended.
+inline constexpr char kNeverEndedByTheLog[] =
+    "History.ini doesn't hold this event whole: its event log, read whole, has no result block, so the install "
+    "never ended";
 // An event that History.ini doesn't hold whole, whose end its log tells.
 inline constexpr char kEndFromTheResultBlock[] =
     "History.ini doesn't hold this event whole: how it ended is read from the result block of its event log";

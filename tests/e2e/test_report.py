@@ -360,7 +360,7 @@ def test_changes_since_the_machines_last_snapshot_name_the_events_that_ran_meanw
     drifted = any(section[kind] for section in since["changes"].values() if section
                   for kind in ("added", "removed", "changed"))
     expect_equal((since["since"], since["eventsBetween"], since["drift"]),
-                 ({"eventId": "B1", "copy": "CopyB", "snapshot": "after"}, [], True), "A2's comparison")
+                 ({"eventId": "B1", "copy": "CopyB", "snapshot": "after"}, [], drifted), "A2's comparison")
     assert during_b.name not in names_of(since["changes"]["processes"]["added"], "image"), \
         since["changes"]["processes"]
     # N1 never ended: it ran from its start until A3's, and what came meanwhile

@@ -31,7 +31,9 @@ def recorded_archive(env):
     """An archive of three completed events, written by ZORGetInstallLog -f;
     the infos of its event logs, in the order in which they stand."""
     for event in EVENTS:
-        record(env, "-start", event, "-Action", "Install")
+        installer_log = env.work / f"{event}.log"
+        installer_log.write_bytes(f"setup of {event}\r\n".encode())
+        record(env, "-start", event, "-Action", "Install", "-l", env.program_path(installer_log))
         record(env, "-logmessage", event, "-message", "installing " + event)
         record(env, "-end", event, "-CopyName", COPY, "-Result", RESULTS[event])
     archive = collect(env, "x.zip")
@@ -182,9 +184,8 @@ def test_events_of_a_history_ini_damaged_in_their_sections_are_whole_with_their_
     # Near the end, the sections in front of the damage are read whole.
     assert "History.ini is damaged: the events that could be read of it are shown" in document["notes"], \
         document["notes"]
-    read_of_history_ini = [event for copy in document["copies"] for event in copy["events"]
-                           if END_FROM_THE_LOG not in event["notes"]]
-    assert read_of_history_ini, "no event was read whole of what stands of History.ini"
+    for name in EVENTS[:-1]:
+        expect_equal(event_of(document, COPY, name)["notes"], [], f"notes on {name}, read whole in front of the damage")
 
 
 def expect_the_events_of_their_logs(document, logs):
@@ -200,6 +201,33 @@ def expect_the_events_of_their_logs(document, logs):
         expect_equal(event["messages"], ["installing " + name], f"messages of {name}")
         assert re.fullmatch(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d", event["start"] or ""), \
             f"start of {name}: {event['start']!r}"
+        expect_equal([(log["name"], log["inSource"]) for log in event["installerLogs"]], [(f"{name}.log", True)],
+                     f"installer logs of {name}")
+
+
+def test_an_install_that_never_ended_is_told_by_its_whole_log_without_history_ini(env):
+    """History.ini emptied: an event whose log, read whole, has its snapshot
+    before the install and no result block never ended; one whose log ends
+    with the block ended as the block says."""
+    record(env, "-start", "Done-1", "-Action", "Install")
+    record(env, "-end", "Done-1", "-CopyName", COPY, "-Result", "1603")
+    record(env, "-start", "Open-1", "-Action", "Repair")
+    archive = collect(env, "x.zip")
+    with zipfile.ZipFile(archive) as z:
+        entries = [(info, z.read(info)) for info in z.infolist() if info.filename != "History.ini"]
+    with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as z:
+        for info, data in entries:
+            z.writestr(info, data)
+        z.writestr("History.ini", b"")
+    out = make_report(env, archive, "-json", "r.json")
+    document = read_json(env.work / "r.json")
+    events = {event["eventId"]: event for copy in document["copies"] for event in copy["events"]}
+    expect_equal((events["Done-1"]["result"], events["Done-1"]["notes"]), ("failed", [END_FROM_THE_LOG]),
+                 "the install that ended")
+    expect_equal((events["Open-1"]["result"], events["Open-1"]["notes"]),
+                 ("never ended", ["History.ini doesn't hold this event whole: its event log, read whole, has no "
+                                  "result block, so the install never ended"]), "the install that never ended")
+    assert "| Open-1 | | never ended |" in " ".join(out.split()).replace("|  |", "| |"), out
 
 
 def test_events_whose_logs_a_history_ini_without_their_sections_lacks_are_known_by_their_logs(env):

@@ -71,30 +71,10 @@ std::string ResolvedExistingPart(std::string path)
     return resolved ? std::string(resolved.get()) : std::string();
 }
 
-}  // namespace
-
-bool SameEntry(const std::string& first, const std::string& second)
+// Whether the resolved path, or a folder above it, is the folder.
+bool ResolvedWithin(const std::string& systemPath, const EntryKey& folderKey)
 {
-    EntryKey one;
-    EntryKey other;
-    return KeyOf(first, one) && KeyOf(second, other) && one == other;
-}
-
-bool LiesWithin(const std::string& path, const std::string& folder)
-{
-    EntryKey folderKey;
-    if (!StatKey(SystemPath(folder), folderKey))
-        return false;
-    const std::string systemPath = SystemPath(path);
-    EntryKey own;
-    if (StatKey(systemPath, own) && own == folderKey)
-        return true;
-    // A file is written in place of the entry at its name, a link there
-    // included: the folder that holds the name is what counts, not where a
-    // link at the name leads.
-    const std::string last = systemPath.substr(systemPath.find_last_of('/') + 1);
-    const bool namesAFolder = last.empty() || last == "." || last == "..";
-    std::string ancestor = ResolvedExistingPart(namesAFolder ? systemPath : ParentOf(systemPath));
+    std::string ancestor = ResolvedExistingPart(systemPath);
     while (!ancestor.empty()) {
         EntryKey key;
         if (StatKey(ancestor, key) && key == folderKey)
@@ -105,6 +85,30 @@ bool LiesWithin(const std::string& path, const std::string& folder)
         ancestor = parent;
     }
     return false;
+}
+
+}  // namespace
+
+bool SameEntry(const std::string& first, const std::string& second)
+{
+    EntryKey one;
+    EntryKey other;
+    return KeyOf(first, one) && KeyOf(second, other) && one == other;
+}
+
+// Both where a link at the name leads and the folder that holds the name
+// count: a file is written in place of the entry at its name, a link there
+// included, and a link elsewhere leads to what it names.
+bool LiesWithin(const std::string& path, const std::string& folder)
+{
+    EntryKey folderKey;
+    if (!StatKey(SystemPath(folder), folderKey))
+        return false;
+    const std::string systemPath = SystemPath(path);
+    const std::string last = systemPath.substr(systemPath.find_last_of('/') + 1);
+    const bool namesAFolder = last.empty() || last == "." || last == "..";
+    return ResolvedWithin(systemPath, folderKey) ||
+           (!namesAFolder && ResolvedWithin(ParentOf(systemPath), folderKey));
 }
 
 }  // namespace platform

@@ -82,6 +82,10 @@ TEST_F(SameEntry, ALinkInsideTheFolderLiesWithinItWhereverItLeads)
         GTEST_SKIP() << "this file system holds no symbolic links";
     EXPECT_TRUE(platform::LiesWithin(store + "\\out.zip", store));
     EXPECT_FALSE(platform::LiesWithin(root_ + "\\x.zip", store));
+    // A link outside it that leads to a file in it leads within it as well.
+    WriteWholeFile(store + "\\History.ini", "[History]");
+    ASSERT_TRUE(MakeSymbolicLink(store + "\\History.ini", root_ + "\\in.ini", false));
+    EXPECT_TRUE(platform::LiesWithin(root_ + "\\in.ini", store));
 }
 
 }  // namespace

@@ -330,6 +330,11 @@ TEST(ReportWriters, TheHtmlMarksNoDriftWhereNothingChanged)
     EXPECT_NE(html.find("<h4>The computer report since the start of E1 (copy C1), outside any recorded install</h4>"),
               std::string::npos);
     EXPECT_EQ(html.find("<span class=\"drift\">"), std::string::npos);
+    std::ostringstream jsonOut;
+    WriteJsonReport(OneSource(report), jsonOut);
+    const nlohmann::json e2 = nlohmann::json::parse(jsonOut.str())["copies"][0]["events"][1];
+    EXPECT_EQ(e2["sincePrevious"]["drift"], false);
+    EXPECT_EQ(e2["computerChanges"]["drift"], false);
 }
 
 // An event whose lists and texts were cut to their limits.
