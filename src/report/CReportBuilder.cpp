@@ -211,7 +211,10 @@ void CReportBuilder::CompareWithTheMachine(std::size_t event, const Snapshot& be
     ChangesSince since;
     since.event = NameOf(latest_->event);
     since.afterSnapshot = latest_->after;
-    since.ranBetween = NamesOf(timeline_->RanBetween(latest_->time, event));
+    // A before snapshot is its event's start: that event ran from then on,
+    // however short its time (the recorder's count seconds).
+    since.ranBetween = NamesOf(latest_->after ? timeline_->RanBetween(latest_->time, event)
+                                              : timeline_->RanFromStartOf(latest_->event, event));
     since.changes = CompareSnapshots(latest_->snapshot, before);
     if (since.ranBetween.empty())
         report.driftCounts = CountsOf(since.changes);

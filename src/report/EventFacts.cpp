@@ -175,7 +175,10 @@ std::vector<InstallerLog> InstallerLogsOf(const CHistorySource& source, const Ev
         log.kind = file.first;
         log.path = *file.second;
         log.name = LastPartOf(log.path);
-        if (!eventLogName.empty() && !log.name.empty() && source.Contains(FolderOf(eventLogName) + log.name))
+        // The event log beside it is the recorder's own, never an installer's file.
+        const bool eventLog = platform::FoldedAsciiText(log.name) == platform::FoldedAsciiText(texts::kEventLogName);
+        if (!eventLogName.empty() && !log.name.empty() && !eventLog &&
+            source.Contains(FolderOf(eventLogName) + log.name))
             log.entry = FolderOf(eventLogName) + log.name;
         if (!log.entry.empty())
             ReadInstallerLogText(source, log);

@@ -2,6 +2,8 @@
 // an archive of it that the system's own archive writer made.
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include "ReportTestLogs.h"
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -315,6 +317,21 @@ TEST_F(ReportBuilderTest, AnInstallerLogIsShownToItsLimitAndTheRestIsCounted)
     }
 }
 
+// A Log_File_Name that names the event log (a garbled section's, say) names
+// no installer's file: the event log beside it is the recorder's own.
+TEST_F(ReportBuilderTest, TheEventLogIsNoInstallerLogWhateverTheSectionNames)
+{
+    std::string ini = kHistoryIni;
+    ini.replace(ini.find("D:\\logs\\setup.log"), std::strlen("D:\\logs\\setup.log"), "D:\\C1\\E1\\zorinstallevent.log");
+    WriteWholeFile(history_ + "\\History.ini", ini);
+    const HistoryReport report = Build(history_);
+    ASSERT_EQ(report.copies[0].events[0].installerLogs.size(), 1u);
+    const InstallerLog& log = report.copies[0].events[0].installerLogs[0];
+    EXPECT_EQ(log.name, "zorinstallevent.log");
+    EXPECT_EQ(log.entry, "");
+    EXPECT_EQ(log.text, "");
+}
+
 TEST_F(ReportBuilderTest, ASourceWithoutHistoryIniCantBeRead)
 {
     const std::string empty = machine_.Root() + "\\empty";
@@ -427,6 +444,36 @@ TEST(ReportBuilderMachine, ChangesSinceTheMachinesLastSnapshotAreDriftOnlyWhenNo
     EXPECT_TRUE(ca[3].sincePrevious->ranBetween.empty());
     ASSERT_EQ(ca[3].sincePrevious->changes[3]->changed.size(), 1u);
     EXPECT_EQ(ca[3].sincePrevious->changes[3]->changed[0].after, "Stopped");
+}
+
+// The recorder's times count seconds: an event that never ended and the next
+// one may start in one second. What came since the first one's snapshot
+// before its install came while it ran, and is no drift.
+TEST(ReportBuilderMachine, AnEventThatNeverEndedRanUntilTheNextOneThatStartedInTheSameSecond)
+{
+    TestMachine machine;
+    const std::string history = machine.MakeHistoryFolder();
+    WriteWholeFile(history + "\\History.ini",
+                   "[History]\r\nCount=2\r\n"
+                   "[N]\r\nCopy_Name=(Unknown)\r\nComplete_Flag=FALSE\r\nStart_Time=20240105 13:00:00\r\n"
+                   "[A]\r\nCopy_Name=CA\r\nComplete_Flag=TRUE\r\nStart_Time=20240105 13:00:00\r\n"
+                   "End_Time=20240105 13:00:00\r\n");
+    SnapshotContent before;
+    before.services = {{"ZOR Database Server", "Started"}};
+    MakeFolders(history + "\\N");
+    WriteWholeFile(history + "\\N\\ZORInstallEvent.Log", StartHead("N", "VM", "XP") + StartSnapshot("N", "Install", before));
+    SnapshotContent withN = before;
+    withN.software = {{"TAQ Inc.", "N Tool", "2.0"}};
+    WriteFinishedEvent(history, "A", "CA", withN, withN);
+
+    const HistoryReport report = Build(history);
+    const EventReport& a = report.copies[1].events[0];
+    ASSERT_EQ(a.record.eventId, "A");
+    ASSERT_TRUE(a.sincePrevious.has_value());
+    EXPECT_EQ(a.sincePrevious->event.eventId, "N");
+    ASSERT_EQ(a.sincePrevious->ranBetween.size(), 1u);
+    EXPECT_EQ(a.sincePrevious->ranBetween[0].eventId, "N");
+    EXPECT_FALSE(a.driftCounts.has_value());
 }
 
 namespace {
