@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 #include <utility>
 
 #include "platform/FileSystem.h"
 #include "platform/common/AsciiCase.h"
-#include "recorder/EventTexts.h"
 #include "report/CEventLogReader.h"
 #include "report/EventFacts.h"
 #include "report/EventLogStream.h"
@@ -34,7 +32,8 @@ std::string WithoutHistoryIni(const CHistorySource& source)
 // The events whose logs an archive holds that the part of History.ini that
 // could be read lacks (its sections past the damage), known by their logs
 // alone. An event of the part read takes its copy's name from the folder of
-// its log, which the damage may have cut or garbled in its section.
+// its log, where it has one, which the damage may have cut or garbled in its
+// section.
 std::size_t AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vector<std::string>& entryNames)
 {
     const std::size_t before = events.size();
@@ -45,7 +44,7 @@ std::size_t AddEventsOfTheLogs(std::vector<EventRecord>& events, const std::vect
         const auto place = known.emplace(platform::FoldedAsciiText(event.eventId), events.size());
         if (place.second)
             events.push_back(std::move(event));
-        else if (events[place.first->second].partlyRead)
+        else if (events[place.first->second].partlyRead && !event.copyName.empty())
             events[place.first->second].copyName = event.copyName;
     }
     return events.size() - before;
